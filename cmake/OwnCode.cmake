@@ -1,0 +1,23 @@
+# What holds for our own code and for nobody else's: warnings, and the sanitizers of the sanitize preset.
+
+option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
+
+add_library(OwnCode INTERFACE)
+target_compile_options(
+    OwnCode
+    INTERFACE
+        $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
+        $<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive->
+)
+if(CORVANE_SANITIZE)
+    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(OwnCode INTERFACE ${sanitizers})
+    target_link_options(OwnCode INTERFACE ${sanitizers})
+endif()
+
+# own_code(<target>...): builds the targets by our rules. Not part of what a package's user gets.
+function(own_code)
+    foreach(target IN LISTS ARGN)
+        target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:OwnCode>)
+    endforeach()
+endfunction()

@@ -1,0 +1,82 @@
+#include <harness/Console.h>
+
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <TaviDesktopSDK/TaviString.h>
+
+using Veltrane::TaviDesktopSDK::TaviString;
+
+namespace
+{
+
+class Utf8Buffer : public std::wstreambuf
+{
+protected:
+    int_type overflow(int_type unit) override
+    {
+        if (traits_type::eq_int_type(unit, traits_type::eof()))
+            return traits_type::not_eof(unit);
+        const wchar_t character = traits_type::to_char_type(unit);
+        return xsputn(&character, 1) == 1 ? unit : traits_type::eof();
+    }
+
+    std::streamsize xsputn(const wchar_t* text, std::streamsize count) override
+    {
+        std::wstring wide = std::move(heldBack);
+        heldBack.clear();
+        wide.append(text, static_cast<std::size_t>(count));
+        // The other half of a pair of surrogates may come with the next call.
+        if (!wide.empty() && wide.back() >= 0xD800 && wide.back() <= 0xDBFF)
+        {
+            heldBack.assign(1, wide.back());
+            wide.pop_back();
+        }
+        return Write(wide) ? count : 0;
+    }
+
+    int sync() override
+    {
+        const std::wstring wide = std::exchange(heldBack, {});
+        return Write(wide) && std::cout.rdbuf()->pubsync() == 0 ? 0 : -1;
+    }
+
+private:
+    static bool Write(std::wstring_view wide)
+    {
+        // The library's strings end at a null character: text that holds some goes piece by piece.
+        for (;;)
+        {
+            const std::size_t end = wide.find(L'\0');
+            TaviString utf8;
+            utf8.SetStringW(std::wstring(wide.substr(0, end)).c_str());
+            if (utf8.size() != 0 && !WriteBytes({utf8.c_str(), utf8.size()}))
+                return false;
+            if (end == std::wstring_view::npos)
+                return true;
+            if (!WriteBytes(std::string_view("\0", 1)))
+                return false;
+            wide.remove_prefix(end + 1);
+        }
+    }
+
+    static bool WriteBytes(std::string_view bytes)
+    {
+        const auto count = static_cast<std::streamsize>(bytes.size());
+        return std::cout.rdbuf()->sputn(bytes.data(), count) == count;
+    }
+
+    std::wstring heldBack; // a high surrogate, at most
+};
+
+} // namespace
+
+Utf8Console::Utf8Console() : buffer(std::make_unique<Utf8Buffer>()), previous(std::wcout.rdbuf(buffer.get())) {}
+
+Utf8Console::~Utf8Console()
+{
+    std::wcout.flush();
+    std::wcout.rdbuf(previous);
+}

@@ -1,0 +1,11 @@
+// One run of the test program, from the opt-in check to the summary.
+#pragma once
+
+#include <harness/Verification.h>
+
+// Puts the telemetry library into test mode and runs the catalogue. Returns the program's exit status: 0 when every
+// test passed, 1 when one failed or the user has not opted in, the library's own status when it refuses test mode.
+int RunDriver();
+
+// Prints the closing line and returns 0 when every record passed, an empty list included, else 1.
+int PrintSummary(const TestResultList& results);

@@ -1,0 +1,66 @@
+#include <harness/ExpectedPayload.h>
+
+#include <cwchar>
+#include <limits>
+
+#include <harness/FacetKeys.h>
+
+using Veltrane::TaviDesktopSDK::JsonValue;
+using Veltrane::TaviDesktopSDK::TaviString;
+
+namespace
+{
+
+TaviString Narrow(const std::wstring& text)
+{
+    TaviString narrow;
+    narrow.SetStringW(text.c_str());
+    return narrow;
+}
+
+} // namespace
+
+std::wstring ExpectedText(double number)
+{
+    // Sign, integral digits of the largest double, point, six decimals, terminator.
+    wchar_t buffer[1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6 + 1];
+    const int length = std::swprintf(buffer, std::size(buffer), L"%f", number);
+    std::wstring text(buffer, static_cast<std::size_t>(length));
+    text.erase(text.find_last_not_of(L'0') + 1);
+    text.erase(text.find_last_not_of(L'.') + 1);
+    return text;
+}
+
+std::wstring ExpectedText(const std::wstring& text)
+{
+    return text;
+}
+
+std::wstring ExpectedText(const wchar_t* text)
+{
+    return text;
+}
+
+JsonValue ExpectObject(std::initializer_list<ExpectedMember> members)
+{
+    JsonValue object;
+    for (const ExpectedMember& member : members)
+        object[Narrow(member.key)].SetString(Narrow(member.text).c_str());
+    return object;
+}
+
+JsonValue ExpectWaypoint(const std::wstring& name, std::initializer_list<ExpectedMember> attributes)
+{
+    JsonValue expected = ExpectObject({{FacetKeys::component_name, name}});
+    if (attributes.size() != 0)
+        expected[Narrow(FacetKeys::component_attributes)] = ExpectObject(attributes);
+    return expected;
+}
+
+JsonValue ExpectContent(std::initializer_list<ExpectedMember> meta)
+{
+    JsonValue expected;
+    expected[Narrow(FacetKeys::content_meta)] = ExpectObject(meta);
+    expected[Narrow(FacetKeys::type)].SetString("D");
+    return expected;
+}

@@ -1,0 +1,50 @@
+// Builds the payloads that the tests expect. The texts of numbers and flags are made here, by the harness's own rule,
+// and not by the wrapper that is under test.
+#pragma once
+
+#include <concepts>
+#include <initializer_list>
+#include <string>
+
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+// "True" or "False".
+std::wstring ExpectedText(std::same_as<bool> auto flag)
+{
+    return flag ? L"True" : L"False";
+}
+
+// Plain decimal, "-" before a negative number.
+template <std::integral Integer>
+requires(!std::same_as<Integer, bool>) std::wstring ExpectedText(Integer number)
+{
+    return std::to_wstring(number);
+}
+
+// Six decimals, without trailing zeros and without a trailing point.
+std::wstring ExpectedText(double number);
+
+std::wstring ExpectedText(const std::wstring& text);
+std::wstring ExpectedText(const wchar_t* text);
+
+// A key beside its expected value, a text, number or flag.
+struct ExpectedMember
+{
+    template <typename Value>
+    ExpectedMember(const std::wstring& memberKey, const Value& value) : key(memberKey), text(ExpectedText(value))
+    {
+    }
+
+    std::wstring key;
+    std::wstring text;
+};
+
+// An object of strings.
+Veltrane::TaviDesktopSDK::JsonValue ExpectObject(std::initializer_list<ExpectedMember> members);
+
+// "component_name" and, unless there are none, "component_attributes".
+Veltrane::TaviDesktopSDK::JsonValue ExpectWaypoint(const std::wstring& name,
+                                                   std::initializer_list<ExpectedMember> attributes);
+
+// "content_meta" and "type", the letter of content events.
+Veltrane::TaviDesktopSDK::JsonValue ExpectContent(std::initializer_list<ExpectedMember> meta);

@@ -1,0 +1,160 @@
+// Facets: named JSON objects that the telemetry library merges into an event's payload.
+//
+// `Core` is the event. Its sub-facets are created on first request and belong to it until `Clear()`. `Product` and
+// `Content` may also stand alone. Facets are used on one thread.
+#pragma once
+
+#include <cstddef>
+
+#include <TaviDesktopSDK/Export.h>
+#include <TaviDesktopSDK/JsonValue.h>
+#include <TaviDesktopSDK/TaviString.h>
+
+namespace Veltrane::TaviDesktopSDK::Facet
+{
+
+enum FacetCreationAction : int
+{
+    FindOnly = 0,
+    CreateWhenMissing = 1,
+};
+
+class TAVI_SDK_API Base
+{
+public:
+    // With null `data` the facet holds entries of its own. Otherwise, when `shared`, it works on the caller's `*data`,
+    // which must outlive it; when not shared, on a copy of it.
+    Base(JsonValue* data, bool shared);
+
+    // Copies entries and a running edit timer; a copy never shares its data.
+    Base(const Base& other);
+    Base& operator=(const Base& other);
+
+    // The library frees what it allocates, whichever module creates or destroys the facet.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* memory) noexcept;
+
+    // The order of the virtual functions is part of the binary interface: never change it.
+    virtual ~Base();
+
+    // A copy of `event` with this facet's entries added, an entry replacing one of the same key.
+    virtual JsonValue Build(const JsonValue& event) const;
+
+    virtual const char* GetFacetName() const = 0;
+
+    // A new copy, owned by the caller.
+    virtual Base* Clone() const = 0;
+
+    // Stores `value` under `key`; a null value removes the key instead.
+    void SetFacetEntry(const TaviString& key, const JsonValue& value)
+    {
+        if (!value.IsNull())
+            Data()[key] = value;
+        else
+            Data().RemoveKey(key);
+    }
+
+    // The entry for reading; null when absent.
+    const JsonValue& GetFacetEntry(const TaviString& key) const { return Data()[key]; }
+
+    // The entry for writing, added as null when absent.
+    JsonValue& GetFacetEntry(const TaviString& key) { return Data()[key]; }
+
+protected:
+    virtual void RemoveFacetEntries();
+
+    JsonValue& Data();
+    const JsonValue& Data() const;
+
+    // Lives here so that it goes along when a facet is assigned or copied as a Base.
+    void StartEditTimer();
+
+private:
+    JsonValue ownData;
+    JsonValue* sharedData;
+    long long editTimerStart; // steady clock, nanoseconds; negative: not running
+};
+
+class TAVI_SDK_API Product : public Base
+{
+public:
+    Product() : Base(nullptr, false) {}
+
+    static const char* FacetName();
+
+    const char* GetFacetName() const override { return FacetName(); }
+    Base* Clone() const override;
+};
+
+class TAVI_SDK_API Content : public Base
+{
+public:
+    Content() : Base(nullptr, false) {}
+
+    static const char* FacetName();
+
+    const char* GetFacetName() const override { return FacetName(); }
+    Base* Clone() const override;
+
+    // Starts, or starts anew, the measuring of how long the document is edited. From then on every payload built from
+    // this facet or a copy of it holds "document_editing_length_ms", an integer: milliseconds since the start.
+    void StartDocumentEditTimer();
+};
+
+class TAVI_SDK_API Entitlement : public Base
+{
+public:
+    Entitlement() : Base(nullptr, false) {}
+
+    static const char* FacetName();
+
+    const char* GetFacetName() const override { return FacetName(); }
+    Base* Clone() const override;
+};
+
+class TAVI_SDK_API Component : public Base
+{
+public:
+    Component() : Base(nullptr, false) {}
+
+    static const char* FacetName();
+
+    const char* GetFacetName() const override { return FacetName(); }
+    Base* Clone() const override;
+};
+
+class TAVI_SDK_API Core : public Base
+{
+public:
+    Core() : Base(nullptr, false), facets(nullptr) {}
+    ~Core() override { Clear(); }
+
+    Core(const Core& other);
+    Core& operator=(const Core&) = delete;
+
+    static const char* FacetName();
+
+    // The core's own entries, then each sub-facet's in the order of creation.
+    JsonValue Build(const JsonValue& event) const override;
+    const char* GetFacetName() const override { return FacetName(); }
+    Base* Clone() const override;
+
+    // Drops all entries and destroys all sub-facets: references to them end here.
+    void Clear();
+
+    // The event's sub-facets, created on the first request.
+    Base& ComponentFacet() { return *GetFacetByName(Component::FacetName(), CreateWhenMissing); }
+    Base& ContentFacet() { return *GetFacetByName(Content::FacetName(), CreateWhenMissing); }
+    Base& EntitlementFacet() { return *GetFacetByName(Entitlement::FacetName(), CreateWhenMissing); }
+    Base& ProductFacet() { return *GetFacetByName(Product::FacetName(), CreateWhenMissing); }
+
+private:
+    struct FacetList;
+
+    // Null for an unknown name, and for an absent facet that is only to be found.
+    Base* GetFacetByName(const char* name, FacetCreationAction action);
+
+    FacetList* facets;
+};
+
+} // namespace Veltrane::TaviDesktopSDK::Facet

@@ -1,0 +1,42 @@
+// The telemetry library: opt-in query, start-up, event tracking and test mode.
+//
+// All calls are made on one thread, and the testing callback runs on it, inside TrackEvent. A status is 0 for success
+// and anything else for failure; only the statuses named here mean more than that.
+#pragma once
+
+#include <TaviDesktopSDK/Export.h>
+#include <TaviDesktopSDK/Facet.h>
+#include <TaviDesktopSDK/JsonValue.h>
+#include <TaviDesktopSDK/TaviString.h>
+
+namespace Veltrane::TaviDesktopSDK
+{
+
+inline constexpr int StatusSuccess = 0;
+inline constexpr int StatusNotOptedIn = 4; // from IsOptedIn
+
+// Receives each payload that would be uploaded, the context given at registration, and a reply to fill in. The payload
+// lives for the call; a copy of it stays valid. The result is not used.
+using TestingCallback = int (*)(const JsonValue& payload, void* context, JsonValue& reply);
+
+// Starts the library for `product` and writes the text that identifies the host product from then on.
+TAVI_SDK_API int Initialize(const Facet::Product& product, TaviString& hostProduct);
+
+// False when `hostProduct` is not one that Initialize gave out.
+TAVI_SDK_API bool SetHostProduct(const TaviString& hostProduct);
+
+// Sends the event that `core` and its sub-facets describe; the members of `extra`, when given, are added last.
+// In test mode the testing callback has been called with the payload when this returns.
+TAVI_SDK_API int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra);
+
+// Whether the user takes part in the usage-data programme; StatusNotOptedIn when not. `details` may be null.
+TAVI_SDK_API int IsOptedIn(JsonValue* details);
+
+// `flags` is an object of booleans: "Testing_EnableCallback", "Testing_EnableWhitelistDownload",
+// "Testing_EnableUpload". `productKey` is the four product identifiers joined by "&".
+TAVI_SDK_API int SetTestingFlags(const TaviString& productKey, const JsonValue& flags);
+
+// Registers `callback`, in place of any earlier one; a null `callback` withdraws it.
+TAVI_SDK_API int SetTestingCallback(const TaviString& productKey, TestingCallback callback, void* context);
+
+} // namespace Veltrane::TaviDesktopSDK

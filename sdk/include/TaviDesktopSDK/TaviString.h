@@ -1,0 +1,74 @@
+// The telemetry library's owning 8-bit string, one pointer-sized handle.
+//
+// Content is UTF-8 by convention; 8-bit input is kept byte for byte, well-formed or not. Text ends at the first null
+// character. A string that was never given text, or was given a null pointer, has no text: c_str() is null. One that
+// was given "" has text: c_str() is "" and size() is 0. Not safe for use by two threads at once.
+#pragma once
+
+#include <TaviDesktopSDK/Export.h>
+
+namespace Veltrane::TaviDesktopSDK
+{
+
+class TaviString
+{
+public:
+    TaviString() noexcept : content(nullptr) {}
+
+    explicit TaviString(const char* text) : TaviString() { SetString(text); }
+
+    // The number's text: fixed notation rounded to six decimals, without trailing zeros and without a trailing point
+    // (0.45, 1.12, 0, -0, inf, nan), whatever the process's locale.
+    TAVI_SDK_API explicit TaviString(double value);
+
+    TAVI_SDK_API TaviString(const TaviString& other);
+
+    TaviString(TaviString&& other) noexcept : content(other.content) { other.content = nullptr; }
+
+    ~TaviString() { SetString(nullptr); }
+
+    TAVI_SDK_API TaviString& operator=(const TaviString& other);
+
+    TaviString& operator=(TaviString&& other) noexcept
+    {
+        if (this != &other)
+        {
+            SetString(nullptr);
+            content = other.content;
+            other.content = nullptr;
+        }
+        return *this;
+    }
+
+    // Replaces the content with a copy of the null-terminated `text`, which may lie inside the present content.
+    // A null pointer releases the content.
+    TAVI_SDK_API void SetString(const char* text);
+
+    // The same from wide text: UTF-16 where wchar_t has 16 bits, UTF-32 where it has 32. A pair of surrogates is one
+    // character in either; a lone surrogate, or a value beyond U+10FFFF, becomes U+FFFD.
+    TAVI_SDK_API void SetStringW(const wchar_t* text);
+
+    // Null-terminated, or null when the string has no text. Valid until the string is changed or destroyed.
+    TAVI_SDK_API const char* c_str() const;
+
+    // The content as wide text, with U+FFFD for each ill-formed sequence; null, and valid, as c_str().
+    TAVI_SDK_API const wchar_t* c_strw() const;
+
+    // In bytes, without the terminator.
+    TAVI_SDK_API unsigned long long size() const;
+
+private:
+    struct Content;
+
+    Content* content;
+};
+
+static_assert(sizeof(TaviString) == sizeof(void*), "TaviString is one pointer-sized handle");
+
+// Has text when either operand has.
+TAVI_SDK_API TaviString operator+(const TaviString& left, const TaviString& right);
+
+// Bytewise, as unsigned values, a prefix before the longer text. A string without text equals "".
+TAVI_SDK_API bool operator<(const TaviString& left, const TaviString& right);
+
+} // namespace Veltrane::TaviDesktopSDK

@@ -1,0 +1,37 @@
+// One open document of the host and the event that is sent when its user starts changing it.
+//
+// The event is made when the document is registered, and its edit timer runs from then on. Not for use by two threads
+// at once.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace Veltrane::TaviDesktopSDK::Facet
+{
+class Core;
+}
+
+class CorvaneTavi;
+
+class TaviDocument
+{
+public:
+    // Nothing to send.
+    TaviDocument();
+
+    // `size` is in bytes and is sent as a signed 64-bit integer: from 2^63 on it comes out negative. `source` is the
+    // host's code for where the document came from.
+    TaviDocument(const std::wstring& name, const std::wstring& extension, std::uint64_t size, std::uint32_t source);
+
+    TaviDocument(const TaviDocument&) = delete;
+    TaviDocument& operator=(const TaviDocument&) = delete;
+    virtual ~TaviDocument();
+
+    // Sends the event, every time anew; the timer goes on. A failure prints one diagnostic line.
+    void TrackEvent(const CorvaneTavi& tavi) const;
+
+private:
+    std::unique_ptr<Veltrane::TaviDesktopSDK::Facet::Core> core; // null: nothing to send
+};

@@ -1,0 +1,41 @@
+// The host product's identity: four identifiers, read from UPI/upiconfig.xml in the program's folder.
+//
+// The file is XML. An element `upi_element` whose attribute "name" is "level" describes one level; inside it, elements
+// `upi_attribute` give in their attributes "name" and "value" the level's name (name="name") and identifier
+// (name="id"). The levels "productline", "release", "master" and "build" are nested, each the first `upi_element`
+// inside the one before; siblings of a visited one are not read. The search starts below the document's first node,
+// which is the XML declaration where there is one.
+//
+// Nothing is reported: whatever the file lacks, or all when there is no readable file, is "undefined".
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+class UpiProductInfo
+{
+public:
+    // Reads the file at GetUpiConfigPath(fromExecutable).
+    explicit UpiProductInfo(bool fromExecutable);
+
+    // Reads the file at `file`.
+    static UpiProductInfo FromFile(const std::filesystem::path& file);
+
+    const std::string& GetProductLine() const { return levels.at("productline"); }
+    const std::string& GetRelease() const { return levels.at("release"); }
+    const std::string& GetMaster() const { return levels.at("master"); }
+    const std::string& GetBuild() const { return levels.at("build"); }
+
+    // With `fromExecutable`, the full path of the product file beside the running program. Otherwise the folder alone
+    // of the program or shared library that holds this code. False, with `path` untouched, when the system does not
+    // tell or the path has no wide form.
+    static bool GetUpiConfigPath(bool fromExecutable, std::wstring& path);
+
+private:
+    UpiProductInfo();
+
+    void Read(const std::filesystem::path& file);
+
+    std::map<std::string, std::string> levels; // identifier by level name
+};
