@@ -1,6 +1,7 @@
 # What holds for our own code and for nobody else's: warnings, and the sanitizers of the sanitize preset.
 
 option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
+option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
 
 add_library(OwnCode INTERFACE)
 target_compile_options(
@@ -13,6 +14,9 @@ if(CORVANE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(OwnCode INTERFACE ${sanitizers})
     target_link_options(OwnCode INTERFACE ${sanitizers})
+endif()
+if(CORVANE_FUZZ)
+    target_compile_options(OwnCode INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # own_code(<target>...): builds the targets by our rules. Not part of what a package's user gets.

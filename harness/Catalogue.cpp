@@ -46,16 +46,15 @@ JsonValue ExpectEntitlement()
 // Its record joins the list only after the call.
 void RunStartTrackFileChange(TestResultList& results)
 {
-    CorvaneTavi& tavi = CorvaneTavi::Instance();
-    tavi.AddDocument(L"fileName1", L"fileExtension1", 12, 12);
-    tavi.AddDocument(L"fileName2", L"fileExtension2", 24, 24);
+    CorvaneTavi::Instance().AddDocument(L"fileName1", L"fileExtension1", 12, 12);
+    CorvaneTavi::Instance().AddDocument(L"fileName2", L"fileExtension2", 24, 24);
 
     TestResult result{ExpectContent({{COMMON_FILE_NAME, L"fileName1"},
                                      {COMMON_FILE_TYPE, L"fileExtension1"},
                                      {COMMON_FILE_SIZE, 12},
                                      {COMMON_FILE_SOURCE, 12}}),
                       false};
-    const TaviString productKey(tavi.GetProductKey().c_str());
+    const TaviString productKey(CorvaneTavi::Instance().GetProductKey().c_str());
     if (Sdk::SetTestingCallback(productKey, VerifyFileInputPayload, &result) != Sdk::StatusSuccess)
     {
         // "flags", although it is the callback that was refused: the text is fixed.

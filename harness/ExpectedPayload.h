@@ -5,6 +5,7 @@
 #include <concepts>
 #include <initializer_list>
 #include <string>
+#include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
@@ -31,7 +32,7 @@ std::wstring ExpectedText(const wchar_t* text);
 struct ExpectedMember
 {
     template <typename Value>
-    ExpectedMember(const std::wstring& memberKey, const Value& value) : key(memberKey), text(ExpectedText(value))
+    ExpectedMember(std::wstring memberKey, const Value& value) : key(std::move(memberKey)), text(ExpectedText(value))
     {
     }
 

@@ -1,8 +1,9 @@
 #include <harness/Console.h>
 #include <harness/Driver.h>
+#include <harness/ExitStatus.h>
 
 int main()
 {
     const Utf8Console console;
-    return RunDriver();
+    return ExitStatus(RunDriver());
 }

@@ -34,8 +34,8 @@ bool PrintVerdict(bool passed)
 bool MatchesDocument(const JsonValue& payload, const JsonValue& expected)
 {
     const TaviString metaKey = KeyOf(FacetKeys::content_meta);
-    const JsonValue payloadMeta = payload[metaKey];
-    const JsonValue expectedMeta = expected[metaKey];
+    const JsonValue& payloadMeta = payload[metaKey];
+    const JsonValue& expectedMeta = expected[metaKey];
     if (payloadMeta.IsNull() || expectedMeta.IsNull())
         return false;
     const auto isEqual = [](const JsonValue& left, const JsonValue& right, const std::wstring& key)
@@ -51,7 +51,10 @@ bool MatchesDocument(const JsonValue& payload, const JsonValue& expected)
 
 int VerifyPayloadCallback(const JsonValue& payload, void* context, JsonValue&)
 {
-    TestResult& record = static_cast<TestResultList*>(context)->back();
+    auto& results = *static_cast<TestResultList*>(context);
+    if (results.empty())
+        return 0; // an event that no test has caused
+    TestResult& record = results.back();
     if (payload.IsNull() && !record.expected.IsNull())
     {
         std::cout << "Unexpectedly recieved null JSON." << std::endl;
@@ -65,8 +68,8 @@ int VerifyPayloadCallback(const JsonValue& payload, void* context, JsonValue&)
     bool passed = true;
     for (const TaviString& key : GetSortedKeys(record.expected))
     {
-        const JsonValue expected = std::as_const(record.expected)[key];
-        const JsonValue received = payload[key];
+        const JsonValue& expected = std::as_const(record.expected)[key];
+        const JsonValue& received = payload[key];
         if (expected.Compare(received) == 0)
             continue;
         passed = false;

@@ -24,18 +24,49 @@ std::optional<std::filesystem::path> ConfigPath(bool fromExecutable)
 
 using XmlTree = std::unique_ptr<mxml_node_t, decltype(&mxmlDelete)>;
 
+XmlTree Owned(mxml_node_t* tree)
+{
+    return {tree, &mxmlDelete};
+}
+
+// Without a callback Mini-XML reports on the error stream. It does not tell which one was set before.
+class SilentMiniXml
+{
+public:
+    SilentMiniXml()
+    {
+        mxmlSetErrorCallback([](const char*) {});
+    }
+    ~SilentMiniXml() { mxmlSetErrorCallback(nullptr); }
+    SilentMiniXml(const SilentMiniXml&) = delete;
+    SilentMiniXml& operator=(const SilentMiniXml&) = delete;
+};
+
+// Mini-XML loses memory over an error in the first tag and over text beside the root element. Here a parent of our own
+// takes such nodes. Its name is no UTF-8, so that no closing tag in the file can be its.
+bool IsWellFormed(std::FILE* file)
+{
+    const XmlTree parent = Owned(mxmlNewElement(MXML_NO_PARENT, "\xFF"));
+    if (mxmlLoadFile(parent.get(), file, MXML_NO_CALLBACK) == nullptr)
+        return false;
+    for (mxml_node_t* node = mxmlGetFirstChild(parent.get()); node != nullptr; node = mxmlGetNextSibling(node))
+    {
+        const char* const text = mxmlGetType(node) == MXML_TEXT ? mxmlGetText(node, nullptr) : nullptr;
+        if (text != nullptr && *text != '\0')
+            return false;
+    }
+    return true;
+}
+
 // Null when the file cannot be opened or is not well-formed.
 XmlTree LoadXml(const std::filesystem::path& path)
 {
     const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(OpenForReading(path), &std::fclose);
-    if (file == nullptr)
-        return {nullptr, &mxmlDelete};
-
-    // Without a callback Mini-XML reports on the error stream. It does not tell which one was set before.
-    mxmlSetErrorCallback([](const char*) {});
-    XmlTree tree(mxmlLoadFile(nullptr, file.get(), nullptr), &mxmlDelete);
-    mxmlSetErrorCallback(nullptr);
-    return tree;
+    const SilentMiniXml silent;
+    if (file == nullptr || !IsWellFormed(file.get()))
+        return Owned(nullptr);
+    std::rewind(file.get());
+    return Owned(mxmlLoadFile(nullptr, file.get(), nullptr));
 }
 
 mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, int descend)

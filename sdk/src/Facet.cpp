@@ -45,10 +45,12 @@ Base::Base(JsonValue* data, bool shared) : sharedData(shared ? data : nullptr), 
         ownData = *data;
 }
 
-Base::Base(const Base& other) : ownData(other.Data()), sharedData(nullptr), editTimerStart(other.editTimerStart) {}
+Base::Base(const Base& other) : ownData(other.Data()), editTimerStart(other.editTimerStart) {}
 
 Base& Base::operator=(const Base& other)
 {
+    if (this == &other)
+        return *this;
     Data() = other.Data();
     editTimerStart = other.editTimerStart;
     return *this;
@@ -146,7 +148,7 @@ struct Core::FacetList
     std::vector<std::unique_ptr<Base>> inOrderOfCreation;
 };
 
-Core::Core(const Core& other) : Base(other), facets(nullptr)
+Core::Core(const Core& other) : Base(other)
 {
     if (other.facets == nullptr)
         return;

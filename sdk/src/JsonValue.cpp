@@ -237,7 +237,7 @@ void JsonValue::SetString(const char* text)
 
 JsonValue& JsonValue::operator[](const TaviString& key)
 {
-    Object* object = Node::Find<Object>(*this);
+    auto* object = Node::Find<Object>(*this);
     if (object == nullptr)
     {
         Node* const previous = std::exchange(node, new Node{Object()});
@@ -299,7 +299,7 @@ int JsonValue::Compare(const JsonValue& other) const
 
 bool JsonValue::RemoveKey(const TaviString& key)
 {
-    Object* const object = Node::Find<Object>(*this);
+    auto* const object = Node::Find<Object>(*this);
     return object != nullptr && object->Remove(ViewOf(key));
 }
 

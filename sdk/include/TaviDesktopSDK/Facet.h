@@ -71,7 +71,7 @@ protected:
 
 private:
     JsonValue ownData;
-    JsonValue* sharedData;
+    JsonValue* sharedData = nullptr;
     long long editTimerStart; // steady clock, nanoseconds; negative: not running
 };
 
@@ -126,7 +126,7 @@ public:
 class TAVI_SDK_API Core : public Base
 {
 public:
-    Core() : Base(nullptr, false), facets(nullptr) {}
+    Core() : Base(nullptr, false) {}
     ~Core() override { Clear(); }
 
     Core(const Core& other);
@@ -154,7 +154,7 @@ private:
     // Null for an unknown name, and for an absent facet that is only to be found.
     Base* GetFacetByName(const char* name, FacetCreationAction action);
 
-    FacetList* facets;
+    FacetList* facets = nullptr;
 };
 
 } // namespace Veltrane::TaviDesktopSDK::Facet

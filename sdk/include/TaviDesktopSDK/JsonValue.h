@@ -34,10 +34,10 @@ public:
     JsonValue& operator=(JsonValue&& other) noexcept
     {
         // `other` may be a member of this value: it is taken out before the tree around it goes.
-        JsonValue taken(static_cast<JsonValue&&>(other));
-        Node* const previous = node;
-        node = taken.node;
-        taken.node = previous;
+        Node* const taken = other.node;
+        other.node = nullptr;
+        Reset();
+        node = taken;
         return *this;
     }
 

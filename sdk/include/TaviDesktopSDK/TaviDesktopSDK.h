@@ -33,7 +33,8 @@ TAVI_SDK_API int TrackEvent(const TaviString& hostProduct, const Facet::Core& co
 TAVI_SDK_API int IsOptedIn(JsonValue* details);
 
 // `flags` is an object of booleans: "Testing_EnableCallback", "Testing_EnableWhitelistDownload",
-// "Testing_EnableUpload". `productKey` is the four product identifiers joined by "&".
+// "Testing_EnableUpload". Flags that are refused leave the earlier ones in force. `productKey` is the four product
+// identifiers joined by "&".
 TAVI_SDK_API int SetTestingFlags(const TaviString& productKey, const JsonValue& flags);
 
 // Registers `callback`, in place of any earlier one; a null `callback` withdraws it.

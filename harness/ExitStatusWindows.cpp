@@ -1,0 +1,6 @@
+#include <harness/ExitStatus.h>
+
+int ExitStatus(int status)
+{
+    return status;
+}

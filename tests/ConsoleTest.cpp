@@ -1,0 +1,72 @@
+#include <iostream>
+
+#include <gtest/gtest.h>
+
+#include "OutputCapture.h"
+
+TEST(Console, NarrowAndWideTextArriveInTheOrderWritten)
+{
+    const OutputCapture capture;
+    std::cout << "one ";
+    std::wcout << L"two ";
+    std::cout << "three ";
+    std::wcout << L"four" << std::endl;
+    EXPECT_EQ(capture.Text(), "one two three four\n");
+}
+
+TEST(Console, WideTextComesOutAsUtf8)
+{
+    const OutputCapture capture;
+    std::wcout << L"\u00FC \u4E2D \U0001F600" << std::endl;
+    EXPECT_EQ(capture.Text(), "\xC3\xBC \xE4\xB8\xAD \xF0\x9F\x98\x80\n");
+}
+
+TEST(Console, NoCharacterSilencesTheStream)
+{
+    const OutputCapture capture;
+    for (const wchar_t unit : {wchar_t{0xD800}, wchar_t{0xDC00}, wchar_t{0xFFFF}, wchar_t{0x7F}, wchar_t{1}})
+        std::wcout << unit << L'|' << std::flush;
+    EXPECT_TRUE(std::wcout.good());
+    std::wcout << L"still here" << std::endl;
+    EXPECT_EQ(capture.Text(), "\xEF\xBF\xBD|\xEF\xBF\xBD|\xEF\xBF\xBF|\x7F|\x01|still here\n");
+}
+
+TEST(Console, APairOfSurrogatesIsOneCharacterWhereverItIsCut)
+{
+    const std::wstring pair{wchar_t{0xD83D}, wchar_t{0xDE00}};
+    const OutputCapture capture;
+    std::wcout << pair << pair[0] << pair[1];
+    std::wcout.put(pair[0]).put(pair[1]) << std::endl;
+    EXPECT_EQ(capture.Text(), "\xF0\x9F\x98\x80\xF0\x9F\x98\x80\xF0\x9F\x98\x80\n");
+}
+
+TEST(Console, AHalfOfAPairComesOutWhenTheStreamIsFlushed)
+{
+    const OutputCapture capture;
+    std::wcout << wchar_t{0xD83D} << std::flush;
+    EXPECT_EQ(capture.Text(), "\xEF\xBF\xBD");
+}
+
+TEST(Console, NullCharactersAreKept)
+{
+    const OutputCapture capture;
+    std::wcout << std::wstring(L"a\0\0b", 4) << std::endl;
+    EXPECT_EQ(capture.Text(), std::string("a\0\0b\n", 5));
+}
+
+TEST(Console, LongTextIsWhole)
+{
+    const OutputCapture capture;
+    std::wcout << std::wstring(1'000'000, L'\u4E2D') << std::endl;
+    EXPECT_EQ(capture.Text().size(), 3'000'001U);
+}
+
+TEST(Console, TheStreamWorksAsBeforeWhenTheConsoleIsGone)
+{
+    std::wstreambuf* const before = std::wcout.rdbuf();
+    {
+        const Utf8Console console;
+        EXPECT_NE(std::wcout.rdbuf(), before);
+    }
+    EXPECT_EQ(std::wcout.rdbuf(), before);
+}

@@ -1,0 +1,172 @@
+// A telemetry library that misbehaves as it is told, for tests: the real values and facets under free functions that
+// answer by a script.
+//
+// TAVI_FAULT_SCRIPT names the script, a JSON object. For each function it may hold an object whose members say how a
+// call is answered: "1", "2", ... that call, "default" every other. An answer may hold
+//   "status"       what the function returns (0 when left out)
+//   "hostProduct"  the identifier that Initialize gives out
+//   "callbacks"    how often TrackEvent calls the testing callback (1 when left out)
+//   "payload"      what it hands over in place of the payload; an array may hold strings only
+// TAVI_FAULT_LOG, where set, names the file to which every call is added with its arguments, one JSON object a line.
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+using nlohmann::json;
+
+namespace Veltrane::TaviDesktopSDK
+{
+
+namespace
+{
+
+std::string Text(const TaviString& text)
+{
+    return text.c_str() != nullptr ? text.c_str() : "";
+}
+
+json FromValue(const JsonValue& value)
+{
+    return json::parse(Text(value.GetJsonString()));
+}
+
+JsonValue ToValue(const json& source)
+{
+    JsonValue value;
+    if (source.is_boolean())
+    {
+        value = JsonValue(source.get<bool>());
+    }
+    else if (source.is_number_integer())
+    {
+        value = JsonValue(source.get<long long>());
+    }
+    else if (source.is_string())
+    {
+        value.SetString(source.get<std::string>().c_str());
+    }
+    else if (source.is_object())
+    {
+        value[TaviString("")] = JsonValue(); // even without members it is an object
+        value.RemoveKey(TaviString(""));
+        for (const auto& [key, member] : source.items())
+            value[TaviString(key.c_str())] = ToValue(member);
+    }
+    else if (source.is_array())
+    {
+        JsonValue keys;
+        for (const json& element : source)
+            keys[TaviString(element.get<std::string>().c_str())] = JsonValue();
+        value = keys.GetKeyList();
+    }
+    else if (!source.is_null())
+    {
+        throw std::invalid_argument("the library has no value like " + source.dump());
+    }
+    return value;
+}
+
+class Faults
+{
+public:
+    Faults()
+    {
+        if (const char* const file = std::getenv("TAVI_FAULT_SCRIPT"))
+            script = json::parse(std::ifstream(file));
+        if (const char* const file = std::getenv("TAVI_FAULT_LOG"))
+            log.open(file, std::ios::app);
+    }
+
+    // The scripted answer to the next call of `function`, which is logged with its arguments.
+    json Answer(const std::string& function, json arguments)
+    {
+        arguments["function"] = function;
+        log << arguments.dump() << std::endl;
+        const std::string number = std::to_string(++calls[function]);
+        const json answers = script.value(function, json::object());
+        return answers.contains(number) ? answers[number] : answers.value("default", json::object());
+    }
+
+    JsonValue productDescription;
+    TestingCallback callback = nullptr;
+    void* callbackContext = nullptr;
+
+private:
+    json script = json::object();
+    std::ofstream log;
+    std::map<std::string, int> calls;
+};
+
+Faults& TheFaults()
+{
+    static Faults faults;
+    return faults;
+}
+
+int StatusOf(const json& answer)
+{
+    return answer.value("status", StatusSuccess);
+}
+
+} // namespace
+
+int Initialize(const Facet::Product& product, TaviString& hostProduct)
+{
+    JsonValue description = product.Build(JsonValue());
+    const json answer = TheFaults().Answer("Initialize", {{"product", FromValue(description)}});
+    TheFaults().productDescription = description;
+    hostProduct.SetString(answer.value("hostProduct", "faulty-host-product").c_str());
+    return StatusOf(answer);
+}
+
+bool SetHostProduct(const TaviString& hostProduct)
+{
+    return StatusOf(TheFaults().Answer("SetHostProduct", {{"hostProduct", Text(hostProduct)}})) == StatusSuccess;
+}
+
+int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
+{
+    Faults& faults = TheFaults();
+    JsonValue payload = core.Build(faults.productDescription);
+    const json answer = faults.Answer("TrackEvent", {{"hostProduct", Text(hostProduct)},
+                                                     {"extra", extra != nullptr ? FromValue(*extra) : json()},
+                                                     {"payload", FromValue(payload)}});
+    if (answer.contains("payload"))
+        payload = ToValue(answer["payload"]);
+    for (int remaining = answer.value("callbacks", 1); remaining > 0 && faults.callback != nullptr; --remaining)
+    {
+        JsonValue reply;
+        faults.callback(payload, faults.callbackContext, reply);
+    }
+    return StatusOf(answer);
+}
+
+int IsOptedIn(JsonValue* details)
+{
+    return StatusOf(TheFaults().Answer("IsOptedIn", {{"hasDetails", details != nullptr}}));
+}
+
+int SetTestingFlags(const TaviString& productKey, const JsonValue& flags)
+{
+    return StatusOf(
+        TheFaults().Answer("SetTestingFlags", {{"productKey", Text(productKey)}, {"flags", FromValue(flags)}}));
+}
+
+int SetTestingCallback(const TaviString& productKey, TestingCallback callback, void* context)
+{
+    const int status = StatusOf(TheFaults().Answer("SetTestingCallback", {{"productKey", Text(productKey)}}));
+    if (status == StatusSuccess)
+    {
+        TheFaults().callback = callback;
+        TheFaults().callbackContext = context;
+    }
+    return status;
+}
+
+} // namespace Veltrane::TaviDesktopSDK

@@ -1,0 +1,230 @@
+// Every wrong payload that the rules say must be caught: each is handed to the unmodified program in place of the right
+// one, and what the program prints is compared with what the rules say, worked out independently.
+//
+// The mutants are made from the payloads and the expectations of the catalogue, so that a new test brings its own.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <iostream>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "CatalogueModel.h"
+#include "Program.h"
+
+using nlohmann::json;
+using Path = json::json_pointer;
+
+namespace
+{
+
+struct Mutant
+{
+    std::size_t test; // index in the catalogue
+    std::string what;
+    json payload;
+    bool mustPass; // what the rules say of this kind of change, stated where it is made
+};
+
+// One expected text at `leaf`, which stands in the object at `parent` beside others.
+void AddLeafMutants(std::vector<Mutant>& mutants, std::size_t test, const json& payload, const Path& leaf)
+{
+    const Path parent = leaf.parent_pointer();
+    const std::string key = leaf.back();
+    const std::string text = payload.at(leaf);
+    const auto add = [&](const std::string& what, const json& value)
+    {
+        json changed = payload;
+        changed[leaf] = value;
+        mutants.push_back({test, leaf.to_string() + " " + what, std::move(changed), false});
+    };
+    add("changed at its end", text + "x");
+    add("changed at its start", "x" + text);
+    if (!text.empty())
+    {
+        std::string otherCase = text;
+        const auto letter =
+            std::find_if(otherCase.begin(), otherCase.end(), [](unsigned char c) { return std::isalpha(c); });
+        if (letter != otherCase.end())
+        {
+            *letter = static_cast<char>(*letter ^ 0x20);
+            add("in other case", otherCase);
+        }
+        add("emptied", "");
+    }
+    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+    add("as integer", isNumber && !text.empty() ? json::parse(text) : json(0));
+    add("as boolean", text == "True");
+    add("as null", nullptr);
+    add("as empty object", json::object());
+    add("as object", {{key, text}});
+    add("as array", json::array({text}));
+    add("as empty array", json::array());
+
+    json removed = payload;
+    removed.at(parent).erase(key);
+    mutants.push_back({test, leaf.to_string() + " removed", removed, false});
+    json moved = removed;
+    moved[parent / (key + ".MOVED")] = text;
+    mutants.push_back({test, leaf.to_string() + " moved to a new sibling", std::move(moved), false});
+    for (const auto& [sibling, value] : payload.at(parent).items())
+    {
+        if (sibling == key || !value.is_string() || value == text)
+            continue;
+        json swapped = payload;
+        swapped[leaf] = value;
+        swapped[parent / sibling] = text;
+        mutants.push_back({test, leaf.to_string() + " swapped with " + sibling, std::move(swapped), false});
+    }
+}
+
+void AddObjectMutants(std::vector<Mutant>& mutants, std::size_t test, const CatalogueTest& catalogueTest,
+                      const std::string& key)
+{
+    const Path path = Path() / key;
+    const json& payload = catalogueTest.payload;
+    const auto add = [&](const std::string& what, const json& value, bool mustPass = false)
+    {
+        json changed = payload;
+        changed[path] = value;
+        mutants.push_back({test, path.to_string() + " " + what, std::move(changed), mustPass});
+    };
+    for (const json& scalar : {json("text"), json(""), json(1), json(true), json(false), json()})
+        add("replaced by " + scalar.dump(), scalar);
+    add("replaced by its text", payload.at(path).dump());
+    add("replaced by an empty object", json::object());
+    add("replaced by an array", json::array({"text"}));
+
+    json more = payload.at(path);
+    more["COMMON.NOT_EXPECTED"] = "more";
+    // The documents' rules look at four members only.
+    add("with one more member", more, catalogueTest.isDocument);
+
+    json removed = payload;
+    removed.erase(key);
+    mutants.push_back({test, path.to_string() + " removed", std::move(removed), false});
+}
+
+// What no expectation looks at.
+void AddHarmlessMutants(std::vector<Mutant>& mutants, std::size_t test, const CatalogueTest& catalogueTest)
+{
+    const json& payload = catalogueTest.payload;
+    json more = payload;
+    more["a_further_key"] = {{"of", "any"}, {"kind", 1}};
+    mutants.push_back({test, "a further key", std::move(more), true});
+    for (const auto& [key, value] : payload.items())
+    {
+        if (catalogueTest.expected.contains(key))
+            continue;
+        json changed = payload;
+        changed[key] = {{"changed", true}};
+        mutants.push_back({test, "/" + key + ", not expected, changed", std::move(changed), true});
+        json removed = payload;
+        removed.erase(key);
+        mutants.push_back({test, "/" + key + ", not expected, removed", std::move(removed), true});
+    }
+}
+
+std::vector<Mutant> AllMutants()
+{
+    std::vector<Mutant> mutants;
+    const std::vector<CatalogueTest>& tests = TheCatalogue();
+    for (std::size_t test = 0; test < tests.size(); ++test)
+    {
+        for (const auto& [key, expected] : tests[test].expected.items())
+        {
+            const Path path = Path() / key;
+            if (!expected.is_object())
+            {
+                AddLeafMutants(mutants, test, tests[test].payload, path);
+                continue;
+            }
+            for (const auto& [member, value] : expected.items())
+                AddLeafMutants(mutants, test, tests[test].payload, path / member);
+            AddObjectMutants(mutants, test, tests[test], key);
+        }
+        AddHarmlessMutants(mutants, test, tests[test]);
+    }
+    // Some ways lead to the same payload (two members swapped from either side), or to the right one.
+    std::set<std::pair<std::size_t, std::string>> seen;
+    std::erase_if(mutants,
+                  [&](const Mutant& mutant) {
+                      return mutant.payload == tests[mutant.test].payload ||
+                             !seen.insert({mutant.test, mutant.payload.dump()}).second;
+                  });
+    return mutants;
+}
+
+// Empty when the program judges the mutant as the rules say; otherwise what is wrong.
+std::string Fault(const ProgramCopy& copy, const Mutant& mutant)
+{
+    const CatalogueTest& mutated = TheCatalogue()[mutant.test];
+    const std::string judgement = ExpectedJudgement(mutated, mutant.payload);
+    const bool passes = judgement == "PASSED\n";
+    if (passes != mutant.mustPass)
+        return "the model lets it " + std::string(passes ? "pass" : "fail");
+
+    const json script = {{"TrackEvent", {{std::to_string(mutant.test + 1), {{"payload", mutant.payload}}}}}};
+    const Outcome outcome = copy.Run(script.dump());
+    const std::string expected = WholeRun(
+        [&](const CatalogueTest& test) { return &test == &mutated ? judgement : std::string("PASSED\n"); }, passes);
+    if (outcome.output != expected)
+        return "expected:\n" + expected + "printed:\n" + outcome.output;
+    if (outcome.status != (passes ? 0 : 1))
+        return "exit status " + std::to_string(outcome.status);
+    return outcome.errors;
+}
+
+} // namespace
+
+TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
+{
+    const std::vector<Mutant> mutants = AllMutants();
+    std::atomic<std::size_t> next = 0;
+    std::atomic<std::size_t> right = 0;
+    std::mutex reporting;
+    const auto work = [&]
+    {
+        const ProgramCopy copy(ProgramCopy::Library::Faulty);
+        for (std::size_t i = next++; i < mutants.size(); i = next++)
+        {
+            const std::string fault = Fault(copy, mutants[i]);
+            if (fault.empty())
+            {
+                ++right;
+                continue;
+            }
+            const std::lock_guard<std::mutex> lock(reporting);
+            ADD_FAILURE() << TheCatalogue()[mutants[i].test].title << ": " << mutants[i].what << ": " << fault;
+        }
+    };
+    {
+        std::vector<std::jthread> workers;
+        for (unsigned i = 0; i < std::max(1U, std::thread::hardware_concurrency()); ++i)
+            workers.emplace_back(work);
+    }
+    std::cout << mutants.size() << " mutants, " << right << " judged as the rules say" << std::endl;
+    EXPECT_EQ(right, mutants.size());
+    EXPECT_GT(mutants.size(), 0U);
+}
+
+// The mutants must reach every expectation: a catalogue that was read wrongly would make none and pass.
+TEST(Mutant, EveryTestHasMutantsThatMustFailAndMutantsThatMustPass)
+{
+    ASSERT_EQ(TheCatalogue().size(), 35U);
+    std::map<std::pair<std::size_t, bool>, std::size_t> counts;
+    for (const Mutant& mutant : AllMutants())
+        ++counts[{mutant.test, mutant.mustPass}];
+    for (std::size_t test = 0; test < TheCatalogue().size(); ++test)
+    {
+        EXPECT_GE((counts[{test, false}]), 12U) << TheCatalogue()[test].title;
+        EXPECT_GE((counts[{test, true}]), 2U) << TheCatalogue()[test].title;
+    }
+}

@@ -1,0 +1,186 @@
+// The test program as its users run it, on the stand-in.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include <nlohmann/json.hpp>
+
+#include "Program.h"
+
+using nlohmann::json;
+
+namespace
+{
+
+const std::string& GoodRun()
+{
+    static const std::string text = ReadFile(TEST_DATA_DIR "/good_run.txt");
+    return text;
+}
+
+// The product that the program described to the library, from the log of a faulty library.
+json ReportedProduct(const ProgramCopy& copy)
+{
+    std::ifstream log(copy.LogFile());
+    for (std::string line; std::getline(log, line);)
+    {
+        const json call = json::parse(line);
+        if (call["function"] == "Initialize")
+            return call["product"];
+    }
+    return {};
+}
+
+void ExpectUndefinedProduct(const ProgramCopy& copy)
+{
+    const Outcome run = copy.Run();
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, GoodRun());
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(ReportedProduct(copy), json({{"product_line_name", "undefined"},
+                                           {"product_release_id", "undefined"},
+                                           {"product_master_id", "undefined"},
+                                           {"product_build_id", "undefined"},
+                                           {"product_id_provider", "upi1"}}));
+}
+
+} // namespace
+
+TEST(Program, AGoodRunPrintsTheKeptOutputIntoAFileAPipeAndATerminal)
+{
+    const ProgramCopy copy(ProgramCopy::Library::StandIn);
+    for (const OutputTo output : {OutputTo::File, OutputTo::Pipe, OutputTo::Terminal})
+    {
+        const Outcome run = copy.Run("{}", output);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.output, GoodRun());
+        EXPECT_EQ(run.errors, "");
+    }
+}
+
+TEST(Program, TheKeptOutputIsThirtyFivePassesAndTheSummary)
+{
+    std::size_t passes = 0;
+    for (std::size_t at = 0; (at = GoodRun().find("\nPASSED\n", at)) != std::string::npos; ++at)
+        ++passes;
+    EXPECT_EQ(passes, 35U);
+    EXPECT_TRUE(GoodRun().ends_with("\nPASSED\n\nAll tests passed\n"));
+}
+
+TEST(Program, TheBuiltProgramRunsWhereItWasBuilt)
+{
+    const Outcome run = RunProgram({.program = PROGRAM_FILE, .workingFolder = "/"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, GoodRun());
+}
+
+TEST(Program, TheProductFileLiesBesideTheExecutableWhateverItsFolderIsCalled)
+{
+    const std::filesystem::path folders[] = {
+        "with blanks in it",
+        std::filesystem::path(u8"\u00FCml\u00E4ut \u4E2D\u6587 \U0001F600"),
+        "not\xFCutf8",
+        std::filesystem::path(std::string(200, 'l')) / std::string(200, 'o') / std::string(200, 'n'),
+    };
+    for (const std::filesystem::path& folder : folders)
+    {
+        const ProgramCopy copy(ProgramCopy::Library::Faulty, folder);
+        const Outcome run = copy.Run();
+        EXPECT_EQ(run.status, 0) << folder;
+        EXPECT_EQ(run.output, GoodRun()) << folder;
+        EXPECT_EQ(ReportedProduct(copy).value("product_line_name", ""), "CVSTUDIO") << folder;
+    }
+}
+
+TEST(Program, TheProductFileIsFoundThroughARelativePathAndALink)
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty, "here");
+    const std::filesystem::path link = copy.Folder().Path() / "link";
+    std::filesystem::create_symlink(copy.Executable(), link);
+    for (const std::filesystem::path& program : {std::filesystem::path("../here/bin/cvtavi_test"), link})
+    {
+        const Outcome run = RunProgram({.program = program,
+                                        .environment = {{"TAVI_FAULT_LOG", copy.LogFile().string()}},
+                                        .workingFolder = copy.Folder().Path() / "here"});
+        EXPECT_EQ(run.status, 0) << program;
+        EXPECT_EQ(ReportedProduct(copy).value("product_line_name", ""), "CVSTUDIO") << program;
+        std::filesystem::remove(copy.LogFile());
+    }
+}
+
+TEST(Program, WithoutAProductFileEveryIdentifierIsUndefined)
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    std::filesystem::remove_all(copy.ProductFile().parent_path());
+    ExpectUndefinedProduct(copy);
+}
+
+TEST(Program, WithABrokenProductFileEveryIdentifierIsUndefinedAndNothingIsPrinted)
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    for (const std::string& text : {std::string("<upi_element name=\"level\""), std::string("no XML"), std::string(),
+                                    std::string("\0\xFF\xFE<", 4), std::string(100'000, '<')})
+    {
+        copy.Folder().Write(copy.ProductFile(), text);
+        ExpectUndefinedProduct(copy);
+    }
+}
+
+TEST(Program, AnEmptyIdentifierLeavesTheProductKeyEmptyAndTheRunGood)
+{
+    const ProgramCopy copy(ProgramCopy::Library::StandIn);
+    std::string text = ReadFile(copy.ProductFile());
+    const std::string build = "value=\"27.0.214\"";
+    text.replace(text.find(build), build.size(), "value=\"\"");
+    copy.Folder().Write(copy.ProductFile(), text);
+    const Outcome run = copy.Run();
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, GoodRun());
+}
+
+// With the C++ library's defaults, wide and narrow lines would get lost here after the first such character.
+TEST(Program, MismatchesBeyondAsciiArriveCompleteInAFileAPipeAndATerminal)
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    const std::string foreign = "\xC3\xBC \xE4\xB8\xAD \xF0\x9F\x98\x80";
+    const json payload = {{"component_name", foreign}, {"component_attributes", {{foreign, "x"}}}};
+    json script;
+    for (const char* const number : {"15", "16", "17"})
+        script["TrackEvent"][number]["payload"] = payload;
+
+    std::string expected = GoodRun();
+    const struct
+    {
+        std::string test;
+        std::string event;
+        std::string key;
+        std::string value;
+    } rows[] = {
+        {"3DCKeyPressed", "COMMON.ZEPH_3DC_KEY_PRESSED", "COMMON.ZEPH_3DC_KEY", "keyName"},
+        {"3DCModeActivated", "COMMON.ZEPH_3DC_MODE_ACTIVATED", "COMMON.ZEPH_3DC_ACTIVE_MODE", "newMode"},
+        {"3DCUsed", "COMMON.ZEPH_3DC_USED", "COMMON.ZEPH_3DC_DEVICE_TYPE", "deviceName"},
+    };
+    for (const auto& row : rows)
+    {
+        const std::string title = "Testing " + row.test + "\n";
+        const std::size_t verdict = expected.find(title) + title.size();
+        expected.replace(verdict, std::string("PASSED\n").size(),
+                         "\nError: Mismatch between expected and recieved Json for key component_attributes\n"
+                         "Expected:\n" +
+                             row.key + "\n    \"" + row.value + "\"\nRecieved:\n" + foreign +
+                             "\n    \"x\"\n"
+                             "\nError: Mismatch between expected and recieved Json for key component_name\n"
+                             "Expected:\n\"" +
+                             row.event + "\"\nRecieved:\n\"" + foreign + "\"\nFAILED\n");
+    }
+    const std::string summary = "All tests passed\n";
+    expected.replace(expected.find(summary), summary.size(), "Errors occured during testing\n");
+
+    for (const OutputTo output : {OutputTo::File, OutputTo::Pipe, OutputTo::Terminal})
+    {
+        const Outcome run = copy.Run(script.dump(), output);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_EQ(run.output, expected);
+        EXPECT_EQ(run.errors, "");
+    }
+}

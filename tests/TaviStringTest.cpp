@@ -1,0 +1,515 @@
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <locale>
+#include <map>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include <TaviDesktopSDK/TaviString.h>
+
+#include "Text.h"
+
+using Veltrane::TaviDesktopSDK::TaviString;
+
+namespace
+{
+
+constexpr const char* NoText = nullptr;
+constexpr wchar_t HighSurrogate = 0xD83D;
+constexpr wchar_t LowSurrogate = 0xDE00;
+
+static_assert(sizeof(TaviString) == sizeof(void*));
+
+TaviString FromWide(const std::wstring& text)
+{
+    TaviString converted;
+    converted.SetStringW(text.c_str());
+    return converted;
+}
+
+void ExpectNoText(const TaviString& text)
+{
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): a string that was moved from has no text.
+    EXPECT_EQ(text.c_str(), nullptr);
+    EXPECT_EQ(text.c_strw(), nullptr);
+    EXPECT_EQ(text.size(), 0U);
+}
+
+// Unlike a string without text, which c_str() tells from it.
+void ExpectEmptyText(const TaviString& text)
+{
+    EXPECT_STREQ(text.c_str(), "");
+    EXPECT_STREQ(text.c_strw(), L"");
+    EXPECT_EQ(text.size(), 0U);
+}
+
+class NumbersWithCommas : public std::numpunct<char>
+{
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+struct NumberText
+{
+    double number;
+    std::string text;
+};
+
+void ExpectTextsOfNumbers()
+{
+    using Limits = std::numeric_limits<double>;
+    // 2^1024 - 2^971
+    const std::string largest = "17976931348623157081452742373170435679807056752584499659891747680315726078002853876058"
+                                "95586327668781715404589535143824642343213268894641827684675467035375169860499105765512"
+                                "82076245490090389328944075868508455133942304583236903222948165808559332123348274797826"
+                                "204144723168738177180919299881250404026184124858368";
+    ASSERT_EQ(largest.size(), 309U);
+    const NumberText rows[] = {
+        {0.45, "0.45"},
+        {0.39, "0.39"},
+        {1.12, "1.12"},
+        {0.0, "0"},
+        {-0.0, "-0"},
+        {0.044F, "0.044"},
+        {0.66F, "0.66"},
+        {0.1 + 0.2, "0.3"},
+        {-1.5, "-1.5"},
+        {100, "100"},
+        {1e6, "1000000"},
+        {1234567.25, "1234567.25"},
+        {999999.9999999, "1000000"},
+        {1e22, "10000000000000000000000"},
+        {0.000001, "0.000001"},
+        {0.00000051, "0.000001"},
+        {0.0000005, "0"}, // the nearest double lies below the half
+        {0.0000015, "0.000002"},
+        {-0.0000015, "-0.000002"},
+        {1e-7, "0"},
+        {Limits::denorm_min(), "0"},
+        {Limits::max(), largest},
+        {Limits::lowest(), "-" + largest},
+        {Limits::infinity(), "inf"},
+        {-Limits::infinity(), "-inf"},
+        {Limits::quiet_NaN(), "nan"},
+    };
+    for (const NumberText& row : rows)
+        EXPECT_EQ(Text(TaviString(row.number)), row.text) << row.number;
+}
+
+// Several million bytes, with characters of one, two, three and four bytes.
+template <typename String>
+String Repeated(const String& part)
+{
+    constexpr std::size_t count = 500'000;
+    String text;
+    text.reserve(count * part.size());
+    for (std::size_t i = 0; i < count; ++i)
+        text += part;
+    return text;
+}
+
+} // namespace
+
+TEST(TaviString, HasNoTextUntilItIsGivenSome)
+{
+    ExpectNoText(TaviString());
+    ExpectNoText(TaviString(NoText));
+}
+
+TEST(TaviString, NullPointerReleasesTheContent)
+{
+    TaviString narrow("text");
+    narrow.SetString(nullptr);
+    ExpectNoText(narrow);
+    narrow.SetString(nullptr);
+    ExpectNoText(narrow);
+
+    TaviString wide("text");
+    wide.SetStringW(nullptr);
+    ExpectNoText(wide);
+    wide.SetStringW(nullptr);
+    ExpectNoText(wide);
+}
+
+TEST(TaviString, EmptyTextIsText)
+{
+    ExpectEmptyText(TaviString(""));
+
+    TaviString narrow("text");
+    narrow.SetString("");
+    ExpectEmptyText(narrow);
+
+    TaviString wide("text");
+    wide.SetStringW(L"");
+    ExpectEmptyText(wide);
+}
+
+TEST(TaviString, TextEndsAtTheFirstNullCharacter)
+{
+    EXPECT_EQ(Text(TaviString("ab\0cd")), "ab");
+
+    TaviString wide;
+    wide.SetStringW(L"ab\0cd");
+    EXPECT_EQ(Text(wide), "ab");
+    EXPECT_EQ(wide.size(), 2U);
+}
+
+TEST(TaviString, SizeCountsBytes)
+{
+    const struct
+    {
+        const char* text;
+        unsigned long long size;
+    } rows[] = {{"a", 1}, {"\xC3\xA4", 2}, {"\xE4\xB8\xAD", 3}, {"\xF0\x9F\x98\x80", 4}, {"a\xFFz", 3}};
+    for (const auto& row : rows)
+        EXPECT_EQ(TaviString(row.text).size(), row.size) << row.text;
+}
+
+TEST(TaviString, KeepsACopyOfTheTextItIsGiven)
+{
+    char narrow[] = "text";
+    wchar_t wide[] = L"text";
+    const TaviString fromNarrow(narrow);
+    const TaviString fromWide = FromWide(wide);
+    TaviString set;
+    set.SetString(narrow);
+    narrow[0] = 'n';
+    wide[0] = L'n';
+    EXPECT_EQ(Text(fromNarrow), "text");
+    EXPECT_EQ(Text(fromWide), "text");
+    EXPECT_EQ(Text(set), "text");
+}
+
+TEST(TaviString, CopyIsIndependentOfItsSource)
+{
+    TaviString source("first");
+    const TaviString constructed(source);
+    TaviString assigned("old");
+    assigned = source;
+    source.SetString("second");
+    EXPECT_EQ(Text(constructed), "first");
+    EXPECT_EQ(Text(assigned), "first");
+
+    assigned.SetString("third");
+    EXPECT_EQ(Text(source), "second");
+}
+
+TEST(TaviString, CopyTellsNoTextFromEmptyText)
+{
+    TaviString none;
+    TaviString empty("");
+    const TaviString copyOfNone(none);
+    const TaviString copyOfEmpty(empty);
+    TaviString assigned("old");
+    assigned = empty;
+    ExpectEmptyText(assigned);
+    assigned = none;
+    ExpectNoText(assigned);
+
+    none.SetString("text");
+    empty.SetString("text");
+    ExpectNoText(copyOfNone);
+    ExpectEmptyText(copyOfEmpty);
+}
+
+TEST(TaviString, MoveTakesTheContentOver)
+{
+    TaviString source("text");
+    const char* const content = source.c_str();
+
+    TaviString constructed(std::move(source));
+    EXPECT_EQ(static_cast<const void*>(constructed.c_str()), content);
+    ExpectNoText(source); // NOLINT(bugprone-use-after-move)
+
+    TaviString assigned("old");
+    assigned = std::move(constructed);
+    EXPECT_EQ(static_cast<const void*>(assigned.c_str()), content);
+    ExpectNoText(constructed); // NOLINT(bugprone-use-after-move)
+
+    assigned = TaviString();
+    ExpectNoText(assigned);
+
+    source.SetString("again");
+    EXPECT_EQ(Text(source), "again");
+}
+
+TEST(TaviString, SelfAssignmentKeepsTheText)
+{
+    TaviString text("text");
+    TaviString& same = text;
+    text = same;
+    EXPECT_EQ(Text(text), "text");
+    text = std::move(same);
+    EXPECT_EQ(Text(text), "text");
+}
+
+TEST(TaviString, TakesTextFromItsOwnContent)
+{
+    // Long enough to be on the heap in any string class.
+    const std::string whole(100, 'x');
+    for (const std::size_t start : {std::size_t{0}, std::size_t{1}, whole.size() / 2, whole.size()})
+    {
+        SCOPED_TRACE(start);
+        TaviString narrow(whole.c_str());
+        narrow.SetString(narrow.c_str() + start);
+        EXPECT_EQ(Text(narrow), whole.substr(start));
+
+        TaviString wide(whole.c_str());
+        wide.SetStringW(wide.c_strw() + start);
+        EXPECT_EQ(Text(wide), whole.substr(start));
+    }
+}
+
+TEST(TaviString, ConvertsBetweenWideTextAndUtf8)
+{
+    const struct
+    {
+        std::wstring wide;
+        const char* utf8;
+    } rows[] = {
+        {L"plain \x7F", "plain \x7F"},
+        {L"\x80", "\xC2\x80"},
+        {L"\u00E4\u00F6\u00DC\u00DF", "\xC3\xA4\xC3\xB6\xC3\x9C\xC3\x9F"},
+        {L"\x7FF\x800", "\xDF\xBF\xE0\xA0\x80"},
+        {L"\u4E2D\u6587", "\xE4\xB8\xAD\xE6\x96\x87"},
+        {L"\xD7FF\xE000\xFFFD\xFFFF", "\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD\xEF\xBF\xBF"},
+        {L"\U00010000", "\xF0\x90\x80\x80"},
+        {L"a\U0001F600z", "a\xF0\x9F\x98\x80z"},
+        {L"\U0010FFFF", "\xF4\x8F\xBF\xBF"},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.utf8);
+        EXPECT_EQ(Text(FromWide(row.wide)), row.utf8);
+        EXPECT_EQ(TaviString(row.utf8).c_strw(), row.wide);
+    }
+}
+
+TEST(TaviString, PairOfSurrogateUnitsIsOneCharacter)
+{
+    const struct
+    {
+        std::wstring units;
+        const char* utf8;
+        std::wstring wide;
+    } rows[] = {
+        {{0xD800, 0xDC00}, "\xF0\x90\x80\x80", L"\U00010000"},
+        {{L'a', HighSurrogate, LowSurrogate, L'z'}, "a\xF0\x9F\x98\x80z", L"a\U0001F600z"},
+        {{HighSurrogate, LowSurrogate, HighSurrogate, LowSurrogate},
+         "\xF0\x9F\x98\x80\xF0\x9F\x98\x80",
+         L"\U0001F600\U0001F600"},
+        {{0xDBFF, 0xDFFF}, "\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.utf8);
+        const TaviString text = FromWide(row.units);
+        EXPECT_EQ(Text(text), row.utf8);
+        EXPECT_EQ(text.c_strw(), row.wide);
+    }
+}
+
+TEST(TaviString, WideUnitThatIsNoCharacterBecomesTheReplacementCharacter)
+{
+    const struct
+    {
+        const char* what;
+        std::wstring units;
+        const char* utf8;
+    } rows[] = {
+        {"high before text", {HighSurrogate, L'a'}, "\xEF\xBF\xBD\x61"},
+        {"high at the end", {L'a', HighSurrogate}, "a\xEF\xBF\xBD"},
+        {"smallest high", {0xD800}, "\xEF\xBF\xBD"},
+        {"largest high", {0xDBFF}, "\xEF\xBF\xBD"},
+        {"low before text", {LowSurrogate, L'a'}, "\xEF\xBF\xBD\x61"},
+        {"low at the end", {L'a', LowSurrogate}, "a\xEF\xBF\xBD"},
+        {"smallest low", {0xDC00}, "\xEF\xBF\xBD"},
+        {"largest low", {0xDFFF}, "\xEF\xBF\xBD"},
+        {"reversed pair", {LowSurrogate, HighSurrogate}, "\xEF\xBF\xBD\xEF\xBF\xBD"},
+        {"high before a pair", {HighSurrogate, HighSurrogate, LowSurrogate}, "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
+        {"low after a pair", {HighSurrogate, LowSurrogate, LowSurrogate}, "\xF0\x9F\x98\x80\xEF\xBF\xBD"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Text(FromWide(row.units)), row.utf8) << row.what;
+
+    if constexpr (sizeof(wchar_t) == 4)
+    {
+        for (const unsigned long value : {0x110000UL, 0x7FFFFFFFUL, 0x80000000UL, 0xFFFFFFFFUL})
+            EXPECT_EQ(Text(FromWide({L'a', static_cast<wchar_t>(value), L'z'})), "a\xEF\xBF\xBDz") << value;
+    }
+}
+
+TEST(TaviString, WideTextHasOneReplacementCharacterForEachMaximalIllFormedSequence)
+{
+    const struct
+    {
+        const char* what;
+        const char* bytes;
+        std::wstring wide;
+    } rows[] = {
+        {"lone trail", "a\x80z", L"a\uFFFDz"},
+        {"two lone trails", "\x80\xBF", L"\uFFFD\uFFFD"},
+        {"overlong of two", "\xC0\xAF\xC1\xBF", L"\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"overlong of three", "\xE0\x9F\xBF", L"\uFFFD\uFFFD\uFFFD"},
+        {"overlong of four", "\xF0\x8F\xBF\xBF", L"\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"two truncated at the end", "a\xC3", L"a\uFFFD"},
+        {"three truncated after one", "\xE4z", L"\uFFFDz"},
+        {"three truncated after two", "\xE4\xB8z", L"\uFFFDz"},
+        {"three truncated at the end", "a\xE4\xB8", L"a\uFFFD"},
+        {"four truncated after two", "\xF0\x9Fz", L"\uFFFDz"},
+        {"four truncated after three", "\xF0\x9F\x98z", L"\uFFFDz"},
+        {"four truncated at the end", "a\xF0\x9F\x98", L"a\uFFFD"},
+        {"truncated before a character", "\xE4\xB8\xC3\xA4", L"\uFFFD\u00E4"},
+        {"truncated before a truncated one", "\xF0\x9F\xE4\xB8", L"\uFFFD\uFFFD"},
+        {"high surrogate", "\xED\xA0\x80", L"\uFFFD\uFFFD\uFFFD"},
+        {"surrogate pair", "\xED\xA0\xBD\xED\xB8\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"beyond U+10FFFF", "\xF4\x90\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"lead beyond U+10FFFF", "\xF5\x80\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"never in UTF-8", "\xFE\xFFz", L"\uFFFD\uFFFDz"},
+    };
+    for (const auto& row : rows)
+    {
+        const TaviString text(row.bytes);
+        EXPECT_EQ(text.c_strw(), row.wide) << row.what;
+        EXPECT_STREQ(text.c_str(), row.bytes) << row.what;
+    }
+}
+
+TEST(TaviString, KeepsEveryByteOfNarrowText)
+{
+    std::string bytes;
+    for (int byte = 0xFF; byte > 0; --byte)
+        bytes += static_cast<char>(byte);
+    const TaviString text(bytes.c_str());
+    EXPECT_EQ(Text(text), bytes);
+    EXPECT_EQ(Text(TaviString(text)), bytes);
+    EXPECT_EQ(text.size(), bytes.size());
+}
+
+TEST(TaviString, WideTextFollowsAChange)
+{
+    TaviString text("first");
+    EXPECT_STREQ(text.c_strw(), L"first");
+    text.SetString("second");
+    EXPECT_STREQ(text.c_strw(), L"second");
+    text.SetStringW(L"third");
+    EXPECT_STREQ(text.c_strw(), L"third");
+    text = TaviString("fourth");
+    EXPECT_STREQ(text.c_strw(), L"fourth");
+    text.SetString(nullptr);
+    EXPECT_EQ(text.c_strw(), nullptr);
+}
+
+TEST(TaviString, PointersToTheTextStayValidWhileItIsOnlyRead)
+{
+    const TaviString text("text");
+    const void* const narrow = text.c_str();
+    const void* const wide = text.c_strw();
+    EXPECT_EQ(Text(TaviString(text) + text), "texttext");
+    EXPECT_EQ(static_cast<const void*>(text.c_str()), narrow);
+    EXPECT_EQ(static_cast<const void*>(text.c_strw()), wide);
+}
+
+// The texts are compared as booleans: a failure is not to print megabytes.
+TEST(TaviString, ConvertsVeryLongText)
+{
+    const auto utf8 = Repeated<std::string>("a\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80");
+    const auto wide = Repeated<std::wstring>(L"a\u00E4\u4E2D\U0001F600");
+    const TaviString narrowText(utf8.c_str());
+    EXPECT_EQ(narrowText.size(), 5'000'000U);
+    EXPECT_TRUE(Text(narrowText) == utf8);
+    EXPECT_TRUE(narrowText.c_strw() == wide);
+    EXPECT_TRUE(Text(FromWide(wide)) == utf8);
+}
+
+TEST(TaviString, NumberIsWrittenWithAtMostSixDecimals)
+{
+    ExpectTextsOfNumbers();
+}
+
+TEST(TaviString, NumberDoesNotFollowTheCppLocale)
+{
+    const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new NumbersWithCommas));
+    ExpectTextsOfNumbers();
+    std::locale::global(previous);
+}
+
+TEST(TaviString, SumHasTextWhenEitherOperandHas)
+{
+    const struct
+    {
+        const char* left;
+        const char* right;
+        const char* sum;
+    } rows[] = {
+        {NoText, NoText, NoText}, {NoText, "", ""},
+        {"", NoText, ""},         {"", "", ""},
+        {"a", NoText, "a"},       {NoText, "b", "b"},
+        {"a", "", "a"},           {"", "b", "b"},
+        {"a", "b", "ab"},         {"\xE4\xB8", "\xAD", "\xE4\xB8\xAD"},
+    };
+    for (const auto& row : rows)
+    {
+        const TaviString left(row.left);
+        const TaviString right(row.right);
+        const TaviString sum = left + right;
+        const std::string what = Text(left) + "+" + Text(right);
+        EXPECT_STREQ(sum.c_str(), row.sum) << what;
+        EXPECT_STREQ(left.c_str(), row.left) << what;
+        EXPECT_STREQ(right.c_str(), row.right) << what;
+    }
+}
+
+TEST(TaviString, MayBecomeItsOwnSum)
+{
+    TaviString text("ab");
+    text = text + text;
+    EXPECT_EQ(Text(text), "abab");
+    text = TaviString() + text;
+    EXPECT_EQ(Text(text), "abab");
+}
+
+TEST(TaviString, OrdersBytewiseWithAPrefixFirst)
+{
+    const char* const ascending[] = {"",      "\x01",  "A",     "AB", "Aa",       "B",        "a",   "a\x01",
+                                     "a\x7F", "a\x80", "a\xFF", "b",  "\x7F\xFF", "\x80\x01", "\xFF"};
+    for (std::size_t i = 0; i < std::size(ascending); ++i)
+    {
+        for (std::size_t j = 0; j < std::size(ascending); ++j)
+        {
+            const bool isLess = TaviString(ascending[i]) < TaviString(ascending[j]);
+            EXPECT_EQ(isLess, i < j) << "rows " << i << " and " << j;
+        }
+    }
+}
+
+TEST(TaviString, WithoutTextOrdersAsEmptyText)
+{
+    const TaviString none;
+    const TaviString empty("");
+    EXPECT_FALSE(none < empty);
+    EXPECT_FALSE(empty < none);
+    EXPECT_FALSE(none < none);
+    EXPECT_TRUE(none < TaviString("\x01"));
+    EXPECT_FALSE(TaviString("\x01") < none);
+}
+
+TEST(TaviString, IsAKeyOfAnOrderedMap)
+{
+    std::map<TaviString, int> map;
+    map[TaviString("b")] = 1;
+    map[TaviString("\xC3\xA4")] = 2;
+    map[TaviString()] = 3;
+    map[TaviString("a")] = 4;
+    map[TaviString("")] = 5;
+    map[TaviString("b")] = 6;
+    std::string content;
+    for (const auto& [key, value] : map)
+        content += Text(key) + "=" + std::to_string(value) + ";";
+    EXPECT_EQ(content, "=5;a=4;b=6;\xC3\xA4=2;");
+    EXPECT_FALSE(map.contains(TaviString("c")));
+}

@@ -1,0 +1,159 @@
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <harness/FacetKeys.h>
+#include <telemetry/FacetFields.h>
+#include <telemetry/Vocabulary.h>
+
+namespace
+{
+
+struct Constant
+{
+    std::string name;
+    std::string text;
+};
+
+std::string Contents(const char* path)
+{
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// As the header's source has them, so that none can be missed.
+std::vector<Constant> ConstantsOfTheHeader()
+{
+    const std::string header = Contents(SOURCE_DIR "/telemetry/Vocabulary.h");
+    const std::regex definition(R"re(inline const std::wstring (\w+) =\s*L"([^"]*)";)re");
+    std::vector<Constant> constants;
+    for (std::sregex_iterator found(header.begin(), header.end(), definition), end; found != end; ++found)
+        constants.push_back({(*found)[1], (*found)[2]});
+
+    std::size_t keywords = 0;
+    for (std::size_t at = header.find("\ninline "); at != std::string::npos; at = header.find("\ninline ", at + 1))
+        ++keywords;
+    EXPECT_EQ(constants.size(), keywords) << "a definition has another form";
+    return constants;
+}
+
+std::vector<std::string> SortedTexts(const std::vector<Constant>& constants)
+{
+    std::vector<std::string> texts;
+    for (const Constant& constant : constants)
+        texts.push_back(constant.text);
+    std::sort(texts.begin(), texts.end());
+    return texts;
+}
+
+} // namespace
+
+TEST(Vocabulary, AConstantIsNamedByItsTextWithDotsMadeUnderscores)
+{
+    for (const Constant& constant : ConstantsOfTheHeader())
+    {
+        std::string name = constant.text;
+        std::replace(name.begin(), name.end(), '.', '_');
+        EXPECT_EQ(constant.name, name) << constant.text;
+    }
+}
+
+TEST(Vocabulary, HoldsExactlyTheCollectedTexts)
+{
+    std::istringstream file(Contents(TEST_DATA_DIR "/vocabulary.txt"));
+    std::vector<std::string> collected;
+    for (std::string line; std::getline(file, line);)
+        collected.push_back(line);
+    std::sort(collected.begin(), collected.end());
+
+    EXPECT_EQ(collected.size(), 189U);
+    EXPECT_EQ(SortedTexts(ConstantsOfTheHeader()), collected);
+}
+
+TEST(Vocabulary, HasNoTextTwice)
+{
+    const std::vector<std::string> texts = SortedTexts(ConstantsOfTheHeader());
+    ASSERT_FALSE(texts.empty());
+    const auto twice = std::adjacent_find(texts.begin(), texts.end());
+    EXPECT_TRUE(twice == texts.end()) << *twice;
+}
+
+TEST(Vocabulary, KeepsOddSpellings)
+{
+    using namespace Vocabulary;
+    const std::pair<const std::wstring&, const wchar_t*> oddities[] = {
+        {CORVANE_FLOW_MHB3D_ANALYIS_AIM, L"CORVANE.FLOW.MHB3D.ANALYIS_AIM"},
+        {CV_RESULT_USAGE, L"CV.RESULT_USAGE"},
+        {CV_RESULTS_USAGE_NAME, L"CV.RESULTS_USAGE_NAME"},
+        {CV_RESULTS_USAGE_PLOTNAME, L"CV.RESULTS_USAGE_PLOTNAME"},
+        {CV_UI_MATERIAL_SELECTION, L"CV.UI.MATERIAL_SELECTION"},
+        {CV_FILE_INPUT_IS_ADD_OR_IMPORT, L"CV.FILE_INPUT.IS_ADD_OR_IMPORT"},
+        {CV_FILE_IMPORT_SUCCESS, L"CV.FILE_IMPORT_SUCCESS"},
+        {COMMON_ZEPH_KEY_ID, L"COMMON.ZEPH_KEY_ID"},
+        {CONTENT_FACET, L"CONTENT_FACET"},
+        {document_editing_length_ms, L"document_editing_length_ms"},
+    };
+    for (const auto& [constant, text] : oddities)
+        EXPECT_EQ(constant, text);
+}
+
+TEST(FacetKeys, AreTheFieldsThatExpectedPayloadsAreReadBy)
+{
+    const std::pair<const std::wstring&, const wchar_t*> keys[] = {
+        {FacetKeys::component_name, L"component_name"},
+        {FacetKeys::component_attributes, L"component_attributes"},
+        {FacetKeys::content_meta, L"content_meta"},
+        {FacetKeys::entitlement_usage, L"entitlement_usage"},
+        {FacetKeys::entitlement_license_id, L"entitlement_license_id"},
+        {FacetKeys::entitlement_properties, L"entitlement_properties"},
+        {FacetKeys::product_suite_name, L"product_suite_name"},
+        {FacetKeys::type, L"type"},
+    };
+    for (const auto& [key, text] : keys)
+        EXPECT_EQ(key, text);
+}
+
+TEST(FacetFields, AreInTheFixedOrder)
+{
+    const std::vector<std::string_view> expected = {"type",
+                                                    "scope",
+                                                    "product_id_provider",
+                                                    "product_line_name",
+                                                    "product_release_id",
+                                                    "product_master_id",
+                                                    "product_build_id",
+                                                    "product_key",
+                                                    "product_suite_name",
+                                                    "content_type",
+                                                    "content_size",
+                                                    "content_meta",
+                                                    "entitlement_usage",
+                                                    "entitlement_license_id",
+                                                    "entitlement_properties",
+                                                    "user_info",
+                                                    "provider_name",
+                                                    "user_id",
+                                                    "roles",
+                                                    "logged_in",
+                                                    "ldap_registration",
+                                                    "ldap_root",
+                                                    "component_type",
+                                                    "component_name",
+                                                    "component_attributes"};
+    EXPECT_EQ(std::vector<std::string_view>(FacetField::Names.begin(), FacetField::Names.end()), expected);
+}
+
+TEST(FacetFields, OfDocumentsAreOutsideTheTable)
+{
+    EXPECT_STREQ(FacetField::content_name, "content_name");
+    EXPECT_STREQ(FacetField::content_root, "content_root");
+}

@@ -1,0 +1,32 @@
+// The catalogue as data, and what the program must print of it: worked out from the rules, on the values of another
+// JSON library, without the code that is under test.
+#pragma once
+
+#include <concepts>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+struct CatalogueTest
+{
+    std::string title;       // "Testing MeshSize"
+    nlohmann::json expected; // from the record that the catalogue makes
+    nlohmann::json payload;  // as it leaves the wrapper
+    bool isDocument = false; // judged by the documents' narrower rules
+};
+
+// All tests, in order.
+const std::vector<CatalogueTest>& TheCatalogue();
+
+// What the program prints between the test's title and the next, given that the library hands over `payload`.
+std::string ExpectedJudgement(const CatalogueTest& test, const nlohmann::json& payload);
+
+// A whole run in which each test prints what `body(test)` gives, and its closing line.
+std::string WholeRun(const std::invocable<const CatalogueTest&> auto& body, bool passed)
+{
+    std::string output;
+    for (const CatalogueTest& test : TheCatalogue())
+        output += "\n" + test.title + "\n" + body(test);
+    return output + (passed ? "\nAll tests passed\n" : "\nErrors occured during testing\n");
+}

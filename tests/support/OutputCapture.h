@@ -1,0 +1,23 @@
+// While it lives, what std::cout and std::wcout are given is kept instead of shown, in the order written, as UTF-8.
+#pragma once
+
+#include <sstream>
+#include <string>
+
+#include <harness/Console.h>
+
+class OutputCapture
+{
+public:
+    OutputCapture();
+    ~OutputCapture();
+    OutputCapture(const OutputCapture&) = delete;
+    OutputCapture& operator=(const OutputCapture&) = delete;
+
+    std::string Text() const { return captured.str(); }
+
+private:
+    std::ostringstream captured;
+    std::streambuf* previous;
+    Utf8Console wideOutput;
+};

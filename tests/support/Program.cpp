@@ -1,0 +1,39 @@
+#include "Program.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+std::string ReadFile(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw std::runtime_error("cannot read " + file.string());
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder)
+{
+    // The macros are the built files, and where the library lies from the program's folder.
+    const std::filesystem::path program(PROGRAM_FILE);
+    const std::filesystem::path sdk(library == Library::StandIn ? STAND_IN_FILE : FAULTY_LIBRARY_FILE);
+    const std::filesystem::path bin = temporary.Path() / folder / "bin";
+    const std::filesystem::path libraryFolder = (bin / LIBRARY_FOLDER).lexically_normal();
+    std::filesystem::create_directories(bin / "UPI");
+    std::filesystem::create_directories(libraryFolder);
+    executable = bin / program.filename();
+    std::filesystem::copy_file(program, executable);
+    std::filesystem::copy_file(program.parent_path() / "UPI" / "upiconfig.xml", ProductFile());
+    std::filesystem::copy_file(sdk, libraryFolder / sdk.filename());
+}
+
+Outcome ProgramCopy::Run(const std::string& script, OutputTo output) const
+{
+    const std::filesystem::path scriptFile = temporary.Write("script.json", script);
+    std::filesystem::remove(LogFile());
+    return RunProgram(
+        {.program = executable,
+         .environment = {{"TAVI_FAULT_SCRIPT", scriptFile.string()}, {"TAVI_FAULT_LOG", LogFile().string()}},
+         .workingFolder = temporary.Path(),
+         .output = output});
+}

@@ -1,0 +1,63 @@
+// Runs other programs and keeps what they print.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "TemporaryFolder.h"
+
+enum class OutputTo
+{
+    File,
+    Pipe,
+    Terminal, // in raw mode: no line end is changed on the way
+};
+
+struct Command
+{
+    std::filesystem::path program;
+    std::vector<std::string> arguments = {};
+    std::map<std::string, std::string> environment = {}; // in addition to this process's own
+    std::filesystem::path workingFolder = {};            // empty: this process's own
+    OutputTo output = OutputTo::File;
+};
+
+struct Outcome
+{
+    int status; // 128 + signal number when a signal ended it
+    std::string output;
+    std::string errors;
+};
+
+// Waits for the program to end. Throws std::runtime_error when it cannot be started.
+Outcome RunProgram(const Command& command);
+
+std::string ReadFile(const std::filesystem::path& file);
+
+// A copy of the built test program in a folder of its own, laid out as installed, on either telemetry library.
+class ProgramCopy
+{
+public:
+    enum class Library
+    {
+        StandIn,
+        Faulty,
+    };
+
+    // `folder`, relative, is where the copy lies below the temporary folder.
+    explicit ProgramCopy(Library library, const std::filesystem::path& folder = "copy");
+
+    const std::filesystem::path& Executable() const { return executable; }
+    std::filesystem::path ProductFile() const { return executable.parent_path() / "UPI" / "upiconfig.xml"; }
+    const TemporaryFolder& Folder() const { return temporary; }
+
+    // With a faulty library: `script` is its script, of which it writes its calls, a JSON text a line, to LogFile().
+    Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
+    std::filesystem::path LogFile() const { return temporary.Path() / "calls.log"; }
+
+private:
+    TemporaryFolder temporary;
+    std::filesystem::path executable;
+};

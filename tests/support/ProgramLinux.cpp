@@ -1,0 +1,138 @@
+#include "Program.h"
+
+#include <fcntl.h>
+#include <pty.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+namespace
+{
+
+class Descriptor
+{
+public:
+    explicit Descriptor(int opened = -1) : number(opened) {}
+    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept
+    {
+        std::swap(number, other.number);
+        return *this;
+    }
+    ~Descriptor() { Close(); }
+
+    int Number() const { return number; }
+
+    void Close()
+    {
+        if (number >= 0)
+            close(std::exchange(number, -1));
+    }
+
+private:
+    int number;
+};
+
+struct Channel
+{
+    Descriptor reader; // none for a file
+    Descriptor writer;
+};
+
+Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
+{
+    int ends[2] = {-1, -1};
+    switch (output)
+    {
+    case OutputTo::File:
+        ends[1] = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        break;
+    case OutputTo::Pipe:
+        if (pipe2(ends, O_CLOEXEC) != 0)
+            throw std::runtime_error("cannot make a pipe");
+        break;
+    case OutputTo::Terminal:
+        termios raw{};
+        cfmakeraw(&raw);
+        if (openpty(&ends[0], &ends[1], nullptr, &raw, nullptr) != 0)
+            throw std::runtime_error("cannot open a terminal");
+        break;
+    }
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+std::string ReadAll(const Descriptor& reader)
+{
+    std::string text;
+    std::array<char, 65536> buffer;
+    for (;;)
+    {
+        const ssize_t count = read(reader.Number(), buffer.data(), buffer.size());
+        if (count > 0)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR) // a terminal ends with an error
+            return text;
+    }
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& strings)
+{
+    std::vector<char*> pointers;
+    for (std::string& string : strings)
+        pointers.push_back(string.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+Outcome RunProgram(const Command& command)
+{
+    const TemporaryFolder folder;
+    const std::filesystem::path outputFile = folder.Path() / "output";
+    Channel output = OpenChannel(command.output, outputFile);
+    Channel errors = OpenChannel(OutputTo::File, folder.Path() / "errors");
+
+    std::vector<std::string> arguments{command.program.string()};
+    arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
+    std::vector<std::string> environment;
+    for (char** variable = environ; *variable != nullptr; ++variable)
+    {
+        const std::string text(*variable);
+        if (!command.environment.contains(text.substr(0, text.find('='))))
+            environment.push_back(text);
+    }
+    for (const auto& [name, value] : command.environment)
+        environment.push_back(name + "=" + value);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, output.writer.Number(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, errors.writer.Number(), STDERR_FILENO);
+    if (!command.workingFolder.empty())
+        posix_spawn_file_actions_addchdir_np(&actions, command.workingFolder.c_str());
+    pid_t child = 0;
+    const int error = posix_spawnp(&child, arguments.front().c_str(), &actions, nullptr, Pointers(arguments).data(),
+                                   Pointers(environment).data());
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0)
+        throw std::runtime_error("cannot start " + arguments.front() + ": " + std::strerror(error));
+
+    output.writer.Close();
+    std::string text = command.output == OutputTo::File ? std::string() : ReadAll(output.reader);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR)
+    {
+    }
+    if (command.output == OutputTo::File)
+        text = ReadFile(outputFile);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), text, ReadFile(folder.Path() / "errors")};
+}
