@@ -1,6 +1,8 @@
-# What holds for our own code and for nobody else's: warnings, and the sanitizers of the sanitize preset.
+# What holds for our own code and for nobody else's: warnings, and what checks, sanitizers, coverage and fuzzing take.
 
 option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
+option(CORVANE_CHECKS "Check the sources and whole runs as tests: format, clang-tidy, cppcheck, valgrind" OFF)
+option(CORVANE_COVERAGE "Count the lines and branches that are run; takes clang" OFF)
 option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
 
 add_library(OwnCode INTERFACE)
@@ -14,6 +16,10 @@ if(CORVANE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(OwnCode INTERFACE ${sanitizers})
     target_link_options(OwnCode INTERFACE ${sanitizers})
+endif()
+if(CORVANE_COVERAGE)
+    target_compile_options(OwnCode INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+    target_link_options(OwnCode INTERFACE -fprofile-instr-generate)
 endif()
 if(CORVANE_FUZZ)
     target_compile_options(OwnCode INTERFACE -fsanitize=fuzzer-no-link)

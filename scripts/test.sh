@@ -1,6 +1,11 @@
 #!/usr/bin/env bash
-# Builds everything in the release and the sanitize build, and by clang as well, and runs every test of each. Ends with
-# the number of tests passed and failed. build/test-results/ holds a JUnit report of each build.
+# Builds everything and runs every test. Ends with the number of tests passed and failed.
+#
+#     scripts/test.sh [PRESET]...
+#
+# Without presets, all that are here: release; sanitize (address, undefined behaviour, leak); clang, with the checks of
+# the sources and valgrind; fuzz, each target over its corpus and a fixed number of runs; and coverage, with a table of
+# the lines and branches that are run. Each leaves a JUnit report in build/test-results/.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
@@ -8,8 +13,13 @@ say() {
     printf '== %s\n' "$1"
 }
 
-need_packages g++ clang cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev
+presets=("$@")
+((${#presets[@]} > 0)) || presets=(release sanitize clang fuzz coverage)
+need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build git cppcheck valgrind strace \
+    libmxml-dev libgtest-dev nlohmann-json3-dev
+
 results=$PWD/build/test-results
+profiles=$PWD/build/coverage/profiles
 mkdir -p "$results"
 passed=0 failed=0
 
@@ -22,15 +32,34 @@ count_tests() {
     failed=$((failed + BASH_REMATCH[1]))
 }
 
-for preset in release sanitize clang; do
+# What the coverage build's tests ran of the product, file by file, and each line that they did not.
+print_coverage() {
+    local build=$PWD/build/coverage object objects=()
+    for object in "$build"/tests/{unit_tests,program_tests} "$build"/lib/libTaviSDKWrapper.so; do
+        objects+=(-object "$object")
+    done
+    llvm-profdata merge -sparse "$profiles"/*.profraw -o "$profiles/all.profdata"
+    local what=(-instr-profile="$profiles/all.profdata" "$build/bin/cvtavi_test" "${objects[@]}" sdk telemetry harness)
+    llvm-cov report "${what[@]}" -show-branch-summary -show-region-summary=false
+    say "coverage: lines that no test runs"
+    llvm-cov export "${what[@]}" -format=lcov -skip-expansions |
+        awk -F'[:,]' -v root="$PWD/" '/^SF:/ { file = substr($0, 4); sub(root, "", file) }
+            /^DA:/ && $3 == 0 { print file ":" $2 }'
+}
+
+rm -rf "$profiles"
+export LLVM_PROFILE_FILE=$profiles/%4m.profraw
+for preset in "${presets[@]}"; do
     say "$preset: configuring and building"
     SECONDS=0
     quietly cmake --preset "$preset" || fail "configuring the preset $preset failed, see above"
     quietly cmake --build --preset "$preset" || fail "building the preset $preset failed, see above"
     say "$preset: built in $SECONDS s, testing"
     ctest --preset "$preset" --parallel "$(nproc)" --output-junit "$results/$preset.xml" </dev/null |
-        tee "$results/$preset.log" | grep -vE '^ +Start |\.\.\. +Passed ' || true
+        tee "$results/$preset.log" | grep -vE '^ +Start |\.\.\. +Passed |^$' || true
+    grep -hoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
     count_tests "$results/$preset.log"
+    [[ "$preset" != coverage ]] || print_coverage
 done
 
 printf '%d passed, %d failed\n' "$passed" "$failed"

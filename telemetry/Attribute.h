@@ -10,19 +10,20 @@
 #include <telemetry/AttributeMap.h>
 #include <telemetry/ValueText.h>
 
-class AttributeValue
+class Attribute
 {
 public:
-    AttributeValue(const std::wstring& text) : value(&text) {}
-    AttributeValue(std::same_as<bool> auto flag) : value(flag) {}
-    AttributeValue(std::int32_t number) : value(number) {}
-    AttributeValue(std::int64_t number) : value(number) {}
-    AttributeValue(std::uint64_t number) : value(number) {}
-    AttributeValue(double number) : value(number) {}
+    Attribute(const std::wstring& name, const std::wstring& text) : key(name), value(&text) {}
+    Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(name), value(flag) {}
+    Attribute(const std::wstring& name, std::int32_t number) : key(name), value(number) {}
+    Attribute(const std::wstring& name, std::int64_t number) : key(name), value(number) {}
+    Attribute(const std::wstring& name, std::uint64_t number) : key(name), value(number) {}
+    Attribute(const std::wstring& name, double number) : key(name), value(number) {}
 
-    Veltrane::TaviDesktopSDK::TaviString Text() const
+    // Replaces what the map holds under the key.
+    void StoreIn(AttributeMap& map) const
     {
-        return std::visit(
+        map[TextOf(key)] = std::visit(
             [](const auto& held)
             {
                 if constexpr (std::same_as<decltype(held), const std::wstring* const&>)
@@ -34,13 +35,8 @@ public:
     }
 
 private:
-    std::variant<const std::wstring*, bool, std::int32_t, std::int64_t, std::uint64_t, double> value;
-};
-
-struct Attribute
-{
     const std::wstring& key;
-    AttributeValue value;
+    std::variant<const std::wstring*, bool, std::int32_t, std::int64_t, std::uint64_t, double> value;
 };
 
 // Stored in the order given, so that the last of two equal keys wins.
@@ -48,6 +44,6 @@ inline AttributeMap MakeAttributeMap(std::initializer_list<Attribute> attributes
 {
     AttributeMap map;
     for (const Attribute& attribute : attributes)
-        map[TextOf(attribute.key)] = attribute.value.Text();
+        attribute.StoreIn(map);
     return map;
 }

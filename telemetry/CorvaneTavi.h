@@ -19,7 +19,7 @@
 #include <telemetry/AttributeMap.h>
 #include <telemetry/TaviDocument.h>
 
-struct Attribute;
+class Attribute;
 
 // A tool of the navigation bar.
 struct NavBarToolState

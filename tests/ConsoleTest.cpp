@@ -1,4 +1,6 @@
 #include <iostream>
+#include <streambuf>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -59,6 +61,24 @@ TEST(Console, LongTextIsWhole)
     const OutputCapture capture;
     std::wcout << std::wstring(1'000'000, L'\u4E2D') << std::endl;
     EXPECT_EQ(capture.Text().size(), 3'000'001U);
+}
+
+TEST(Console, OutputThatCannotBeWrittenPutsTheStreamIntoAnErrorState)
+{
+    class Full : public std::streambuf
+    {
+    };
+    for (const std::wstring& text : {std::wstring(L"text"), std::wstring(1, L'\0')})
+    {
+        const Utf8Console console;
+        Full full;
+        std::streambuf* const previous = std::cout.rdbuf(&full);
+        std::wcout << text;
+        EXPECT_TRUE(std::wcout.bad());
+        std::wcout.clear();
+        std::cout.rdbuf(previous);
+        std::cout.clear();
+    }
 }
 
 TEST(Console, TheStreamWorksAsBeforeWhenTheConsoleIsGone)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
+#include <functional>
 #include <iostream>
 #include <map>
 #include <mutex>
@@ -190,9 +191,11 @@ TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
     std::atomic<std::size_t> next = 0;
     std::atomic<std::size_t> right = 0;
     std::mutex reporting;
-    const auto work = [&]
+    // A program file that is still open for writing when another worker starts a process cannot be run: all copies are
+    // made before the first run.
+    const std::vector<ProgramCopy> copies(std::max(1U, std::thread::hardware_concurrency()));
+    const auto work = [&](const ProgramCopy& copy)
     {
-        const ProgramCopy copy(ProgramCopy::Library::Faulty);
         for (std::size_t i = next++; i < mutants.size(); i = next++)
         {
             const std::string fault = Fault(copy, mutants[i]);
@@ -207,8 +210,8 @@ TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
     };
     {
         std::vector<std::jthread> workers;
-        for (unsigned i = 0; i < std::max(1U, std::thread::hardware_concurrency()); ++i)
-            workers.emplace_back(work);
+        for (const ProgramCopy& copy : copies)
+            workers.emplace_back(work, std::cref(copy));
     }
     std::cout << mutants.size() << " mutants, " << right << " judged as the rules say" << std::endl;
     EXPECT_EQ(right, mutants.size());

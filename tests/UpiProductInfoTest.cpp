@@ -31,7 +31,7 @@ Identifiers ReadFrom(const std::filesystem::path& file)
 {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const Identifiers identifiers = IdentifiersOf(UpiProductInfo::FromFile(file));
+    Identifiers identifiers = IdentifiersOf(UpiProductInfo::FromFile(file));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     return identifiers;

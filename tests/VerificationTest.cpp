@@ -218,6 +218,16 @@ TEST(Verification, AnAdditionalMemberOfAnExpectedObjectIsAMismatch)
     EXPECT_FALSE(Judge(Event(), payload).passed);
 }
 
+TEST(Verification, AnEventBeforeAnyTestIsNotJudged)
+{
+    TestResultList results;
+    JsonValue reply;
+    const OutputCapture capture;
+    EXPECT_EQ(VerifyPayloadCallback(Event(), &results, reply), 0);
+    EXPECT_EQ(capture.Text(), "");
+    EXPECT_TRUE(results.empty());
+}
+
 TEST(Verification, TheLastOfTwoCallsDecides)
 {
     TestResultList results{{Event(), false}};

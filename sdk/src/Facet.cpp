@@ -1,5 +1,6 @@
 #include <TaviDesktopSDK/Facet.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <memory>
@@ -47,6 +48,8 @@ Base::Base(JsonValue* data, bool shared) : sharedData(shared ? data : nullptr), 
 
 Base::Base(const Base& other) : ownData(other.Data()), editTimerStart(other.editTimerStart) {}
 
+// Whether data is shared stays as it is: entries are what is assigned.
+// cppcheck-suppress operatorEqVarError
 Base& Base::operator=(const Base& other)
 {
     if (this == &other)
@@ -190,11 +193,12 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
 {
     if (facets != nullptr)
     {
-        for (const std::unique_ptr<Base>& facet : facets->inOrderOfCreation)
-        {
-            if (std::strcmp(facet->GetFacetName(), name) == 0)
-                return facet.get();
-        }
+        const auto& present = facets->inOrderOfCreation;
+        const auto found = std::find_if(present.begin(), present.end(),
+                                        [name](const std::unique_ptr<Base>& facet)
+                                        { return std::strcmp(facet->GetFacetName(), name) == 0; });
+        if (found != present.end())
+            return found->get();
     }
     std::unique_ptr<Base> created = action == CreateWhenMissing ? CreateFacet(name) : nullptr;
     if (created == nullptr)

@@ -47,7 +47,7 @@ public:
     };
 
     // `folder`, relative, is where the copy lies below the temporary folder.
-    explicit ProgramCopy(Library library, const std::filesystem::path& folder = "copy");
+    explicit ProgramCopy(Library library = Library::Faulty, const std::filesystem::path& folder = "copy");
 
     const std::filesystem::path& Executable() const { return executable; }
     std::filesystem::path ProductFile() const { return executable.parent_path() / "UPI" / "upiconfig.xml"; }

@@ -1,0 +1,723 @@
+// Long random sequences of operations on JsonValue and TaviString, each step checked against a model: an independent
+// JSON library's values, and plain strings. A seed gives the same sequence on every platform. The environment variable
+// CVTAVI_MODEL_SEEDS is a number of further seeds to run.
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <iterator>
+#include <optional>
+#include <random>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <TaviDesktopSDK/JsonValue.h>
+#include <TaviDesktopSDK/TaviString.h>
+
+#include "Text.h"
+
+using Veltrane::TaviDesktopSDK::JsonValue;
+using Veltrane::TaviDesktopSDK::TaviString;
+
+namespace
+{
+
+// Its members keep their order. Strings are raw bytes, as in the value.
+using Model = nlohmann::ordered_json;
+
+constexpr int StepsOfASeed = 2000;
+constexpr std::size_t LargestTree = 300;
+constexpr std::size_t LongestText = 600;
+
+const std::string LongText(300, 'l');
+
+// Pieces of text, the second half of them not UTF-8.
+const std::string Pieces[] = {"a",
+                              "null",
+                              "say \"x\"",
+                              "C:\\dir\\",
+                              "/",
+                              "\x01\x07\b\t\n\v\f\r\x1B\x1F\x7F",
+                              "\xC3\xA4\xC3\x9F",
+                              "\xE4\xB8\xAD\xE6\x96\x87",
+                              "\xF0\x9F\x98\x80",
+                              "\xEF\xBF\xBD\xEF\xBF\xBF",
+                              "\xF4\x8F\xBF\xBF",
+                              LongText,
+                              "\x80",
+                              "\xBF\xC3",
+                              "\xC0\xAF",
+                              "\xE4\xB8",
+                              "\xE0\x80\x80",
+                              "\xED\xA0\x80",
+                              "x\xF0\x9F\x98",
+                              "\xF0\x80\x80",
+                              "\xF4\x90\x80\x80",
+                              "\xF8\x88\xFF"};
+
+const std::string Keys[] = {
+    "",
+    "a",
+    "b",
+    "c",
+    "d",
+    "A",
+    "\"key\"",
+    "back\\slash",
+    "\n",
+    "\xC3\xA4",
+    "\xE4\xB8",
+    "\xFF",
+    "\xE4\xB8\xAD",
+    "\x7F",
+    LongText,
+};
+
+// Its own bounded draw, since the standard distributions differ between platforms.
+class Random
+{
+public:
+    explicit Random(std::uint64_t seed) : engine(seed) {}
+
+    // Below `bound`.
+    std::size_t Draw(std::size_t bound) { return static_cast<std::size_t>(engine() % bound); }
+
+    bool OneIn(std::size_t count) { return Draw(count) == 0; }
+
+    template <typename List>
+    auto& From(List& list)
+    {
+        return *std::next(std::begin(list), static_cast<std::ptrdiff_t>(Draw(std::size(list))));
+    }
+
+    std::string DrawText()
+    {
+        std::string text;
+        for (std::size_t count = Draw(4); count > 0; --count)
+            text +=
+                OneIn(4) ? std::string(1, static_cast<char>(static_cast<unsigned char>(1 + Draw(255)))) : From(Pieces);
+        return text;
+    }
+
+private:
+    std::mt19937_64 engine;
+};
+
+// As JSON text, with U+FFFD for each maximal ill-formed sequence.
+std::string Dump(const Model& model)
+{
+    return model.dump(-1, ' ', false, Model::error_handler_t::replace);
+}
+
+// Equality whatever the order of members.
+bool AreEqual(const Model& left, const Model& right)
+{
+    return nlohmann::json(left) == nlohmann::json(right);
+}
+
+std::size_t NodesOf(const Model& model)
+{
+    std::size_t count = 1;
+    if (model.is_structured())
+        for (const Model& child : model)
+            count += NodesOf(child);
+    return count;
+}
+
+Model KeyListOf(const Model& model)
+{
+    Model keys = Model::array();
+    if (model.is_object())
+        for (const auto& member : model.items())
+            keys.push_back(member.key());
+    return keys;
+}
+
+// NOLINTNEXTLINE(bugprone-exception-escape): moving a model does not throw
+struct Slot
+{
+    JsonValue value;
+    Model model;
+};
+
+// A value somewhere in a slot's tree and what it is in the model. The model's side lasts until a member is added
+// elsewhere in the slot's tree.
+struct Place
+{
+    JsonValue& value;
+    Model& model;
+};
+
+struct ConstPlace
+{
+    const JsonValue& value;
+    const Model& model;
+};
+
+// Throughout the tree.
+void ExpectAsModelled(ConstPlace place)
+{
+    const auto& [value, model] = place;
+    const std::string json = Dump(model);
+    ASSERT_EQ(Json(value), json);
+    EXPECT_EQ(value.IsNull(), model.is_null());
+    EXPECT_EQ(value.GetCount(), model.is_structured() ? static_cast<int>(model.size()) : 0);
+    EXPECT_EQ(Json(value.GetKeyList()), Dump(KeyListOf(model)));
+
+    const auto text = static_cast<TaviString>(value);
+    EXPECT_EQ(text.c_str() == nullptr, model.is_null());
+    EXPECT_EQ(Text(text), model.is_null() ? "" : model.is_string() ? model.get<std::string>() : json);
+
+    const long long integer = model.is_number() ? model.get<long long>() : model == true ? 1 : 0;
+    EXPECT_EQ(static_cast<long long>(value), integer);
+
+    for (std::size_t i = 0; model.is_array() && i < model.size(); ++i)
+        ExpectAsModelled({value[static_cast<int>(i)], model[i]});
+    if (model.is_object())
+        for (const auto& member : model.items())
+            ExpectAsModelled({value[Key(member.key().c_str())], member.value()});
+}
+
+void ExpectComparedAsModelled(ConstPlace left, ConstPlace right)
+{
+    const int expected = AreEqual(left.model, right.model) ? 0 : 1;
+    EXPECT_EQ(left.value.Compare(right.value), expected) << Dump(left.model) << '\n' << Dump(right.model);
+    EXPECT_EQ(right.value.Compare(left.value), expected) << Dump(left.model) << '\n' << Dump(right.model);
+}
+
+// One seed's run over a pool of values.
+class JsonRun
+{
+public:
+    explicit JsonRun(std::uint64_t seed) : random(seed) {}
+
+    // The name of the operation.
+    const char* Step()
+    {
+        const std::size_t at = random.Draw(pool.size());
+        first = &pool[at];
+        second = &pool[(at + 1 + random.Draw(pool.size() - 1)) % pool.size()];
+        const auto& [name, operation] = random.From(Operations);
+        (this->*operation)();
+        for (Slot* const slot : {first, second})
+        {
+            EXPECT_EQ(Json(slot->value), Dump(slot->model));
+            if (NodesOf(slot->model) > LargestTree)
+                *slot = Slot();
+        }
+        return name;
+    }
+
+    void Finish()
+    {
+        for (const Slot& slot : pool)
+            ExpectAsModelled({slot.value, slot.model});
+    }
+
+private:
+    std::string DrawKey(const Model& model)
+    {
+        if (model.is_object() && !model.empty() && random.OneIn(2))
+            return std::next(model.begin(), static_cast<std::ptrdiff_t>(random.Draw(model.size()))).key();
+        return random.From(Keys);
+    }
+
+    // The empty key now and then through a string without text.
+    TaviString KeyOf(const std::string& key)
+    {
+        return key.empty() && random.OneIn(2) ? TaviString() : Key(key.c_str());
+    }
+
+    Place MemberOf(Place place, const std::string& key)
+    {
+        if (!place.model.is_object())
+            place.model = Model::object();
+        return {place.value[KeyOf(key)], place.model[key]};
+    }
+
+    // A place at or below the one given, new or not.
+    Place WalkTo(Place place, std::size_t depth)
+    {
+        return depth > 0 ? WalkTo(MemberOf(place, DrawKey(place.model)), depth - 1) : place;
+    }
+
+    Place AnyPlace(Slot& slot) { return WalkTo({slot.value, slot.model}, random.OneIn(8) ? 0 : 1 + random.Draw(5)); }
+
+    // The same without changing anything; what is absent is null.
+    ConstPlace ReadTo(ConstPlace place, std::size_t depth)
+    {
+        static const Model null;
+        EXPECT_EQ(place.value.IsNull(), place.model.is_null());
+        if (depth == 0 || (!place.model.is_structured() && random.OneIn(2)))
+            return place;
+        // Elements by index, members by key, and now and then the other way, which finds nothing.
+        if (place.model.is_array() != random.OneIn(6))
+        {
+            const int count = static_cast<int>(place.model.size());
+            const int indices[] = {-1, count, INT_MIN, INT_MAX};
+            const int index = count == 0 || random.OneIn(4)
+                                  ? random.From(indices)
+                                  : static_cast<int>(random.Draw(static_cast<std::size_t>(count)));
+            const bool found = place.model.is_array() && index >= 0 && index < count;
+            return ReadTo({place.value[index], found ? place.model[static_cast<std::size_t>(index)] : null}, depth - 1);
+        }
+        const std::string key = DrawKey(place.model);
+        const auto found = place.model.find(key);
+        return ReadTo({place.value[KeyOf(key)], found != place.model.end() ? *found : null}, depth - 1);
+    }
+
+    ConstPlace AnyReading(const Slot& slot)
+    {
+        return ReadTo({slot.value, slot.model}, random.OneIn(8) ? 0 : 1 + random.Draw(5));
+    }
+
+    void SetScalar(Place place)
+    {
+        static constexpr long long Integers[] = {0, 1, -1, INT_MIN, INT_MAX, UINT_MAX, LLONG_MIN, LLONG_MAX};
+        switch (random.Draw(6))
+        {
+        case 0:
+            place.value.SetString(nullptr);
+            place.model = nullptr;
+            break;
+        case 1:
+            place.model = random.OneIn(2);
+            place.value = JsonValue(place.model.get<bool>());
+            break;
+        case 2:
+        case 3:
+            place.model = random.From(Integers);
+            place.value = JsonValue(place.model.get<long long>());
+            break;
+        default:
+            place.model = random.DrawText();
+            place.value.SetString(place.model.get_ref<const std::string&>().c_str());
+        }
+    }
+
+    void Copy(ConstPlace source, Place target)
+    {
+        Model copy = source.model; // the target may lie in the source, or around it
+        if (random.OneIn(2))
+            target.value = source.value;
+        else
+            target.value = JsonValue(source.value);
+        target.model = std::move(copy);
+    }
+
+    // The source must not lie around the target.
+    void Move(Place source, Place target)
+    {
+        if (random.OneIn(2))
+            target.value = std::move(source.value);
+        else
+            target.value = JsonValue(std::move(source.value));
+        Model taken = std::exchange(source.model, nullptr);
+        target.model = std::move(taken);
+    }
+
+    // An equal value whose objects have had their members added in an order of its own.
+    Slot Rebuilt(ConstPlace place)
+    {
+        Slot slot{place.value, place.model};
+        Model keys = KeyListOf(place.model);
+        for (const Model& key : keys)
+            slot.value.RemoveKey(Key(key.get<std::string>().c_str()));
+        if (!keys.empty())
+            slot.model.clear();
+        while (!keys.empty())
+        {
+            const std::size_t at = random.Draw(keys.size());
+            const auto key = keys[at].get<std::string>();
+            keys.erase(at);
+            Slot member = Rebuilt({place.value[KeyOf(key)], place.model[key]});
+            Move({member.value, member.model}, MemberOf({slot.value, slot.model}, key));
+        }
+        return slot;
+    }
+
+    void Set() { SetScalar(AnyPlace(*first)); }
+
+    void AddMember() { AnyPlace(*first); }
+
+    void Remove() { RemoveAlong({first->value, first->model}, random.Draw(5)); }
+
+    // Along what is there, so that it meets values of every kind and leaves them as they are.
+    void RemoveAlong(Place place, std::size_t depth)
+    {
+        const std::string key = DrawKey(place.model);
+        const bool found = place.model.is_object() && place.model.contains(key);
+        if (depth > 0 && found)
+            return RemoveAlong(MemberOf(place, key), depth - 1);
+        EXPECT_EQ(place.value.RemoveKey(KeyOf(key)), found);
+        if (found)
+            place.model.erase(key);
+    }
+
+    void Read()
+    {
+        ExpectAsModelled(AnyReading(*first));
+        ExpectAsModelled({first->value, first->model});
+    }
+
+    void CopySlot() { Copy({second->value, second->model}, {first->value, first->model}); }
+
+    void CopyBetweenSlots()
+    {
+        const ConstPlace source = AnyReading(*second);
+        Copy(source, AnyPlace(*first));
+    }
+
+    // Either may lie in the other, or be the other.
+    void CopyWithinSlot()
+    {
+        const Place target = AnyPlace(*first);
+        Copy(AnyReading(*first), target);
+    }
+
+    void MoveSlot() { Move({second->value, second->model}, {first->value, first->model}); }
+
+    void MoveBetweenSlots()
+    {
+        const Place source = AnyPlace(*second);
+        Move(source, AnyPlace(*first));
+    }
+
+    void MoveMemberOut()
+    {
+        const Place target = AnyPlace(*first);
+        Move(WalkTo(target, random.Draw(4)), target);
+    }
+
+    void SwapSlots()
+    {
+        std::swap(first->value, second->value);
+        std::swap(first->model, second->model);
+    }
+
+    void SwapMembers()
+    {
+        const Place parent = AnyPlace(*first);
+        const std::string left = DrawKey(parent.model);
+        const std::string right = DrawKey(parent.model);
+        JsonValue& leftValue = MemberOf(parent, left).value;
+        std::swap(leftValue, MemberOf(parent, right).value);
+        std::swap(parent.model[left], parent.model[right]);
+    }
+
+    void KeepReferenceWhileMembersAreAdded()
+    {
+        const Place parent = AnyPlace(*first);
+        const std::string key = DrawKey(parent.model);
+        JsonValue& kept = MemberOf(parent, key).value;
+        for (std::size_t count = random.Draw(12); count > 0; --count)
+            SetScalar(MemberOf(parent, std::to_string(random.Draw(100))));
+        EXPECT_EQ(&kept, &parent.value[KeyOf(key)]);
+        SetScalar({kept, parent.model[key]});
+    }
+
+    void StoreKeyList()
+    {
+        const Place target = AnyPlace(*first);
+        const ConstPlace source = AnyReading(random.OneIn(2) ? *first : *second);
+        Model keys = KeyListOf(source.model);
+        target.value = source.value.GetKeyList();
+        target.model = std::move(keys);
+    }
+
+    void Compare()
+    {
+        const ConstPlace left = AnyReading(*first);
+        ExpectComparedAsModelled(left, AnyReading(*second));
+        ExpectComparedAsModelled(left, AnyReading(*first));
+    }
+
+    // Equal values and such as differ in a few places.
+    void CompareWithAlmostTheSame()
+    {
+        const ConstPlace original = {first->value, first->model};
+        Slot other = Rebuilt(original);
+        ExpectComparedAsModelled(original, {other.value, other.model});
+        Slot* const previous = std::exchange(first, &other);
+        for (std::size_t count = 1 + random.Draw(4); count > 0; --count)
+            (this->*random.From(SmallChanges))();
+        first = previous;
+        ExpectComparedAsModelled(original, {other.value, other.model});
+    }
+
+    using Operation = void (JsonRun::*)();
+
+    static constexpr Operation SmallChanges[] = {&JsonRun::Set, &JsonRun::AddMember, &JsonRun::Remove};
+
+    static constexpr std::pair<const char*, Operation> Operations[] = {
+        {"set a scalar", &JsonRun::Set},
+        {"add a member", &JsonRun::AddMember},
+        {"remove a key", &JsonRun::Remove},
+        {"read", &JsonRun::Read},
+        {"copy a slot", &JsonRun::CopySlot},
+        {"copy between slots", &JsonRun::CopyBetweenSlots},
+        {"copy within a slot", &JsonRun::CopyWithinSlot},
+        {"move a slot", &JsonRun::MoveSlot},
+        {"move between slots", &JsonRun::MoveBetweenSlots},
+        {"move a member out", &JsonRun::MoveMemberOut},
+        {"swap slots", &JsonRun::SwapSlots},
+        {"swap members", &JsonRun::SwapMembers},
+        {"keep a reference while members are added", &JsonRun::KeepReferenceWhileMembersAreAdded},
+        {"store a key list", &JsonRun::StoreKeyList},
+        {"compare", &JsonRun::Compare},
+        {"compare with almost the same", &JsonRun::CompareWithAlmostTheSame},
+    };
+
+    Random random;
+    std::array<Slot, 6> pool;
+    Slot* first = nullptr;
+    Slot* second = nullptr;
+};
+
+// Six bits a byte from the last on, until the rest has room beside the first byte's mark.
+std::string Encoded(char32_t character, char32_t room = 0x80)
+{
+    if (character < room)
+        return {static_cast<char>(0x100 - 2 * room + character)};
+    return Encoded(character / 0x40, room == 0x80 ? 0x20 : room / 2) + static_cast<char>(0x80 + character % 0x40);
+}
+
+std::string Utf8Of(const std::wstring& wide)
+{
+    std::string text;
+    for (std::size_t i = 0; i < wide.size(); ++i)
+    {
+        const auto unit = static_cast<char32_t>(wide[i]);
+        const auto next = static_cast<char32_t>(i + 1 < wide.size() ? wide[i + 1] : L'0');
+        const bool isPair = unit / 0x400 == 0xD800 / 0x400 && next / 0x400 == 0xDC00 / 0x400;
+        const bool isCharacter = unit < 0x110000 && unit / 0x800 != 0xD800 / 0x800;
+        text += Encoded(isPair ? 0x10000 + unit % 0x400 * 0x400 + next % 0x400 : isCharacter ? unit : 0xFFFD);
+        i += isPair ? 1 : 0;
+    }
+    return text;
+}
+
+std::wstring WideOf(const std::string& text)
+{
+    std::u32string characters;
+    for (const char c : Model::parse(Dump(text)).get<std::string>())
+    {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte >= 0x80 && byte < 0xC0)
+            characters.back() = characters.back() * 0x40 + byte % 0x40;
+        else
+            characters += byte < 0x80 ? byte : byte < 0xE0 ? byte % 0x20 : byte < 0xF0 ? byte % 0x10 : byte % 0x08;
+    }
+    std::wstring wide;
+    for (const char32_t character : characters)
+    {
+        const bool isPair = sizeof(wchar_t) == 2 && character >= 0x10000;
+        if (isPair)
+            wide += static_cast<wchar_t>(0xD7C0 + character / 0x400);
+        wide += static_cast<wchar_t>(isPair ? 0xDC00 + character % 0x400 : character);
+    }
+    return wide;
+}
+
+// One seed's run over a pool of strings.
+class StringRun
+{
+public:
+    explicit StringRun(std::uint64_t seed) : random(seed) {}
+
+    // The name of the operation.
+    const char* Step()
+    {
+        const std::size_t at = random.Draw(pool.size());
+        first = &pool[at];
+        second = &pool[(at + 1 + random.Draw(pool.size() - 1)) % pool.size()];
+        const auto& [name, operation] = random.From(Operations);
+        (this->*operation)();
+        ExpectAsModelled(*first);
+        ExpectAsModelled(*second);
+        ExpectOrderedAsModelled(*first, *second);
+        ExpectOrderedAsModelled(*second, *first);
+        if (first->text.size() > LongestText)
+            *first = Slot();
+        return name;
+    }
+
+    void Finish()
+    {
+        for (const Slot& left : pool)
+        {
+            ExpectAsModelled(left);
+            for (const Slot& right : pool)
+                ExpectOrderedAsModelled(left, right);
+        }
+    }
+
+private:
+    struct Slot
+    {
+        TaviString text;
+        std::optional<std::string> model; // empty: no text
+    };
+
+    static void ExpectAsModelled(const Slot& slot)
+    {
+        const auto& [text, model] = slot;
+        ASSERT_EQ(text.c_str() != nullptr, model.has_value());
+        ASSERT_EQ(text.c_strw() != nullptr, model.has_value());
+        EXPECT_EQ(text.size(), model.value_or("").size());
+        if (!model)
+            return;
+        EXPECT_EQ(text.c_str(), *model);
+        EXPECT_EQ(text.c_strw(), WideOf(*model));
+    }
+
+    static void ExpectOrderedAsModelled(const Slot& left, const Slot& right)
+    {
+        const std::string leftBytes = left.model.value_or("");
+        const std::string rightBytes = right.model.value_or("");
+        const bool expected =
+            std::lexicographical_compare(leftBytes.begin(), leftBytes.end(), rightBytes.begin(), rightBytes.end(),
+                                         [](char a, char b) { return (a & 0xFF) < (b & 0xFF); });
+        EXPECT_EQ(left.text < right.text, expected) << leftBytes << '\n' << rightBytes;
+    }
+
+    std::wstring DrawWide()
+    {
+        static constexpr char32_t Units[] = {
+            1,       0x22,    0x41,    0x7F,    0x80,     0xE4,     0x7FF,    0x800,      0x4E2D,     0xD7FF,
+            0xD800,  0xD83D,  0xDBFF,  0xDC00,  0xDE00,   0xDFFF,   0xE000,   0xFFFD,     0xFFFE,     0xFFFF,
+            0x10000, 0x10001, 0x1F600, 0xFFFFF, 0x10FFFF, 0x110000, 0x11D800, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
+        std::wstring wide;
+        for (std::size_t count = random.Draw(12); count > 0; --count)
+        {
+            const auto unit = static_cast<wchar_t>(random.OneIn(4) ? random.Draw(0x110000) : random.From(Units));
+            wide += unit != 0 ? unit : L'0';
+        }
+        return wide;
+    }
+
+    void Set()
+    {
+        first->model = random.DrawText();
+        first->text.SetString(first->model->c_str());
+    }
+
+    void SetNull()
+    {
+        first->model.reset();
+        random.OneIn(2) ? first->text.SetString(nullptr) : first->text.SetStringW(nullptr);
+    }
+
+    void SetWide()
+    {
+        const std::wstring wide = DrawWide();
+        first->model = Utf8Of(wide);
+        first->text.SetStringW(wide.c_str());
+    }
+
+    void SetFromItself()
+    {
+        if (!first->model)
+            return;
+        const std::size_t offset = random.Draw(first->model->size() + 1);
+        first->model->erase(0, offset);
+        first->text.SetString(first->text.c_str() + offset);
+    }
+
+    void SetWideFromItself()
+    {
+        if (!first->model)
+            return;
+        const std::wstring wide = WideOf(*first->model);
+        const std::size_t offset = random.Draw(wide.size() + 1);
+        first->model = Utf8Of(wide.substr(offset));
+        first->text.SetStringW(first->text.c_strw() + offset);
+    }
+
+    void Copy()
+    {
+        const Slot& source = random.OneIn(4) ? *first : *second;
+        first->model = source.model;
+        if (random.OneIn(2))
+            first->text = source.text;
+        else
+            first->text = TaviString(source.text);
+    }
+
+    void Move()
+    {
+        Slot& source = random.OneIn(4) ? *first : *second;
+        first->model = std::exchange(source.model, std::nullopt);
+        if (random.OneIn(2))
+            first->text = std::move(source.text);
+        else
+            first->text = TaviString(std::move(source.text));
+    }
+
+    void Add()
+    {
+        const Slot& left = random.OneIn(2) ? *first : *second;
+        const Slot& right = random.OneIn(2) ? *first : *second;
+        TaviString sum = left.text + right.text;
+        if (left.model || right.model)
+            first->model = left.model.value_or("") + right.model.value_or("");
+        else
+            first->model.reset();
+        first->text = std::move(sum);
+    }
+
+    static constexpr std::pair<const char*, void (StringRun::*)()> Operations[] = {
+        {"set", &StringRun::Set},
+        {"set to no text", &StringRun::SetNull},
+        {"set wide text", &StringRun::SetWide},
+        {"set from its own content", &StringRun::SetFromItself},
+        {"set from its own wide content", &StringRun::SetWideFromItself},
+        {"copy", &StringRun::Copy},
+        {"move", &StringRun::Move},
+        {"add", &StringRun::Add},
+    };
+
+    Random random;
+    std::array<Slot, 6> pool;
+    Slot* first = nullptr;
+    Slot* second = nullptr;
+};
+
+template <typename Run>
+void RunSeeds()
+{
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread
+    const char* const further = std::getenv("CVTAVI_MODEL_SEEDS");
+    const std::uint64_t seeds = 20 + (further != nullptr ? std::strtoull(further, nullptr, 10) : 0);
+    for (std::uint64_t seed = 1; seed <= seeds; ++seed)
+    {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        Run run(seed);
+        for (int step = 1; step <= StepsOfASeed; ++step)
+        {
+            const char* const operation = run.Step();
+            if (testing::Test::HasFailure())
+                FAIL() << "in step " << step << ": " << operation;
+        }
+        run.Finish();
+        if (testing::Test::HasFailure())
+            FAIL() << "at the end";
+    }
+}
+
+} // namespace
+
+TEST(Model, JsonValueAgreesWithAnotherLibraryThroughRandomOperations)
+{
+    RunSeeds<JsonRun>();
+}
+
+TEST(Model, TaviStringAgreesWithPlainStringsThroughRandomOperations)
+{
+    RunSeeds<StringRun>();
+}
