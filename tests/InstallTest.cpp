@@ -41,10 +41,12 @@ TEST_F(Install, TheProgramRunsFromAnyFolderAndFromAMovedPrefix)
 TEST_F(Install, AHostApplicationBuildsWithThePackageAloneAndRuns)
 {
     const std::filesystem::path build = folder.Path() / "host";
+    const std::string source = SOURCE_DIR "/examples/minimal";
+    const std::string compiler = "-DCMAKE_CXX_COMPILER=" CXX_COMPILER_FILE;
+    const std::string flags = "-DCMAKE_CXX_FLAGS=" CONSUMER_FLAGS;
     ExpectSuccess({.program = CMAKE_COMMAND_FILE,
-                   .arguments = {"-S", SOURCE_DIR "/examples/minimal", "-B", build.string(), "-G", "Ninja",
-                                 "-DCMAKE_PREFIX_PATH=" + Prefix(), "-DCMAKE_CXX_COMPILER=" CXX_COMPILER_FILE,
-                                 "-DCMAKE_CXX_FLAGS=" CONSUMER_FLAGS}});
+                   .arguments = {"-S", source, "-B", build.string(), "-G", "Ninja", "-DCMAKE_PREFIX_PATH=" + Prefix(),
+                                 compiler, flags}});
     ExpectSuccess({.program = CMAKE_COMMAND_FILE, .arguments = {"--build", build.string()}});
 
     const Outcome run = RunProgram({.program = build / "minimal_host"});
