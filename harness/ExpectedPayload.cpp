@@ -4,21 +4,9 @@
 #include <limits>
 
 #include <harness/FacetKeys.h>
+#include <harness/NarrowText.h>
 
 using Veltrane::TaviDesktopSDK::JsonValue;
-using Veltrane::TaviDesktopSDK::TaviString;
-
-namespace
-{
-
-TaviString Narrow(const std::wstring& text)
-{
-    TaviString narrow;
-    narrow.SetStringW(text.c_str());
-    return narrow;
-}
-
-} // namespace
 
 std::wstring ExpectedText(double number)
 {
@@ -45,7 +33,7 @@ JsonValue ExpectObject(std::initializer_list<ExpectedMember> members)
 {
     JsonValue object;
     for (const ExpectedMember& member : members)
-        object[Narrow(member.key)].SetString(Narrow(member.text).c_str());
+        object[NarrowText(member.key)].SetString(NarrowText(member.text).c_str());
     return object;
 }
 
@@ -53,14 +41,14 @@ JsonValue ExpectWaypoint(const std::wstring& name, std::initializer_list<Expecte
 {
     JsonValue expected = ExpectObject({{FacetKeys::component_name, name}});
     if (attributes.size() != 0)
-        expected[Narrow(FacetKeys::component_attributes)] = ExpectObject(attributes);
+        expected[NarrowText(FacetKeys::component_attributes)] = ExpectObject(attributes);
     return expected;
 }
 
 JsonValue ExpectContent(std::initializer_list<ExpectedMember> meta)
 {
     JsonValue expected;
-    expected[Narrow(FacetKeys::content_meta)] = ExpectObject(meta);
-    expected[Narrow(FacetKeys::type)].SetString("D");
+    expected[NarrowText(FacetKeys::content_meta)] = ExpectObject(meta);
+    expected[NarrowText(FacetKeys::type)].SetString("D");
     return expected;
 }

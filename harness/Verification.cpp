@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <harness/FacetKeys.h>
+#include <harness/NarrowText.h>
 #include <telemetry/Vocabulary.h>
 
 using Veltrane::TaviDesktopSDK::JsonValue;
@@ -12,13 +13,6 @@ using Veltrane::TaviDesktopSDK::TaviString;
 
 namespace
 {
-
-TaviString KeyOf(const std::wstring& text)
-{
-    TaviString key;
-    key.SetStringW(text.c_str());
-    return key;
-}
 
 std::wstring WideOf(const TaviString& text)
 {
@@ -33,13 +27,13 @@ bool PrintVerdict(bool passed)
 
 bool MatchesDocument(const JsonValue& payload, const JsonValue& expected)
 {
-    const TaviString metaKey = KeyOf(FacetKeys::content_meta);
+    const TaviString metaKey = NarrowText(FacetKeys::content_meta);
     const JsonValue& payloadMeta = payload[metaKey];
     const JsonValue& expectedMeta = expected[metaKey];
     if (payloadMeta.IsNull() || expectedMeta.IsNull())
         return false;
     const auto isEqual = [](const JsonValue& left, const JsonValue& right, const std::wstring& key)
-    { return left[KeyOf(key)].Compare(right[KeyOf(key)]) == 0; };
+    { return left[NarrowText(key)].Compare(right[NarrowText(key)]) == 0; };
     return isEqual(payloadMeta, expectedMeta, Vocabulary::COMMON_FILE_NAME) &&
            isEqual(payloadMeta, expectedMeta, Vocabulary::COMMON_FILE_TYPE) &&
            isEqual(payloadMeta, expectedMeta, Vocabulary::COMMON_FILE_SOURCE) &&

@@ -21,7 +21,6 @@ std::vector<std::string> LoudCalls(Command command, int expectedStatus)
     // Files are named rather than numbered (-y), so that a write shows what it goes to.
     command.arguments.insert(command.arguments.begin(), {"-f", "-y", "-o", trace, command.program.string()});
     command.program = "strace";
-    command.environment["ASAN_OPTIONS"] = "detect_leaks=0"; // which does not work under a tracer
     const Outcome run = RunProgram(command);
     EXPECT_EQ(run.status, expectedStatus) << run.errors;
 
