@@ -15,7 +15,7 @@ say() {
 
 presets=("$@")
 ((${#presets[@]} > 0)) || presets=(release sanitize clang fuzz coverage)
-need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build git cppcheck valgrind strace \
+need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
     libmxml-dev libgtest-dev nlohmann-json3-dev
 
 results=$PWD/build/test-results
