@@ -22,13 +22,10 @@ std::vector<json> SentEvents()
 {
     const ProgramCopy copy(ProgramCopy::Library::Faulty);
     copy.Run();
+    std::vector<json> calls = copy.Calls("TrackEvent");
     std::vector<json> events;
-    std::ifstream log(copy.LogFile());
-    for (std::string line; std::getline(log, line);)
+    for (json& call : calls)
     {
-        json call = json::parse(line);
-        if (call["function"] != "TrackEvent")
-            continue;
         json& payload = call["payload"];
         const auto timer = payload.find("document_editing_length_ms");
         if (timer != payload.end() && timer->is_number_integer() && *timer >= 0)
@@ -80,7 +77,7 @@ TEST(Catalogue, EveryCallSendsExactlyTheKeptPayload)
 TEST(Catalogue, CallsEveryPublicReportingMethodOnce)
 {
     const std::vector<std::string> methods = PublicMethods();
-    EXPECT_EQ(methods.size(), 40U) << "a new method needs a test in the catalogue";
+    EXPECT_GE(methods.size(), TheCatalogue().size()) << "declarations were overlooked";
     std::map<std::string, int> calls = CallsInTheCatalogue();
     for (const std::string& method : methods)
     {

@@ -221,7 +221,7 @@ TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
 // The mutants must reach every expectation: a catalogue that was read wrongly would make none and pass.
 TEST(Mutant, EveryTestHasMutantsThatMustFailAndMutantsThatMustPass)
 {
-    ASSERT_EQ(TheCatalogue().size(), 35U);
+    ASSERT_GE(TheCatalogue().size(), 35U);
     std::map<std::pair<std::size_t, bool>, std::size_t> counts;
     for (const Mutant& mutant : AllMutants())
         ++counts[{mutant.test, mutant.mustPass}];

@@ -1,7 +1,8 @@
 // The test program as its users run it, on the stand-in.
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -21,14 +22,8 @@ const std::string& GoodRun()
 // The product that the program described to the library, from the log of a faulty library.
 json ReportedProduct(const ProgramCopy& copy)
 {
-    std::ifstream log(copy.LogFile());
-    for (std::string line; std::getline(log, line);)
-    {
-        const json call = json::parse(line);
-        if (call["function"] == "Initialize")
-            return call["product"];
-    }
-    return {};
+    const std::vector<json> calls = copy.Calls("Initialize");
+    return calls.empty() ? json() : calls.front()["product"];
 }
 
 void ExpectUndefinedProduct(const ProgramCopy& copy)

@@ -1,7 +1,6 @@
 #include "CatalogueModel.h"
 
-#include <fstream>
-#include <set>
+#include <algorithm>
 #include <sstream>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
@@ -42,14 +41,9 @@ std::vector<CatalogueTest> ReadCatalogue()
     // The payloads, from what the program really sends.
     const ProgramCopy copy(ProgramCopy::Library::Faulty);
     copy.Run();
-    std::ifstream log(copy.LogFile());
-    auto test = tests.begin();
-    for (std::string line; std::getline(log, line);)
-    {
-        const json call = json::parse(line);
-        if (call["function"] == "TrackEvent" && test != tests.end())
-            (test++)->payload = call["payload"];
-    }
+    const std::vector<json> events = copy.Calls("TrackEvent");
+    for (std::size_t i = 0; i < std::min(tests.size(), events.size()); ++i)
+        tests[i].payload = events[i]["payload"];
     return tests;
 }
 

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 std::string ReadFile(const std::filesystem::path& file)
 {
@@ -36,4 +37,17 @@ Outcome ProgramCopy::Run(const std::string& script, OutputTo output) const
          .environment = {{"TAVI_FAULT_SCRIPT", scriptFile.string()}, {"TAVI_FAULT_LOG", LogFile().string()}},
          .workingFolder = temporary.Path(),
          .output = output});
+}
+
+std::vector<nlohmann::json> ProgramCopy::Calls(const std::string& function) const
+{
+    std::vector<nlohmann::json> calls;
+    std::ifstream log(LogFile());
+    for (std::string line; std::getline(log, line);)
+    {
+        nlohmann::json call = nlohmann::json::parse(line);
+        if (function.empty() || call["function"] == function)
+            calls.push_back(std::move(call));
+    }
+    return calls;
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "TemporaryFolder.h"
 
 enum class OutputTo
@@ -56,6 +58,9 @@ public:
     // With a faulty library: `script` is its script, of which it writes its calls, a JSON text a line, to LogFile().
     Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
     std::filesystem::path LogFile() const { return temporary.Path() / "calls.log"; }
+
+    // The calls of the latest run in order, or those of one function.
+    std::vector<nlohmann::json> Calls(const std::string& function = "") const;
 
 private:
     TemporaryFolder temporary;
