@@ -8,6 +8,7 @@
 
 #include <telemetry/UpiProductInfo.h>
 
+#include "ModuleProbe.h"
 #include "TemporaryFolder.h"
 
 namespace
@@ -324,6 +325,12 @@ TEST(UpiProductInfo, TheConfigurationLiesInAFolderBesideTheProgram)
 TEST(UpiProductInfo, TheModuleGivesItsFolderAlone)
 {
     EXPECT_EQ(ConfigPath(false) / "UPI" / "upiconfig.xml", ConfigPath(true));
+}
+
+TEST(UpiProductInfo, InASharedLibraryTheModuleIsThatLibrary)
+{
+    ASSERT_NE(ModuleProbeFolder(), nullptr);
+    EXPECT_TRUE(std::filesystem::equivalent(ModuleProbeFolder(), MODULE_FOLDER));
 }
 
 TEST(UpiProductInfo, PathsDoNotDependOnTheWorkingFolder)
