@@ -249,12 +249,12 @@ TEST(JsonValue, MoveTakesTheTreeOver)
     const JsonValue* const member = &source[Key("a")];
 
     JsonValue constructed(std::move(source));
-    EXPECT_TRUE(source.IsNull()); // NOLINT(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+    EXPECT_TRUE(source.IsNull()); // NOLINT(bugprone-use-after-move): moved-from is null
     EXPECT_EQ(&constructed[Key("a")], member);
 
     JsonValue assigned = String("old");
     assigned = std::move(constructed);
-    EXPECT_TRUE(constructed.IsNull()); // NOLINT(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
+    EXPECT_TRUE(constructed.IsNull()); // NOLINT(bugprone-use-after-move): moved-from is null
     EXPECT_EQ(&assigned[Key("a")], member);
     EXPECT_EQ(Json(assigned), R"({"a":{"b":1}})");
 

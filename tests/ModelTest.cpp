@@ -691,7 +691,6 @@ private:
 template <typename Run>
 void RunSeeds()
 {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread
     const char* const further = std::getenv("CVTAVI_MODEL_SEEDS");
     const std::uint64_t seeds = 20 + (further != nullptr ? std::strtoull(further, nullptr, 10) : 0);
     for (std::uint64_t seed = 1; seed <= seeds; ++seed)

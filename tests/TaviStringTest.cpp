@@ -32,7 +32,6 @@ TaviString FromWide(const std::wstring& text)
 
 void ExpectNoText(const TaviString& text)
 {
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): a string that was moved from has no text.
     EXPECT_EQ(text.c_str(), nullptr);
     EXPECT_EQ(text.c_strw(), nullptr);
     EXPECT_EQ(text.size(), 0U);
@@ -223,12 +222,12 @@ TEST(TaviString, MoveTakesTheContentOver)
 
     TaviString constructed(std::move(source));
     EXPECT_EQ(static_cast<const void*>(constructed.c_str()), content);
-    ExpectNoText(source); // NOLINT(bugprone-use-after-move)
+    ExpectNoText(source); // NOLINT(bugprone-use-after-move): moved-from is without text
 
     TaviString assigned("old");
     assigned = std::move(constructed);
     EXPECT_EQ(static_cast<const void*>(assigned.c_str()), content);
-    ExpectNoText(constructed); // NOLINT(bugprone-use-after-move)
+    ExpectNoText(constructed); // NOLINT(bugprone-use-after-move): moved-from is without text
 
     assigned = TaviString();
     ExpectNoText(assigned);
