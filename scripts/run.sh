@@ -2,7 +2,7 @@
 # Builds cvtavi_test and runs it. What it prints is the program's output, and its exit status the program's; progress is
 # shown on a terminal only.
 set -euo pipefail
-source "$(dirname "$0")/common.sh"
+source "$(dirname "$0")/common.bash"
 
 say() {
     if [[ -t 2 ]]; then printf '%s ...\n' "$1" >&2; fi

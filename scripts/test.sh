@@ -7,7 +7,7 @@
 # the sources and valgrind; fuzz, each target over its corpus and a fixed number of runs; and coverage, with a table of
 # the lines and branches that are run. Each leaves a JUnit report in build/test-results/.
 set -euo pipefail
-source "$(dirname "$0")/common.sh"
+source "$(dirname "$0")/common.bash"
 
 say() {
     printf '== %s\n' "$1"
