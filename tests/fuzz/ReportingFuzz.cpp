@@ -2,7 +2,6 @@
 // has all its attributes, whatever is in them.
 #include <cstdint>
 #include <cstdlib>
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
