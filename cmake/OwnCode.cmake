@@ -12,6 +12,9 @@ target_compile_options(
         $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
         $<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive->
 )
+if(WIN32)
+    target_compile_definitions(OwnCode INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
 if(CORVANE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(OwnCode INTERFACE ${sanitizers})
@@ -24,6 +27,35 @@ endif()
 if(CORVANE_FUZZ)
     target_compile_options(OwnCode INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+
+# static_runtime(<target>...): the C++ run time goes into the program or library, which then needs none where it runs and
+# shares none with others. The sanitizers need the shared one.
+function(static_runtime)
+    if(CORVANE_SANITIZE OR MSVC)
+        return()
+    endif()
+    set(options -static-libstdc++ -static-libgcc)
+    if(WIN32)
+        set(options -static)
+    endif()
+    foreach(target IN LISTS ARGN)
+        target_link_options(${target} PRIVATE ${options})
+    endforeach()
+endfunction()
+
+# copy_runtime_libraries(<target>...): on Windows, the shared libraries of a program stand beside it.
+function(copy_runtime_libraries)
+    if(NOT WIN32)
+        return()
+    endif()
+    foreach(target IN LISTS ARGN)
+        add_custom_command(
+            TARGET ${target} POST_BUILD
+            COMMAND "${CMAKE_COMMAND}" -E copy_if_different $<TARGET_RUNTIME_DLLS:${target}> $<TARGET_FILE_DIR:${target}>
+            COMMAND_EXPAND_LISTS VERBATIM
+        )
+    endforeach()
+endfunction()
 
 # own_code(<target>...): builds the targets by our rules. Not part of what a package's user gets.
 function(own_code)

@@ -17,10 +17,9 @@ class Utf8Buffer : public std::wstreambuf
 protected:
     int_type overflow(int_type unit) override
     {
-        if (traits_type::eq_int_type(unit, traits_type::eof()))
-            return traits_type::not_eof(unit);
+        // Nobody calls this without a character; where wchar_t has 16 bits, eof() is what U+FFFF looks like.
         const wchar_t character = traits_type::to_char_type(unit);
-        return xsputn(&character, 1) == 1 ? unit : traits_type::eof();
+        return xsputn(&character, 1) == 1 ? traits_type::not_eof(unit) : traits_type::eof();
     }
 
     std::streamsize xsputn(const wchar_t* text, std::streamsize count) override

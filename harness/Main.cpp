@@ -1,9 +1,11 @@
 #include <harness/Console.h>
 #include <harness/Driver.h>
 #include <harness/ExitStatus.h>
+#include <harness/SystemConsole.h>
 
 int main()
 {
-    const Utf8Console console;
+    const SystemConsole console;
+    const Utf8Console wideOutput;
     return ExitStatus(RunDriver());
 }

@@ -3,9 +3,10 @@
 #
 #     scripts/test.sh [PRESET]...
 #
-# Without presets, all that are here: release; sanitize (address, undefined behaviour, leak); clang, with the checks of
-# the sources and valgrind; fuzz, each target over its corpus and a fixed number of runs; and coverage, with a table of
-# the lines and branches that are run. Each leaves a JUnit report in build/test-results/.
+# Without presets, all that can be built here: release; windows, built by mingw-w64 and run in Wine; sanitize (address,
+# undefined behaviour, leak); clang, with the checks of the sources and valgrind; fuzz, each target over its corpus and a
+# fixed number of runs; and coverage, with a table of the lines and branches that are run. Each leaves a JUnit report in
+# build/test-results/.
 set -euo pipefail
 source "$(dirname "$0")/common.bash"
 
@@ -14,9 +15,13 @@ say() {
 }
 
 presets=("$@")
-((${#presets[@]} > 0)) || presets=(release sanitize clang fuzz coverage)
+((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
 need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
     libmxml-dev libgtest-dev nlohmann-json3-dev
+if [[ " ${presets[*]} " == *" windows "* ]]; then
+    need_packages wine wine64
+    scripts/windows-libraries.sh
+fi
 
 results=$PWD/build/test-results
 profiles=$PWD/build/coverage/profiles

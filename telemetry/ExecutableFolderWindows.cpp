@@ -1,7 +1,5 @@
 #include <telemetry/ExecutableFolder.h>
 
-#define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
 #include <windows.h>
 
 #include <shlwapi.h>
@@ -11,13 +9,13 @@
 namespace
 {
 
-// A path that does not fit is cut off by the system; no file is found in what is left of it.
 std::optional<std::filesystem::path> FolderOf(HMODULE module)
 {
     wchar_t buffer[MAX_PATH] = {};
-    if (GetModuleFileNameW(module, buffer, MAX_PATH) == 0)
+    const DWORD length = GetModuleFileNameW(module, buffer, MAX_PATH);
+    // A path that does not fit is cut off, and what is left of it may name another folder.
+    if (length == 0 || length >= MAX_PATH)
         return std::nullopt;
-    buffer[MAX_PATH - 1] = L'\0';
     PathRemoveFileSpecW(buffer);
     return std::filesystem::path(buffer);
 }

@@ -5,9 +5,8 @@
 #include <optional>
 #include <string_view>
 
-#include <mxml.h>
-
 #include <telemetry/ExecutableFolder.h>
+#include <telemetry/MiniXml.h>
 
 namespace
 {
@@ -29,29 +28,16 @@ XmlTree Owned(mxml_node_t* tree)
     return {tree, &mxmlDelete};
 }
 
-// Without a callback Mini-XML reports on the error stream. It does not tell which one was set before.
-class SilentMiniXml
-{
-public:
-    SilentMiniXml()
-    {
-        mxmlSetErrorCallback([](const char*) {});
-    }
-    ~SilentMiniXml() { mxmlSetErrorCallback(nullptr); }
-    SilentMiniXml(const SilentMiniXml&) = delete;
-    SilentMiniXml& operator=(const SilentMiniXml&) = delete;
-};
-
 // Mini-XML loses memory over an error in the first tag and over text beside the root element. Here a parent of our own
 // takes such nodes. Its name is no UTF-8, so that no closing tag in the file can be its.
 bool IsWellFormed(std::FILE* file)
 {
-    const XmlTree parent = Owned(mxmlNewElement(MXML_NO_PARENT, "\xFF"));
-    if (mxmlLoadFile(parent.get(), file, MXML_NO_CALLBACK) == nullptr)
+    const XmlTree parent = Owned(mxmlNewElement(nullptr, "\xFF"));
+    if (LoadXmlFile(parent.get(), file) == nullptr)
         return false;
     for (mxml_node_t* node = mxmlGetFirstChild(parent.get()); node != nullptr; node = mxmlGetNextSibling(node))
     {
-        const char* const text = mxmlGetType(node) == MXML_TEXT ? mxmlGetText(node, nullptr) : nullptr;
+        const char* const text = TextOf(node);
         if (text != nullptr && *text != '\0')
             return false;
     }
@@ -62,16 +48,10 @@ bool IsWellFormed(std::FILE* file)
 XmlTree LoadXml(const std::filesystem::path& path)
 {
     const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(OpenForReading(path), &std::fclose);
-    const SilentMiniXml silent;
     if (file == nullptr || !IsWellFormed(file.get()))
         return Owned(nullptr);
     std::rewind(file.get());
-    return Owned(mxmlLoadFile(nullptr, file.get(), nullptr));
-}
-
-mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, int descend)
-{
-    return mxmlFindElement(start, top, element, nullptr, nullptr, descend);
+    return Owned(LoadXmlFile(nullptr, file.get()));
 }
 
 } // namespace
@@ -116,7 +96,7 @@ void UpiProductInfo::Read(const std::filesystem::path& file)
     if (tree == nullptr)
         return;
 
-    mxml_node_t* element = FindElement(tree.get(), tree.get(), "upi_element", MXML_DESCEND);
+    mxml_node_t* element = FindElement(tree.get(), tree.get(), "upi_element", true);
     while (element != nullptr)
     {
         const char* const elementName = mxmlElementGetAttr(element, "name");
@@ -124,7 +104,7 @@ void UpiProductInfo::Read(const std::filesystem::path& file)
         {
             std::string level = "undefined";
             std::string identifier = "undefined";
-            mxml_node_t* attribute = FindElement(element, element, "upi_attribute", MXML_DESCEND);
+            mxml_node_t* attribute = FindElement(element, element, "upi_attribute", true);
             while (attribute != nullptr)
             {
                 const char* const name = mxmlElementGetAttr(attribute, "name");
@@ -136,11 +116,11 @@ void UpiProductInfo::Read(const std::filesystem::path& file)
                     else if (std::string_view(name) == "id")
                         identifier = value;
                 }
-                attribute = FindElement(attribute, element, "upi_attribute", MXML_NO_DESCEND);
+                attribute = FindElement(attribute, element, "upi_attribute", false);
             }
             levels[level] = identifier;
         }
         // Start and top of the search are both the visited element, on purpose: the walk only ever goes inwards.
-        element = FindElement(element, element, "upi_element", MXML_DESCEND);
+        element = FindElement(element, element, "upi_element", true);
     }
 }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
+#include <exception>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -198,7 +199,15 @@ TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
     {
         for (std::size_t i = next++; i < mutants.size(); i = next++)
         {
-            const std::string fault = Fault(copy, mutants[i]);
+            std::string fault;
+            try
+            {
+                fault = Fault(copy, mutants[i]);
+            }
+            catch (const std::exception& error) // the program cannot be started
+            {
+                fault = error.what();
+            }
             if (fault.empty())
             {
                 ++right;

@@ -13,30 +13,17 @@ using nlohmann::json;
 namespace
 {
 
-const std::string& GoodRun()
-{
-    static const std::string text = ReadFile(TEST_DATA_DIR "/good_run.txt");
-    return text;
-}
-
-// The product that the program described to the library, from the log of a faulty library.
-json ReportedProduct(const ProgramCopy& copy)
-{
-    const std::vector<json> calls = copy.Calls("Initialize");
-    return calls.empty() ? json() : calls.front()["product"];
-}
-
 void ExpectUndefinedProduct(const ProgramCopy& copy)
 {
     const Outcome run = copy.Run();
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, GoodRun());
     EXPECT_EQ(run.errors, "");
-    EXPECT_EQ(ReportedProduct(copy), json({{"product_line_name", "undefined"},
-                                           {"product_release_id", "undefined"},
-                                           {"product_master_id", "undefined"},
-                                           {"product_build_id", "undefined"},
-                                           {"product_id_provider", "upi1"}}));
+    EXPECT_EQ(copy.ReportedProduct(), json({{"product_line_name", "undefined"},
+                                            {"product_release_id", "undefined"},
+                                            {"product_master_id", "undefined"},
+                                            {"product_build_id", "undefined"},
+                                            {"product_id_provider", "upi1"}}));
 }
 
 } // namespace
@@ -74,8 +61,6 @@ TEST(Program, TheProductFileLiesBesideTheExecutableWhateverItsFolderIsCalled)
     const std::filesystem::path folders[] = {
         "with blanks in it",
         std::filesystem::path(u8"\u00FCml\u00E4ut \u4E2D\u6587 \U0001F600"),
-        "not\xFCutf8",
-        std::filesystem::path(std::string(200, 'l')) / std::string(200, 'o') / std::string(200, 'n'),
     };
     for (const std::filesystem::path& folder : folders)
     {
@@ -83,24 +68,18 @@ TEST(Program, TheProductFileLiesBesideTheExecutableWhateverItsFolderIsCalled)
         const Outcome run = copy.Run();
         EXPECT_EQ(run.status, 0) << folder;
         EXPECT_EQ(run.output, GoodRun()) << folder;
-        EXPECT_EQ(ReportedProduct(copy).value("product_line_name", ""), "CVSTUDIO") << folder;
+        EXPECT_EQ(copy.ReportedProduct().value("product_line_name", ""), "CVSTUDIO") << folder;
     }
 }
 
-TEST(Program, TheProductFileIsFoundThroughARelativePathAndALink)
+TEST(Program, TheProductFileIsFoundThroughARelativePath)
 {
     const ProgramCopy copy(ProgramCopy::Library::Faulty, "here");
-    const std::filesystem::path link = copy.Folder().Path() / "link";
-    std::filesystem::create_symlink(copy.Executable(), link);
-    for (const std::filesystem::path& program : {std::filesystem::path("../here/bin/cvtavi_test"), link})
-    {
-        const Outcome run = RunProgram({.program = program,
-                                        .environment = {{"TAVI_FAULT_LOG", copy.LogFile().string()}},
-                                        .workingFolder = copy.Folder().Path() / "here"});
-        EXPECT_EQ(run.status, 0) << program;
-        EXPECT_EQ(ReportedProduct(copy).value("product_line_name", ""), "CVSTUDIO") << program;
-        std::filesystem::remove(copy.LogFile());
-    }
+    const Outcome run = RunProgram({.program = std::filesystem::path("../here/bin") / copy.Executable().filename(),
+                                    .environment = {{"TAVI_FAULT_LOG", copy.LogFile().string()}},
+                                    .workingFolder = copy.Folder().Path() / "here"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(copy.ReportedProduct().value("product_line_name", ""), "CVSTUDIO");
 }
 
 TEST(Program, WithoutAProductFileEveryIdentifierIsUndefined)

@@ -8,7 +8,7 @@
 
 #include <telemetry/UpiProductInfo.h>
 
-#include "ModuleProbe.h"
+#include "SharedLibrary.h"
 #include "TemporaryFolder.h"
 
 namespace
@@ -329,8 +329,12 @@ TEST(UpiProductInfo, TheModuleGivesItsFolderAlone)
 
 TEST(UpiProductInfo, InASharedLibraryTheModuleIsThatLibrary)
 {
-    ASSERT_NE(ModuleProbeFolder(), nullptr);
-    EXPECT_TRUE(std::filesystem::equivalent(ModuleProbeFolder(), MODULE_FOLDER));
+    const std::filesystem::path library(MODULE_FILE);
+    const auto moduleFolder = reinterpret_cast<const wchar_t* (*)()>(FunctionOf(library, "ModuleProbeFolder"));
+    ASSERT_NE(moduleFolder, nullptr);
+    const wchar_t* const folder = moduleFolder();
+    ASSERT_NE(folder, nullptr);
+    EXPECT_TRUE(std::filesystem::equivalent(folder, library.parent_path()));
 }
 
 TEST(UpiProductInfo, PathsDoNotDependOnTheWorkingFolder)

@@ -1,10 +1,16 @@
-#include "ModuleProbe.h"
-
+// The wrapper inside a shared library of its own, in a folder of its own.
 #include <string>
 
 #include <telemetry/UpiProductInfo.h>
 
-const wchar_t* ModuleProbeFolder()
+#if defined(_WIN32)
+#define MODULE_PROBE_API __declspec(dllexport)
+#else
+#define MODULE_PROBE_API __attribute__((visibility("default")))
+#endif
+
+// The folder that the wrapper in this library takes for its module's; kept by the library.
+extern "C" MODULE_PROBE_API const wchar_t* ModuleProbeFolder()
 {
     static std::wstring folder;
     return UpiProductInfo::GetUpiConfigPath(false, folder) ? folder.c_str() : nullptr;

@@ -13,6 +13,12 @@ std::string ReadFile(const std::filesystem::path& file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+const std::string& GoodRun()
+{
+    static const std::string text = ReadFile(TEST_DATA_DIR "/good_run.txt");
+    return text;
+}
+
 ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder)
 {
     // The macros are the built files, and where the library lies from the program's folder.
@@ -50,4 +56,10 @@ std::vector<nlohmann::json> ProgramCopy::Calls(const std::string& function) cons
             calls.push_back(std::move(call));
     }
     return calls;
+}
+
+nlohmann::json ProgramCopy::ReportedProduct() const
+{
+    const std::vector<nlohmann::json> calls = Calls("Initialize");
+    return calls.empty() ? nlohmann::json() : calls.front()["product"];
 }

@@ -14,7 +14,7 @@ enum class OutputTo
 {
     File,
     Pipe,
-    Terminal, // in raw mode: no line end is changed on the way
+    Terminal, // what a person sees: no line end is changed on the way
 };
 
 struct Command
@@ -26,9 +26,10 @@ struct Command
     OutputTo output = OutputTo::File;
 };
 
+// Line ends are "\n", whatever the system's own are.
 struct Outcome
 {
-    int status; // 128 + signal number when a signal ended it
+    int status; // on Linux 128 + signal number when a signal ended it
     std::string output;
     std::string errors;
 };
@@ -37,6 +38,9 @@ struct Outcome
 Outcome RunProgram(const Command& command);
 
 std::string ReadFile(const std::filesystem::path& file);
+
+// What a run prints in which every test passes.
+const std::string& GoodRun();
 
 // A copy of the built test program in a folder of its own, laid out as installed, on either telemetry library.
 class ProgramCopy
@@ -61,6 +65,9 @@ public:
 
     // The calls of the latest run in order, or those of one function.
     std::vector<nlohmann::json> Calls(const std::string& function = "") const;
+
+    // The product that the program described to the library in the latest run; null when it never did.
+    nlohmann::json ReportedProduct() const;
 
 private:
     TemporaryFolder temporary;

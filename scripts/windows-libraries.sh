@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Builds the libraries of the Windows build, with mingw-w64, into build/windows-libraries/: Mini-XML from Debian's source
+# package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and nlohmann-json's headers. Does
+# nothing when they are there in these versions.
+set -euo pipefail
+source "$(dirname "$0")/common.bash"
+
+say() {
+    printf '== windows libraries: %s\n' "$1"
+}
+
+need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make dpkg-dev libmxml-dev googletest nlohmann-json3-dev
+
+prefix=$PWD/build/windows-libraries
+toolchain=$PWD/cmake/MingwToolchain.cmake
+host=x86_64-w64-mingw32
+mxml_version=$(dpkg-query -W -f '${source:Version}' libmxml-dev)
+versions=$(dpkg-query -W -f '${Package} ${Version}\n' libmxml-dev googletest nlohmann-json3-dev g++-mingw-w64-x86-64-posix)
+if [[ "$(cat "$prefix/versions" 2>/dev/null)" == "$versions" ]]; then
+    exit 0
+fi
+
+rm -rf "$prefix"
+mkdir -p "$prefix"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# fetch_mxml: unpacks the source package into $work/mxml. The sources come from where the machine's packages come from,
+# by a list and an index of their own, so that the system's stay as they are.
+fetch_mxml() {
+    local file
+    mkdir -p "$work/sources" "$work/index/partial"
+    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+        [[ ! -e "$file" ]] || sed -n 's/^deb /deb-src /p' "$file" >>"$work/sources/all.list"
+    done
+    for file in /etc/apt/sources.list.d/*.sources; do
+        [[ ! -e "$file" ]] || sed 's/^Types:.*/Types: deb-src/' "$file" >"$work/sources/$(basename "$file")"
+    done
+    local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/sources"
+        -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User=)
+    quietly "${apt[@]}" update || fail "the source lists cannot be fetched: check the network and /etc/apt/sources.list"
+    (cd "$work" && quietly "${apt[@]}" source "mxml=$mxml_version") ||
+        fail "the source package mxml $mxml_version cannot be fetched"
+    mv "$work"/mxml-*/ "$work/mxml"
+}
+
+say "fetching and building Mini-XML $mxml_version"
+fetch_mxml
+(
+    cd "$work/mxml"
+    quietly ./configure --host=$host --prefix=/ --disable-shared --disable-threads CC=$host-gcc-posix
+    quietly make libmxml.a
+) || fail "Mini-XML cannot be built, see above"
+install -D -m 644 "$work/mxml/mxml.h" "$prefix/include/mxml.h"
+install -D -m 644 "$work/mxml/libmxml.a" "$prefix/lib/libmxml.a"
+
+say "building GoogleTest"
+quietly cmake -S /usr/src/googletest -B "$work/googletest" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_GMOCK=OFF &&
+    quietly cmake --build "$work/googletest" --target install || fail "GoogleTest cannot be built, see above"
+
+# Not /usr/include itself, which holds this system's headers as well.
+mkdir -p "$prefix/share/cmake"
+cp -r /usr/include/nlohmann "$prefix/include/"
+cp -r /usr/share/cmake/nlohmann_json "$prefix/share/cmake/"
+printf '%s\n' "$versions" >"$prefix/versions"

@@ -1,0 +1,35 @@
+#include <telemetry/MiniXml.h>
+
+namespace
+{
+
+// Without a callback Mini-XML reports on the error stream. It does not tell which one was set before.
+class SilentMiniXml
+{
+public:
+    SilentMiniXml()
+    {
+        mxmlSetErrorCallback([](const char*) {});
+    }
+    ~SilentMiniXml() { mxmlSetErrorCallback(nullptr); }
+    SilentMiniXml(const SilentMiniXml&) = delete;
+    SilentMiniXml& operator=(const SilentMiniXml&) = delete;
+};
+
+} // namespace
+
+mxml_node_t* LoadXmlFile(mxml_node_t* parent, std::FILE* file)
+{
+    const SilentMiniXml silent;
+    return mxmlLoadFile(parent, file, nullptr);
+}
+
+mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, bool descend)
+{
+    return mxmlFindElement(start, top, element, nullptr, nullptr, descend ? MXML_DESCEND : MXML_NO_DESCEND);
+}
+
+const char* TextOf(mxml_node_t* node)
+{
+    return mxmlGetType(node) == MXML_TEXT ? mxmlGetText(node, nullptr) : nullptr;
+}

@@ -1,0 +1,22 @@
+#include <telemetry/MiniXml.h>
+
+#include <memory>
+
+mxml_node_t* LoadXmlFile(mxml_node_t* parent, std::FILE* file)
+{
+    // Without a callback Mini-XML reports on the error stream.
+    const std::unique_ptr<mxml_options_t, decltype(&mxmlOptionsDelete)> options(mxmlOptionsNew(), &mxmlOptionsDelete);
+    mxmlOptionsSetErrorCallback(
+        options.get(), [](void*, const char*) {}, nullptr);
+    return mxmlLoadFile(parent, options.get(), file);
+}
+
+mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, bool descend)
+{
+    return mxmlFindElement(start, top, element, nullptr, nullptr, descend ? MXML_DESCEND_ALL : MXML_DESCEND_NONE);
+}
+
+const char* TextOf(mxml_node_t* node)
+{
+    return mxmlGetType(node) == MXML_TYPE_TEXT ? mxmlGetText(node, nullptr) : nullptr;
+}

@@ -1,0 +1,66 @@
+#include "OwnHeap.h"
+
+#include <atomic>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+namespace
+{
+
+constexpr std::uint64_t MarkOf(const char* owner)
+{
+    std::uint64_t mark = 0xCBF29CE484222325; // FNV-1a
+    for (; *owner != '\0'; ++owner)
+        mark = (mark ^ static_cast<unsigned char>(*owner)) * 0x100000001B3;
+    return mark;
+}
+
+constexpr std::uint64_t Mark = MarkOf(HEAP_OWNER);
+constexpr std::uint64_t FreedMark = ~Mark;
+
+// Before every block; its size keeps what follows aligned.
+struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Header
+{
+    std::uint64_t mark;
+};
+
+std::atomic<std::size_t> blockCount = 0;
+
+} // namespace
+
+std::size_t OwnBlockCount()
+{
+    return blockCount;
+}
+
+void* operator new(std::size_t size)
+{
+    auto* const header = static_cast<Header*>(std::malloc(sizeof(Header) + size));
+    if (header == nullptr)
+        throw std::bad_alloc();
+    header->mark = Mark;
+    ++blockCount;
+    return header + 1;
+}
+
+void operator delete(void* memory) noexcept
+{
+    if (memory == nullptr)
+        return;
+    Header* const header = static_cast<Header*>(memory) - 1;
+    if (header->mark != Mark)
+    {
+        std::fputs("The " HEAP_OWNER " frees a block that is not its own\n", stderr);
+        std::abort();
+    }
+    header->mark = FreedMark;
+    --blockCount;
+    std::free(header);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    operator delete(memory);
+}

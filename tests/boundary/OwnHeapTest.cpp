@@ -1,0 +1,68 @@
+// The program's side has a heap of its own here, and so has the library's: what either frees must be its own. These
+// prove that it would be seen; the unit tests, which run beside them, that it is so.
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+#include "OwnHeap.h"
+
+using namespace Veltrane::TaviDesktopSDK;
+
+namespace
+{
+
+// The block behind a handle.
+template <typename Handle>
+void* BlockOf(const Handle& handle)
+{
+    void* block = nullptr;
+    std::memcpy(&block, &handle, sizeof(block));
+    return block;
+}
+
+} // namespace
+
+TEST(OwnHeap, TheProgramFreeingWhatTheLibraryAllocatedIsSeen)
+{
+    const TaviString text("text");
+    ASSERT_NE(BlockOf(text), nullptr);
+    EXPECT_DEATH(::operator delete(BlockOf(text)), "The program frees a block that is not its own");
+}
+
+TEST(OwnHeap, TheLibraryFreeingWhatTheProgramAllocatedIsSeen)
+{
+    const std::unique_ptr<char[]> block(new char[256]());
+    void* const foreign = block.get();
+    EXPECT_DEATH(
+        {
+            TaviString text;
+            std::memcpy(static_cast<void*>(&text), &foreign, sizeof(foreign));
+        },
+        "The library frees a block that is not its own");
+}
+
+TEST(OwnHeap, AFacetLivesInTheLibrarysHeapWhoeverCreatesIt)
+{
+    const std::size_t before = OwnBlockCount();
+    auto* const facet = new Facet::Content;
+    EXPECT_EQ(OwnBlockCount(), before);
+    delete facet;
+}
+
+TEST(OwnHeap, TheLibrarysValuesTakeNothingOfTheProgramsHeap)
+{
+    const std::size_t before = OwnBlockCount();
+    TaviString text("a text that is too long for any small buffer, by far");
+    text.SetStringW(L"and another one, which is wide and not short either, as may be seen");
+    JsonValue value;
+    value[text].SetString(text.c_str());
+    value[TaviString("copy")] = value;
+    const TaviString json = value.GetJsonString();
+    EXPECT_NE(json.c_strw(), nullptr);
+    EXPECT_EQ(OwnBlockCount(), before);
+}

@@ -1,0 +1,213 @@
+# Installs, packs, unpacks, builds against and runs, in a folder of the test's own.
+#
+#     cmake -D SETTINGS=<file> -D CONFIG=<build type> -D TEST=<name> -P PackageTest.cmake
+cmake_minimum_required(VERSION 3.25)
+
+include("${SETTINGS}")
+set(folder "${WORK_DIR}/${TEST}")
+file(REMOVE_RECURSE "${folder}")
+file(MAKE_DIRECTORY "${folder}")
+
+# run(<command>...): must succeed; its output is shown when it does not.
+function(run)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT status EQUAL 0)
+        message(FATAL_ERROR "${ARGV}\n${output}\nended with ${status}")
+    endif()
+endfunction()
+
+# expect_output(<file of the expected text> <program> [<variable>=<value>...]): the program, started in another folder, with
+# these variables, prints the text and nothing on the error stream, and ends with 0.
+function(expect_output expectedFile program)
+    set(work "${folder}/elsewhere")
+    file(MAKE_DIRECTORY "${work}")
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -E env ${ARGN} ${EMULATOR} "${program}${EXECUTABLE_SUFFIX}"
+        WORKING_DIRECTORY "${work}"
+        RESULT_VARIABLE status
+        OUTPUT_FILE "${folder}/output"
+        ERROR_VARIABLE errors
+    )
+    file(READ "${folder}/output" output)
+    string(REPLACE "\r\n" "\n" output "${output}")
+    file(READ "${expectedFile}" expected)
+    if(NOT output STREQUAL expected OR NOT errors STREQUAL "" OR NOT status EQUAL 0)
+        message(FATAL_ERROR "${program}: exit status ${status}\n${errors}\nexpected:\n${expected}\nprinted:\n${output}")
+    endif()
+endfunction()
+
+function(expect_file path)
+    if(NOT EXISTS "${path}")
+        message(FATAL_ERROR "There is no ${path}")
+    endif()
+endfunction()
+
+# The program's own folder, the library's and this system's C library: nothing else may be asked for.
+function(expect_no_other_libraries)
+    foreach(binary IN LISTS ARGN)
+        execute_process(
+            COMMAND "${OBJDUMP}" -p "${binary}" OUTPUT_VARIABLE headers ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY
+        )
+        string(REGEX MATCHALL "(NEEDED +|DLL Name: )[^ \n]+" libraries "${headers}")
+        if(NOT libraries)
+            message(FATAL_ERROR "${binary} asks for no library at all")
+        endif()
+        foreach(library IN LISTS libraries)
+            string(REGEX REPLACE "^.* " "" library "${library}")
+            string(TOLOWER "${library}" library)
+            if(NOT library MATCHES
+               "^(libc\\.so\\.6|libm\\.so\\.6|ld-linux.*|kernel32\\.dll|msvcrt\\.dll|shlwapi\\.dll|(lib)?tavisdkwrapper.*)$"
+            )
+                message(FATAL_ERROR "${binary} asks for ${library}")
+            endif()
+        endforeach()
+    endforeach()
+endfunction()
+
+function(install_to prefix)
+    run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}")
+endfunction()
+
+# build_host(<prefix> <build folder>): the smallest host application, by the package in the prefix. The program stands
+# where its libraries are found.
+function(build_host prefix build)
+    run(
+        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/examples/minimal" -B "${build}" ${CONFIGURE_OPTIONS}
+        "-DCorvaneTavi_DIR=${prefix}/lib/cmake/CorvaneTavi"
+    )
+    run("${CMAKE_COMMAND}" --build "${build}" --config "${CONFIG}")
+    if(SYSTEM STREQUAL "Windows")
+        file(COPY "${prefix}/bin/TaviSDKWrapper.dll" DESTINATION "${build}")
+    endif()
+endfunction()
+
+set(goodRun "${SOURCE_DIR}/tests/data/good_run.txt")
+
+function(TheInstalledProgramRunsFromAMovedFolder)
+    install_to("${folder}/prefix")
+    file(RENAME "${folder}/prefix" "${folder}/moved elsewhere")
+    expect_output("${goodRun}" "${folder}/moved elsewhere/bin/cvtavi_test")
+    expect_file("${folder}/moved elsewhere/bin/UPI/upiconfig.xml")
+endfunction()
+
+function(AHostApplicationBuildsWithThePackageAloneAndRuns)
+    install_to("${folder}/prefix")
+    build_host("${folder}/prefix" "${folder}/host")
+    file(WRITE "${folder}/expected" "Reporting for undefined&undefined&undefined&undefined\n")
+    expect_output("${folder}/expected" "${folder}/host/minimal_host")
+
+    file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${folder}/host")
+    file(WRITE "${folder}/expected" "Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n")
+    expect_output("${folder}/expected" "${folder}/host/minimal_host")
+endfunction()
+
+function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
+    get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
+    run("${tools}/cpack" --config "${BUILD_DIR}/CPackConfig.cmake" -C "${CONFIG}" -B "${folder}/packed")
+    if(SYSTEM STREQUAL "Windows")
+        file(GLOB archives "${folder}/packed/*.zip")
+    else()
+        file(GLOB archives "${folder}/packed/*.tar.gz")
+    endif()
+    list(LENGTH archives count)
+    if(NOT count EQUAL 1)
+        message(FATAL_ERROR "${count} archives: ${archives}")
+    endif()
+    file(ARCHIVE_EXTRACT INPUT "${archives}" DESTINATION "${folder}/some where")
+    file(GLOB unpacked "${folder}/some where/*")
+    expect_output("${goodRun}" "${unpacked}/bin/cvtavi_test" --unset=LD_LIBRARY_PATH)
+    file(GLOB binaries "${unpacked}/bin/cvtavi_test*" "${unpacked}/bin/*.dll" "${unpacked}/lib/*.so")
+    expect_no_other_libraries(${binaries})
+endfunction()
+
+function(AnotherLibraryTakesTheStandInsPlace)
+    install_to("${folder}/library")
+    file(REMOVE_RECURSE "${folder}/library/bin/UPI" "${folder}/library/lib/cmake" "${folder}/library/include/telemetry")
+    file(REMOVE "${folder}/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/library/lib/libCorvaneTavi.a")
+    run(
+        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
+        "-DTAVI_SDK_DIR=${folder}/library"
+    )
+    run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}" --target TaviSDKWrapper
+        RESULT_VARIABLE status OUTPUT_QUIET ERROR_QUIET
+    )
+    if(status EQUAL 0)
+        message(FATAL_ERROR "The stand-in is built all the same")
+    endif()
+    expect_output("${goodRun}" "${folder}/build/bin/cvtavi_test")
+    get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
+    run("${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}" --no-tests=error)
+
+    # The library goes along when the program is installed, and its folder is not needed any more.
+    run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${folder}/prefix")
+    file(RENAME "${folder}/library" "${folder}/library elsewhere")
+    expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test")
+    build_host("${folder}/prefix" "${folder}/host")
+    file(WRITE "${folder}/expected" "Reporting for undefined&undefined&undefined&undefined\n")
+    expect_output("${folder}/expected" "${folder}/host/minimal_host")
+endfunction()
+
+# The path is cut off where the buffer ends, and what is left of it names a folder that has a product file.
+function(AProgramInAPathLongerThanItsBufferReportsNoProduct)
+    install_to("${folder}/prefix")
+    set(place "${folder}")
+    foreach(letter IN ITEMS a b c d)
+        string(REPEAT "${letter}" 70 name)
+        string(APPEND place "/${name}")
+        file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${place}")
+    endforeach()
+    file(COPY "${folder}/prefix/bin/cvtavi_test.exe" "${FAULTY_LIBRARY}" DESTINATION "${place}")
+    expect_output("${goodRun}" "${place}/cvtavi_test" "TAVI_FAULT_LOG=${folder}/calls.log")
+    file(STRINGS "${folder}/calls.log" calls REGEX "Initialize")
+    if(NOT calls MATCHES "\"product_line_name\":\"undefined\"")
+        message(FATAL_ERROR "The product is\n${calls}")
+    endif()
+
+    # What would be seen if there were room for the path.
+    file(REMOVE "${folder}/calls.log")
+    file(COPY "${place}/cvtavi_test.exe" "${FAULTY_LIBRARY}" DESTINATION "${folder}/prefix/bin")
+    expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test" "TAVI_FAULT_LOG=${folder}/calls.log")
+    file(STRINGS "${folder}/calls.log" calls REGEX "Initialize")
+    if(NOT calls MATCHES "\"product_line_name\":\"CVSTUDIO\"")
+        message(FATAL_ERROR "The product is\n${calls}")
+    endif()
+endfunction()
+
+# expect_lack(<file>): a library's folder without that file, which is there, is refused with a message that names it.
+function(expect_lack file)
+    expect_file("${folder}/library/${file}")
+    file(RENAME "${folder}/library/${file}" "${folder}/away")
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
+                "-DTAVI_SDK_DIR=${folder}/library"
+        RESULT_VARIABLE status
+        OUTPUT_QUIET
+        ERROR_VARIABLE errors
+    )
+    file(RENAME "${folder}/away" "${folder}/library/${file}")
+    string(REGEX REPLACE "[ \n]+" " " errors "${errors}")
+    string(FIND "${errors}" "\"${folder}/library\", lacks " place)
+    get_filename_component(name "${file}" NAME)
+    string(FIND "${errors}" "${name}" named)
+    if(status EQUAL 0 OR place EQUAL -1 OR named EQUAL -1)
+        message(FATAL_ERROR "Without ${file} configuring ended with ${status} and said:\n${errors}")
+    endif()
+endfunction()
+
+function(WhatTheFolderOfALibraryLacksIsSaid)
+    install_to("${folder}/library")
+    set(files include/TaviDesktopSDK/TaviDesktopSDK.h include/TaviDesktopSDK/Facet.h)
+    if(SYSTEM STREQUAL "Windows")
+        list(APPEND files bin/TaviSDKWrapper.dll lib/libTaviSDKWrapper.dll.a)
+    else()
+        list(APPEND files lib/libTaviSDKWrapper.so)
+    endif()
+    foreach(file IN LISTS files)
+        expect_lack("${file}")
+    endforeach()
+endfunction()
+
+cmake_language(CALL "${TEST}")
+file(REMOVE_RECURSE "${folder}")
