@@ -6,7 +6,7 @@ class SystemConsole
 {
 public:
     SystemConsole();
-    ~SystemConsole();
+    ~SystemConsole(); // NOLINT(performance-trivially-destructible): not every system has nothing to undo
     SystemConsole(const SystemConsole&) = delete;
     SystemConsole& operator=(const SystemConsole&) = delete;
 

@@ -52,7 +52,7 @@ void operator delete(void* memory) noexcept
     Header* const header = static_cast<Header*>(memory) - 1;
     if (header->mark != Mark)
     {
-        std::fputs("The " HEAP_OWNER " frees a block that is not its own\n", stderr);
+        static_cast<void>(std::fputs("The " HEAP_OWNER " frees a block that is not its own\n", stderr));
         std::abort();
     }
     header->mark = FreedMark;

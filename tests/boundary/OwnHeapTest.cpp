@@ -21,7 +21,7 @@ template <typename Handle>
 void* BlockOf(const Handle& handle)
 {
     void* block = nullptr;
-    std::memcpy(&block, &handle, sizeof(block));
+    std::memcpy(&block, static_cast<const void*>(&handle), sizeof(block));
     return block;
 }
 
