@@ -37,7 +37,7 @@ fetch_mxml() {
         [[ ! -e "$file" ]] || sed 's/^Types:.*/Types: deb-src/' "$file" >"$work/sources/$(basename "$file")"
     done
     local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/sources"
-        -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User=)
+        -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User= -o APT::Update::Error-Mode=any)
     quietly "${apt[@]}" update || fail "the source lists cannot be fetched: check the network and /etc/apt/sources.list"
     (cd "$work" && quietly "${apt[@]}" source "mxml=$mxml_version") ||
         fail "the source package mxml $mxml_version cannot be fetched"
