@@ -34,7 +34,9 @@ function(static_runtime)
     if(CORVANE_SANITIZE OR MSVC)
         return()
     endif()
-    set(options -static-libstdc++ -static-libgcc)
+    # What unwinds the stack stays shared on Linux, where it comes with the C library: an exception that leaves the library
+    # cannot be caught by a program with an unwinder of its own.
+    set(options -static-libstdc++)
     if(WIN32)
         set(options -static)
     endif()

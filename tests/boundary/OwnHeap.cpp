@@ -17,6 +17,7 @@ constexpr std::uint64_t MarkOf(const char* owner)
     return mark;
 }
 
+// HEAP_OWNER names the module, and no block has HEAP_LIMIT bytes or more: both are set for each module.
 constexpr std::uint64_t Mark = MarkOf(HEAP_OWNER);
 constexpr std::uint64_t FreedMark = ~Mark;
 
@@ -37,7 +38,7 @@ std::size_t OwnBlockCount()
 
 void* operator new(std::size_t size)
 {
-    auto* const header = static_cast<Header*>(std::malloc(sizeof(Header) + size));
+    auto* const header = size < HEAP_LIMIT ? static_cast<Header*>(std::malloc(sizeof(Header) + size)) : nullptr;
     if (header == nullptr)
         throw std::bad_alloc();
     header->mark = Mark;

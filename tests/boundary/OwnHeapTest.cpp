@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,16 @@ TEST(OwnHeap, TheLibraryFreeingWhatTheProgramAllocatedIsSeen)
             std::memcpy(static_cast<void*>(&text), &foreign, sizeof(foreign));
         },
         "The library frees a block that is not its own");
+}
+
+// The library's heap here holds no block of 128 MiB.
+TEST(OwnHeap, TheLibrarysWantOfMemoryReachesTheProgramAsAnException)
+{
+    const std::string text(0x8000000, 'x');
+    EXPECT_THROW(TaviString(text.c_str()), std::bad_alloc);
+    JsonValue value;
+    EXPECT_THROW(value.SetString(text.c_str()), std::bad_alloc);
+    EXPECT_TRUE(value.IsNull());
 }
 
 TEST(OwnHeap, AFacetLivesInTheLibrarysHeapWhoeverCreatesIt)

@@ -42,7 +42,8 @@ function(expect_file path)
     endif()
 endfunction()
 
-# The program's own folder, the library's and this system's C library: nothing else may be asked for.
+# The program's own folder, the library's, and this system's C library with what it depends on itself: nothing else may be
+# asked for.
 function(expect_no_other_libraries)
     foreach(binary IN LISTS ARGN)
         execute_process(
@@ -56,7 +57,7 @@ function(expect_no_other_libraries)
             string(REGEX REPLACE "^.* " "" library "${library}")
             string(TOLOWER "${library}" library)
             if(NOT library MATCHES
-               "^(libc\\.so\\.6|libm\\.so\\.6|ld-linux.*|kernel32\\.dll|msvcrt\\.dll|shlwapi\\.dll|(lib)?tavisdkwrapper.*)$"
+               "^(libc\\.so\\.6|libgcc_s\\.so\\.1|libm\\.so\\.6|ld-linux.*|kernel32\\.dll|msvcrt\\.dll|shlwapi\\.dll|(lib)?tavisdkwrapper.*)$"
             )
                 message(FATAL_ERROR "${binary} asks for ${library}")
             endif()
