@@ -50,7 +50,8 @@ TEST(OwnHeap, TheLibraryFreeingWhatTheProgramAllocatedIsSeen)
 // The library's heap here holds no block of 128 MiB.
 TEST(OwnHeap, TheLibrarysWantOfMemoryReachesTheProgramAsAnException)
 {
-    const std::string text(0x8000000, 'x');
+    std::string text;
+    text.resize(0x8000000, 'x');
     EXPECT_THROW(TaviString(text.c_str()), std::bad_alloc);
     JsonValue value;
     EXPECT_THROW(value.SetString(text.c_str()), std::bad_alloc);
