@@ -58,10 +58,9 @@ TEST(Program, TheBuiltProgramRunsWhereItWasBuilt)
 
 TEST(Program, TheProductFileLiesBesideTheExecutableWhateverItsFolderIsCalled)
 {
-    const std::filesystem::path folders[] = {
-        "with blanks in it",
-        std::filesystem::path(u8"\u00FCml\u00E4ut \u4E2D\u6587 \U0001F600"),
-    };
+    std::vector<std::filesystem::path> folders = OddFolders();
+    folders.emplace_back("with blanks in it");
+    folders.emplace_back(u8"\u00FCml\u00E4ut \u4E2D\u6587 \U0001F600");
     for (const std::filesystem::path& folder : folders)
     {
         const ProgramCopy copy(ProgramCopy::Library::Faulty, folder);

@@ -1,6 +1,8 @@
 // What of the program is Windows' own.
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <nlohmann/json.hpp>
 
 #include "Program.h"
@@ -12,5 +14,17 @@ TEST(Program, EveryBitOfAStatusReachesTheParent)
     {
         const nlohmann::json script = {{"SetTestingFlags", {{"default", {{"status", status}}}}}};
         EXPECT_EQ(copy.Run(script.dump()).status, status);
+    }
+}
+
+TEST(Program, LeavesTheConsolesCodePageAsItWas)
+{
+    const ProgramCopy copy(ProgramCopy::Library::StandIn);
+    copy.Run("{}", OutputTo::Terminal); // from now on this process has a console
+    for (const unsigned codePage : {1252U, 850U})
+    {
+        ASSERT_NE(SetConsoleOutputCP(codePage), 0);
+        copy.Run("{}", OutputTo::Terminal);
+        EXPECT_EQ(GetConsoleOutputCP(), codePage);
     }
 }

@@ -19,7 +19,6 @@ constexpr std::uint64_t MarkOf(const char* owner)
 
 // HEAP_OWNER names the module, and no block has HEAP_LIMIT bytes or more: both are set for each module.
 constexpr std::uint64_t Mark = MarkOf(HEAP_OWNER);
-constexpr std::uint64_t FreedMark = ~Mark;
 
 // Before every block; its size keeps what follows aligned.
 struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Header
@@ -56,7 +55,6 @@ void operator delete(void* memory) noexcept
         static_cast<void>(std::fputs("The " HEAP_OWNER " frees a block that is not its own\n", stderr));
         std::abort();
     }
-    header->mark = FreedMark;
     --blockCount;
     std::free(header);
 }

@@ -82,6 +82,7 @@ function(build_host prefix build)
     endif()
 endfunction()
 
+get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
 set(goodRun "${SOURCE_DIR}/tests/data/good_run.txt")
 
 function(TheInstalledProgramRunsFromAMovedFolder)
@@ -103,7 +104,6 @@ function(AHostApplicationBuildsWithThePackageAloneAndRuns)
 endfunction()
 
 function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
-    get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
     run("${tools}/cpack" --config "${BUILD_DIR}/CPackConfig.cmake" -C "${CONFIG}" -B "${folder}/packed")
     if(SYSTEM STREQUAL "Windows")
         file(GLOB archives "${folder}/packed/*.zip")
@@ -138,7 +138,6 @@ function(AnotherLibraryTakesTheStandInsPlace)
         message(FATAL_ERROR "The stand-in is built all the same")
     endif()
     expect_output("${goodRun}" "${folder}/build/bin/cvtavi_test")
-    get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
     run("${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}" --no-tests=error)
 
     # The library goes along when the program is installed, and its folder is not needed any more.
@@ -150,6 +149,18 @@ function(AnotherLibraryTakesTheStandInsPlace)
     expect_output("${folder}/expected" "${folder}/host/minimal_host")
 endfunction()
 
+# expect_product_line(<folder of the program> <product line>): what the program there reports, by the faulty library's log.
+function(expect_product_line place line)
+    set(log "${folder}/calls.log")
+    file(REMOVE "${log}")
+    file(COPY "${FAULTY_LIBRARY}" DESTINATION "${place}")
+    expect_output("${goodRun}" "${place}/cvtavi_test" "TAVI_FAULT_LOG=${log}")
+    file(STRINGS "${log}" calls REGEX "Initialize")
+    if(NOT calls MATCHES "\"product_line_name\":\"${line}\"")
+        message(FATAL_ERROR "The product is\n${calls}")
+    endif()
+endfunction()
+
 # The path is cut off where the buffer ends, and what is left of it names a folder that has a product file.
 function(AProgramInAPathLongerThanItsBufferReportsNoProduct)
     install_to("${folder}/prefix")
@@ -159,21 +170,10 @@ function(AProgramInAPathLongerThanItsBufferReportsNoProduct)
         string(APPEND place "/${name}")
         file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${place}")
     endforeach()
-    file(COPY "${folder}/prefix/bin/cvtavi_test.exe" "${FAULTY_LIBRARY}" DESTINATION "${place}")
-    expect_output("${goodRun}" "${place}/cvtavi_test" "TAVI_FAULT_LOG=${folder}/calls.log")
-    file(STRINGS "${folder}/calls.log" calls REGEX "Initialize")
-    if(NOT calls MATCHES "\"product_line_name\":\"undefined\"")
-        message(FATAL_ERROR "The product is\n${calls}")
-    endif()
-
+    file(COPY "${folder}/prefix/bin/cvtavi_test.exe" DESTINATION "${place}")
+    expect_product_line("${place}" undefined)
     # What would be seen if there were room for the path.
-    file(REMOVE "${folder}/calls.log")
-    file(COPY "${place}/cvtavi_test.exe" "${FAULTY_LIBRARY}" DESTINATION "${folder}/prefix/bin")
-    expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test" "TAVI_FAULT_LOG=${folder}/calls.log")
-    file(STRINGS "${folder}/calls.log" calls REGEX "Initialize")
-    if(NOT calls MATCHES "\"product_line_name\":\"CVSTUDIO\"")
-        message(FATAL_ERROR "The product is\n${calls}")
-    endif()
+    expect_product_line("${folder}/prefix/bin" CVSTUDIO)
 endfunction()
 
 # expect_lack(<file>): a library's folder without that file, which is there, is refused with a message that names it.

@@ -39,6 +39,9 @@ Outcome RunProgram(const Command& command);
 
 std::string ReadFile(const std::filesystem::path& file);
 
+// Folders, relative, from which only this system starts a program.
+std::vector<std::filesystem::path> OddFolders();
+
 // What a run prints in which every test passes.
 const std::string& GoodRun();
 

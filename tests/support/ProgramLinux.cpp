@@ -93,6 +93,12 @@ std::vector<char*> Pointers(std::vector<std::string>& strings)
 
 } // namespace
 
+std::vector<std::filesystem::path> OddFolders()
+{
+    return {"not\xFCutf8",
+            std::filesystem::path(std::string(200, 'l')) / std::string(200, 'o') / std::string(200, 'n')};
+}
+
 Outcome RunProgram(const Command& command)
 {
     const TemporaryFolder folder;

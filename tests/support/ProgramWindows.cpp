@@ -278,6 +278,11 @@ std::wstring EnvironmentBlock(const std::map<std::string, std::string>& addition
 
 } // namespace
 
+std::vector<std::filesystem::path> OddFolders()
+{
+    return {};
+}
+
 Outcome RunProgram(const Command& command)
 {
     const TemporaryFolder folder;
