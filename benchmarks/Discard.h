@@ -1,0 +1,16 @@
+// Callbacks that only count the finished payloads: `context` points to the count, a std::uint64_t. In a source file of
+// their own, so that no caller sees that they look at nothing.
+#pragma once
+
+#include <string_view>
+
+#include <nlohmann/json_fwd.hpp>
+#include <rapidjson/fwd.h>
+
+#include <TaviDesktopSDK/JsonValue.h>
+
+int DiscardValue(const Veltrane::TaviDesktopSDK::JsonValue& payload, void* context,
+                 Veltrane::TaviDesktopSDK::JsonValue& reply);
+int DiscardNlohmann(const nlohmann::json& payload, void* context);
+int DiscardRapidJson(const rapidjson::Document& payload, void* context);
+int DiscardText(std::string_view payload, void* context);

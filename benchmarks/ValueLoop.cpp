@@ -1,0 +1,60 @@
+// Does one thing to an object of N members, or of N levels, COUNT times: for a tool that counts instructions. Two
+// counts give what each time costs, whatever start and end cost.
+//
+//     valgrind --tool=callgrind build/benchmark/benchmarks/value_loop members build 1000 5
+#include <cstddef>
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+
+#include "Shapes.h"
+
+using Veltrane::TaviDesktopSDK::JsonValue;
+using Veltrane::TaviDesktopSDK::TaviString;
+namespace Sdk = Veltrane::TaviDesktopSDK;
+
+namespace
+{
+
+// Whether each time went well.
+template <typename Shape>
+bool Run(std::string_view action, std::size_t size, unsigned long count)
+{
+    const Shape shape(size);
+    const JsonValue object = shape.Build();
+    const JsonValue other = shape.Build();
+    bool isDone = count > 0;
+    for (unsigned long i = 0; i < count; ++i)
+    {
+        if (action == "build")
+            isDone &= !shape.Build().IsNull();
+        else if (action == "copy")
+            isDone &= !JsonValue(object).IsNull();
+        else if (action == "compare")
+            isDone &= object.Compare(other) == 0;
+        else if (action == "look_up")
+            isDone &= shape.LookUp(object);
+        else if (action == "text")
+            isDone &= object.GetJsonString().size() > size;
+        else
+            isDone = false;
+    }
+    return isDone;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    TaviString hostProduct;
+    Sdk::Initialize(Sdk::Facet::Product(), hostProduct);
+    const std::string_view shape = argc == 5 ? argv[1] : "";
+    if (shape == "members" &&
+        Run<Members>(argv[2], std::strtoul(argv[3], nullptr, 10), std::strtoul(argv[4], nullptr, 10)))
+        return 0;
+    if (shape == "levels" &&
+        Run<Levels>(argv[2], std::strtoul(argv[3], nullptr, 10), std::strtoul(argv[4], nullptr, 10)))
+        return 0;
+    std::cerr << "value_loop members|levels build|copy|compare|look_up|text N COUNT" << std::endl;
+    return 2;
+}
