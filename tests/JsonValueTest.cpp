@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <initializer_list>
 #include <locale>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -134,6 +136,13 @@ class Thousands : public std::numpunct<char>
     std::string do_grouping() const override { return "\3"; }
 };
 
+// From then on it keeps the memory of values for later ones.
+void StartLibrary()
+{
+    TaviString hostProduct;
+    Veltrane::TaviDesktopSDK::Initialize(Veltrane::TaviDesktopSDK::Facet::Product(), hostProduct);
+}
+
 } // namespace
 
 TEST(JsonValue, IsNullByDefault)
@@ -264,6 +273,7 @@ TEST(JsonValue, MoveTakesTheTreeOver)
 
 TEST(JsonValue, AssignmentBetweenAValueAndItsMembersIsSafe)
 {
+    StartLibrary();
     const struct
     {
         const char* what;
@@ -635,6 +645,60 @@ TEST(JsonValue, HoldsManyMembers)
         ASSERT_TRUE(object.RemoveKey(NumberedKey(i)));
     EXPECT_EQ(object.GetCount(), count / 2);
     EXPECT_NE(object.Compare(copy), 0);
+    for (int i = 0; i < count; ++i)
+        ASSERT_EQ(object.RemoveKey(NumberedKey(i)), i % 2 == 1) << i;
+    EXPECT_EQ(Json(object), "{}");
+}
+
+// By any order of removing, with keys of the common kind and with keys longer than any that are in use.
+TEST(JsonValue, RemovedMembersHideNoOthers)
+{
+    StartLibrary();
+    constexpr int count = 300;
+    for (const char* const prefix :
+         {"short ", "a key that is a good deal longer than what anybody would call an attribute, "
+                    "so that it is not taken for one of those that come again and again, "})
+    {
+        const auto key = [prefix](int i) { return Key((prefix + std::to_string(i)).c_str()); };
+        for (const int step : {1, 7, 101, 299})
+        {
+            JsonValue object;
+            for (int i = 0; i < count; ++i)
+                object[key(i)] = Integer(i);
+            for (int removed = 0; removed < count; ++removed)
+            {
+                ASSERT_TRUE(object.RemoveKey(key(removed * step % count)));
+                for (int i = 0; i < count; ++i)
+                {
+                    const bool isThere = !std::as_const(object)[key(i * step % count)].IsNull();
+                    ASSERT_EQ(isThere, i > removed) << step << ": " << i << " of " << removed;
+                }
+            }
+        }
+    }
+}
+
+TEST(JsonValue, ThreadsMayUseTheSameKeysForTheFirstTime)
+{
+    constexpr int count = 500;
+    std::vector<JsonValue> made(4);
+    std::vector<std::thread> threads;
+    for (JsonValue& value : made)
+    {
+        threads.emplace_back(
+            [&value]
+            {
+                for (int i = 0; i < count; ++i)
+                    value[Key(("first used by several threads " + std::to_string(i)).c_str())] = Integer(i);
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const JsonValue& value : made)
+    {
+        EXPECT_EQ(value.GetCount(), count);
+        EXPECT_EQ(value.Compare(made.front()), 0);
+    }
 }
 
 TEST(JsonValue, HoldsDeepTrees)
@@ -651,4 +715,96 @@ TEST(JsonValue, HoldsDeepTrees)
         innermost = &(*innermost)[Key("x")];
     value = std::move(*innermost);
     EXPECT_EQ(Json(value), R"("leaf")");
+}
+
+TEST(JsonValue, MayBeDestroyedOnAnotherThreadThanTheOneThatMadeIt)
+{
+    StartLibrary();
+    for (int round = 0; round < 100; ++round)
+    {
+        JsonValue value;
+        for (int i = 0; i < 40; ++i)
+            value[Key(("a key of some length " + std::to_string(i)).c_str())] = String("a text of some length");
+        JsonValue copy = value;
+        JsonValue made;
+        std::thread(
+            [moved = std::move(value), copied = copy, &made]() mutable
+            {
+                made = std::move(moved);
+                copied = JsonValue();
+            })
+            .join();
+        EXPECT_EQ(made.Compare(copy), 0);
+    }
+}
+
+namespace
+{
+
+// Goes after all that a function made at its first call, and before the library.
+struct Last
+{
+    ~Last() { value[Key("another key of some length")] = String("another text of some length"); }
+
+    JsonValue value;
+};
+
+Last& TheLast()
+{
+    static Last last;
+    return last;
+}
+
+} // namespace
+
+TEST(JsonValue, MayBeChangedAndDestroyedAtTheProgramsEnd)
+{
+    StartLibrary();
+    TheLast().value[Key("a key of some length")] = String("a text of some length");
+    std::thread([] { TheLast().value[Key("a third key of some length")] = String("a text of some length"); }).join();
+    EXPECT_EQ(TheLast().value.GetCount(), 2);
+}
+
+TEST(JsonValue, HoldsTextsAndIntegersOfEverySize)
+{
+    StartLibrary();
+    JsonValue value;
+    for (std::size_t size = 0; size < 600; ++size)
+    {
+        const std::string text(size, 'x');
+        value.SetString(text.c_str());
+        EXPECT_EQ(Text(static_cast<TaviString>(value)), text);
+        JsonValue object;
+        object[Key(text.c_str())] = value;
+        const JsonValue copy = object;
+        EXPECT_EQ(copy[Key(text.c_str())].Compare(value), 0) << size;
+    }
+    for (int bit = 0; bit < 63; ++bit)
+    {
+        for (const long long offset : {-1LL, 0LL, 1LL})
+        {
+            const long long number = (1LL << bit) + offset;
+            EXPECT_EQ(static_cast<long long>(JsonValue(number)), number);
+            EXPECT_EQ(static_cast<long long>(JsonValue(-number)), -number);
+            EXPECT_EQ(Json(JsonValue(-number)), std::to_string(-number));
+            EXPECT_EQ(JsonValue(JsonValue(number)).Compare(JsonValue(number)), 0);
+        }
+    }
+}
+
+// Removed members leave nothing behind that grows, and do not hide the others.
+TEST(JsonValue, MembersAreAddedAndRemovedOverAndOver)
+{
+    StartLibrary();
+    JsonValue value;
+    for (int i = 0; i < 2000; ++i)
+    {
+        value[Key(std::to_string(i).c_str())] = JsonValue(static_cast<long long>(i));
+        const bool isRemoved = value.RemoveKey(Key(std::to_string(i - 20).c_str()));
+        EXPECT_EQ(isRemoved, i >= 20);
+        EXPECT_EQ(value.GetCount(), std::min(i + 1, 20));
+    }
+    const JsonValue keys = value.GetKeyList();
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(Text(static_cast<TaviString>(keys[i])), std::to_string(1980 + i));
 }

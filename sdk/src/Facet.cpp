@@ -1,14 +1,17 @@
 #include <TaviDesktopSDK/Facet.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
-#include <vector>
 
-#include "Merge.h"
+#include "Blocks.h"
+#include "Members.h"
+#include "PayloadView.h"
 
 namespace Veltrane::TaviDesktopSDK::Facet
 {
@@ -24,9 +27,22 @@ long long SteadyNanoseconds()
     return std::chrono::duration_cast<std::chrono::nanoseconds>(sinceStart).count();
 }
 
+JsonValue MillisecondsSince(long long start)
+{
+    return JsonValue((SteadyNanoseconds() - start) / 1'000'000);
+}
+
+const TaviString& EditingLength()
+{
+    // Never destroyed: the host may report until the last of its own statics is gone.
+    static const TaviString& key = *new TaviString("document_editing_length_ms");
+    return key;
+}
+
+// Null for an unknown name.
 std::unique_ptr<Base> CreateFacet(const char* name)
 {
-    const auto isNamed = [name](const char* known) { return std::strcmp(name, known) == 0; };
+    const auto isNamed = [name](const char* known) { return name == known || std::strcmp(name, known) == 0; };
     if (isNamed(Component::FacetName()))
         return std::make_unique<Component>();
     if (isNamed(Content::FacetName()))
@@ -59,14 +75,21 @@ Base& Base::operator=(const Base& other)
     return *this;
 }
 
+// A block's size, which operator delete needs, stands before it.
 void* Base::operator new(std::size_t size)
 {
-    return ::operator new(size);
+    const std::size_t blockSize = sizeof(std::max_align_t) + size;
+    auto* const block = static_cast<std::byte*>(AllocateBlock(blockSize));
+    new (block) std::size_t(blockSize);
+    return block + sizeof(std::max_align_t);
 }
 
 void Base::operator delete(void* memory) noexcept
 {
-    ::operator delete(memory);
+    if (memory == nullptr)
+        return;
+    std::byte* const block = static_cast<std::byte*>(memory) - sizeof(std::max_align_t);
+    FreeBlock(block, *std::launder(reinterpret_cast<std::size_t*>(block)));
 }
 
 Base::~Base() = default;
@@ -74,9 +97,9 @@ Base::~Base() = default;
 JsonValue Base::Build(const JsonValue& event) const
 {
     JsonValue built(event);
-    MergeMembers(built, Data());
+    Members::Merge(built, Data());
     if (editTimerStart != TimerNotRunning)
-        built[TaviString("document_editing_length_ms")] = JsonValue((SteadyNanoseconds() - editTimerStart) / 1'000'000);
+        built[EditingLength()] = MillisecondsSince(editTimerStart);
     return built;
 }
 
@@ -148,7 +171,18 @@ Base* Component::Clone() const
 
 struct Core::FacetList
 {
-    std::vector<std::unique_ptr<Base>> inOrderOfCreation;
+    static constexpr std::size_t KindCount = 4; // that a core creates
+
+    std::array<std::unique_ptr<Base>, KindCount> inOrderOfCreation;
+    std::size_t count = 0;
+
+    std::unique_ptr<Base>* begin() { return inOrderOfCreation.data(); }
+    std::unique_ptr<Base>* end() { return begin() + count; }
+
+    Base* Add(std::unique_ptr<Base> facet) { return (inOrderOfCreation[count++] = std::move(facet)).get(); }
+
+    static void* operator new(std::size_t size) { return AllocateBlock(size); }
+    static void operator delete(void* memory) noexcept { FreeBlock(memory, sizeof(FacetList)); }
 };
 
 Core::Core(const Core& other) : Base(other)
@@ -156,8 +190,8 @@ Core::Core(const Core& other) : Base(other)
     if (other.facets == nullptr)
         return;
     auto copies = std::make_unique<FacetList>();
-    for (const std::unique_ptr<Base>& facet : other.facets->inOrderOfCreation)
-        copies->inOrderOfCreation.emplace_back(facet->Clone());
+    for (const std::unique_ptr<Base>& facet : *other.facets)
+        copies->Add(std::unique_ptr<Base>(facet->Clone()));
     facets = copies.release();
 }
 
@@ -171,7 +205,7 @@ JsonValue Core::Build(const JsonValue& event) const
     JsonValue built = Base::Build(event);
     if (facets != nullptr)
     {
-        for (const std::unique_ptr<Base>& facet : facets->inOrderOfCreation)
+        for (const std::unique_ptr<Base>& facet : *facets)
             built = facet->Build(built);
     }
     return built;
@@ -193,11 +227,10 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
 {
     if (facets != nullptr)
     {
-        const auto& present = facets->inOrderOfCreation;
-        const auto found = std::find_if(present.begin(), present.end(),
-                                        [name](const std::unique_ptr<Base>& facet)
-                                        { return std::strcmp(facet->GetFacetName(), name) == 0; });
-        if (found != present.end())
+        const auto* const found = std::find_if(facets->begin(), facets->end(),
+                                               [name](const std::unique_ptr<Base>& facet)
+                                               { return std::strcmp(facet->GetFacetName(), name) == 0; });
+        if (found != facets->end())
             return found->get();
     }
     std::unique_ptr<Base> created = action == CreateWhenMissing ? CreateFacet(name) : nullptr;
@@ -205,7 +238,30 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
         return nullptr;
     if (facets == nullptr)
         facets = new FacetList;
-    return facets->inOrderOfCreation.emplace_back(std::move(created)).get();
+    return facets->Add(std::move(created));
 }
 
 } // namespace Veltrane::TaviDesktopSDK::Facet
+
+namespace Veltrane::TaviDesktopSDK
+{
+
+void PayloadView::Add(const Facet::Core& event)
+{
+    const auto add = [this](const Facet::Base& facet)
+    {
+        Add(facet.Data());
+        if (facet.editTimerStart != Facet::TimerNotRunning)
+        {
+            measured[Facet::EditingLength()] = Facet::MillisecondsSince(facet.editTimerStart);
+            Add(measured);
+        }
+    };
+    add(event);
+    if (event.facets == nullptr)
+        return;
+    for (const std::unique_ptr<Facet::Base>& facet : *event.facets)
+        add(*facet);
+}
+
+} // namespace Veltrane::TaviDesktopSDK

@@ -1,228 +1,104 @@
 #include <TaviDesktopSDK/JsonValue.h>
 
 #include <algorithm>
-#include <iterator>
-#include <list>
-#include <map>
-#include <string>
-#include <string_view>
-#include <type_traits>
 #include <utility>
-#include <variant>
-#include <vector>
 
-#include "TextView.h"
-#include "Unicode.h"
+#include "JsonNode.h"
+#include "JsonObject.h"
+#include "Members.h"
+#include "StringContent.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-namespace
+JsonValue::Node* JsonValue::Node::CopyOfNode(const JsonValue& value)
 {
-
-// Members in the order in which they were added, at addresses that stay, found by key through an index.
-class Object
-{
-public:
-    struct Member
+    switch (value.node->kind)
     {
-        std::string key;
-        JsonValue value;
-    };
-
-    Object() = default;
-
-    Object(const Object& other)
+    case Kind::Integer:
+        return OfInteger(IntegerIn(value));
+    case Kind::Text:
+        return Text::Make(TextIn(value));
+    case Kind::Object:
     {
-        for (const Member& member : other.members)
-            Append(member);
+        const Object* const object = ObjectIn(value);
+        JsonValue copy; // owns what there is of the copy, should memory run out
+        auto* const copied = Object::MakeFor(object->Count());
+        copy.node = copied;
+        object->ForEach([copied](const Member& member) { copied->FindOrAdd(*member.key).node = CopyOf(member.value); });
+        return std::exchange(copy.node, nullptr);
     }
-
-    Object(Object&&) = default;
-    Object& operator=(const Object&) = delete;
-    Object& operator=(Object&&) = default;
-    ~Object() = default;
-
-    const std::list<Member>& Members() const { return members; }
-
-    const JsonValue* Find(std::string_view key) const
+    default:
     {
-        const auto found = index.find(key);
-        return found != index.end() ? &found->second->value : nullptr;
+        Array* const array = ArrayIn(value);
+        JsonValue copy;
+        auto* const copied = Array::Make(array->size);
+        copy.node = copied;
+        std::transform(array->begin(), array->end(), copied->begin(),
+                       [](const JsonValue& element) { return JsonValue(element); });
+        return std::exchange(copy.node, nullptr);
     }
-
-    JsonValue& FindOrAdd(std::string_view key)
-    {
-        const auto found = index.find(key);
-        return found != index.end() ? found->second->value : Append({std::string(key), JsonValue()});
     }
-
-    bool Remove(std::string_view key)
-    {
-        const auto found = index.find(key);
-        if (found == index.end())
-            return false;
-        const auto member = found->second;
-        index.erase(found);
-        members.erase(member);
-        return true;
-    }
-
-private:
-    JsonValue& Append(Member member)
-    {
-        members.push_back(std::move(member));
-        const auto added = std::prev(members.end());
-        index.emplace(added->key, added);
-        return added->value;
-    }
-
-    std::list<Member> members;
-    std::map<std::string_view, std::list<Member>::iterator> index;
-};
-
-using Array = std::vector<JsonValue>;
-
-void AppendQuoted(std::string& json, std::string_view text)
-{
-    constexpr std::string_view hexDigits = "0123456789abcdef";
-    constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
-    json += '"';
-    while (!text.empty())
-    {
-        const DecodedCharacter decoded = DecodeUtf8(text);
-        const char first = text.front();
-        switch (decoded.character)
-        {
-        case U'"':
-        case U'\\':
-            json += '\\';
-            json += first;
-            break;
-        case U'\b':
-            json += "\\b";
-            break;
-        case U'\f':
-            json += "\\f";
-            break;
-        case U'\n':
-            json += "\\n";
-            break;
-        case U'\r':
-            json += "\\r";
-            break;
-        case U'\t':
-            json += "\\t";
-            break;
-        default:
-            if (decoded.character < 0x20)
-            {
-                json += "\\u00";
-                json += hexDigits[decoded.character >> 4];
-                json += hexDigits[decoded.character & 0xF];
-            }
-            else
-            {
-                json += decoded.wellFormed ? text.substr(0, decoded.length) : replacementCharacter;
-            }
-        }
-        text.remove_prefix(decoded.length);
-    }
-    json += '"';
 }
 
-} // namespace
-
-struct JsonValue::Node
+void JsonValue::Node::ReleaseNode(Node* node) noexcept
 {
-    std::variant<bool, long long, std::string, Object, Array> content;
-
-    // The value's content when it is a T, else null.
-    template <typename T>
-    static T* Find(const JsonValue& value)
+    switch (node->kind)
     {
-        return value.node != nullptr ? std::get_if<T>(&value.node->content) : nullptr;
+    case Kind::Integer:
+        FreeBlock(node, sizeof(Integer));
+        break;
+    case Kind::Text:
+        Text::Release(static_cast<Text*>(node));
+        break;
+    case Kind::Object:
+        Object::Release(static_cast<Object*>(node));
+        break;
+    default:
+        Array::Release(static_cast<Array*>(node));
     }
+}
 
-    static void AppendJson(std::string& json, const JsonValue& value)
+bool JsonValue::Node::AreEqual(const JsonValue& left, const JsonValue& right)
+{
+    if (KindOf(left) != KindOf(right))
+        return false;
+    switch (KindOf(left))
     {
-        if (value.node == nullptr)
-            json += "null";
-        else
-            std::visit([&json](const auto& held) { Append(json, held); }, value.node->content);
-    }
-
-    static bool AreEqual(const JsonValue& left, const JsonValue& right)
+    case Kind::Integer:
+        return IntegerIn(left) == IntegerIn(right);
+    case Kind::Text:
+        return TextIn(left) == TextIn(right);
+    case Kind::Object:
     {
-        if (left.node == nullptr || right.node == nullptr)
-            return left.node == right.node;
-        if (left.node->content.index() != right.node->content.index())
-            return false;
-        return std::visit(
-            [&right](const auto& held)
-            { return HasEqualContent(held, std::get<std::decay_t<decltype(held)>>(right.node->content)); },
-            left.node->content);
+        const Object* const other = ObjectIn(right);
+        bool areEqual = ObjectIn(left)->Count() == other->Count();
+        const Member* next = other->First(); // the order is mostly the same
+        ObjectIn(left)->ForEach(
+            [other, &areEqual, &next](const Member& member)
+            {
+                if (!areEqual)
+                    return;
+                const bool isNext = next != nullptr && member.key->Is(*next->key);
+                const Member* const found = isNext ? next : other->Find(*member.key);
+                areEqual = found != nullptr && AreEqual(member.value, found->value);
+                next = found != nullptr ? found->next : nullptr;
+            });
+        return areEqual;
     }
-
-private:
-    static void Append(std::string& json, bool boolean) { json += boolean ? "true" : "false"; }
-
-    static void Append(std::string& json, long long integer) { json += std::to_string(integer); }
-
-    static void Append(std::string& json, const std::string& text) { AppendQuoted(json, text); }
-
-    static void Append(std::string& json, const Object& object)
-    {
-        json += '{';
-        for (const char* separator = ""; const Object::Member& member : object.Members())
-        {
-            json += std::exchange(separator, ",");
-            AppendQuoted(json, member.key);
-            json += ':';
-            AppendJson(json, member.value);
-        }
-        json += '}';
+    case Kind::Array:
+        return std::equal(ArrayIn(left)->begin(), ArrayIn(left)->end(), ArrayIn(right)->begin(), ArrayIn(right)->end(),
+                          AreEqual);
+    default:
+        return left.node == right.node; // null or a boolean
     }
+}
 
-    static void Append(std::string& json, const Array& array)
-    {
-        json += '[';
-        for (const char* separator = ""; const JsonValue& element : array)
-        {
-            json += std::exchange(separator, ",");
-            AppendJson(json, element);
-        }
-        json += ']';
-    }
+JsonValue::JsonValue(bool value) : node(Node::OfBoolean(value)) {}
 
-    template <typename Scalar>
-    static bool HasEqualContent(const Scalar& left, const Scalar& right)
-    {
-        return left == right;
-    }
+JsonValue::JsonValue(long long value) : node(Node::OfInteger(value)) {}
 
-    static bool HasEqualContent(const Object& left, const Object& right)
-    {
-        return left.Members().size() == right.Members().size() &&
-               std::all_of(left.Members().begin(), left.Members().end(),
-                           [&right](const Object::Member& member)
-                           {
-                               const JsonValue* const other = right.Find(member.key);
-                               return other != nullptr && AreEqual(member.value, *other);
-                           });
-    }
-
-    static bool HasEqualContent(const Array& left, const Array& right)
-    {
-        return std::equal(left.begin(), left.end(), right.begin(), right.end(), AreEqual);
-    }
-};
-
-JsonValue::JsonValue(bool value) : node(new Node{value}) {}
-
-JsonValue::JsonValue(long long value) : node(new Node{value}) {}
-
-JsonValue::JsonValue(const JsonValue& other) : node(other.node != nullptr ? new Node(*other.node) : nullptr) {}
+JsonValue::JsonValue(const JsonValue& other) : node(Node::CopyOf(other)) {}
 
 JsonValue& JsonValue::operator=(const JsonValue& other)
 {
@@ -231,65 +107,60 @@ JsonValue& JsonValue::operator=(const JsonValue& other)
 
 void JsonValue::SetString(const char* text)
 {
-    Node* const previous = std::exchange(node, text != nullptr ? new Node{std::string(text)} : nullptr);
-    delete previous;
+    // The new text is complete before the old value goes: it may be part of it.
+    Node::Release(std::exchange(node, text != nullptr ? Node::OfText(Node::ViewOf(text)) : nullptr));
 }
 
 JsonValue& JsonValue::operator[](const TaviString& key)
 {
-    auto* object = Node::Find<Object>(*this);
+    auto* object = Node::ObjectIn(*this);
     if (object == nullptr)
     {
-        Node* const previous = std::exchange(node, new Node{Object()});
-        delete previous;
-        object = Node::Find<Object>(*this);
+        object = Node::Object::Make(Node::Object::SmallestCapacity);
+        Node::Release(std::exchange(node, object));
     }
-    return object->FindOrAdd(ViewOf(key));
+    return object->FindOrAdd(KeyOf(key));
 }
 
 const JsonValue& JsonValue::operator[](const TaviString& key) const
 {
     static const JsonValue null;
-    const Object* const object = Node::Find<Object>(*this);
-    const JsonValue* const member = object != nullptr ? object->Find(ViewOf(key)) : nullptr;
-    return member != nullptr ? *member : null;
+    const Node::Object* const object = Node::ObjectIn(*this);
+    const Member* const member = object != nullptr ? object->Find(KeyOf(key)) : nullptr;
+    return member != nullptr ? member->value : null;
 }
 
 const JsonValue& JsonValue::operator[](int index) const
 {
     static const JsonValue null;
-    const Array* const array = Node::Find<Array>(*this);
-    return index >= 0 && index < GetCount() && array != nullptr ? (*array)[static_cast<std::size_t>(index)] : null;
+    Node::Array* const array = Node::ArrayIn(*this);
+    return array != nullptr && index >= 0 && index < GetCount() ? array->begin()[index] : null;
 }
 
 int JsonValue::GetCount() const
 {
-    if (const Object* const object = Node::Find<Object>(*this))
-        return static_cast<int>(object->Members().size());
-    if (const Array* const array = Node::Find<Array>(*this))
-        return static_cast<int>(array->size());
+    if (const Node::Object* const object = Node::ObjectIn(*this))
+        return static_cast<int>(object->Count());
+    if (const Node::Array* const array = Node::ArrayIn(*this))
+        return static_cast<int>(array->size);
     return 0;
 }
 
 JsonValue JsonValue::GetKeyList() const
 {
-    Array keys;
-    if (const Object* const object = Node::Find<Object>(*this))
-    {
-        keys.reserve(object->Members().size());
-        for (const Object::Member& member : object->Members())
-            keys.emplace_back().SetString(member.key.c_str());
-    }
+    const Node::Object* const object = Node::ObjectIn(*this);
+    auto* const keys = Node::Array::Make(object != nullptr ? object->Count() : 0);
     JsonValue list;
-    list.node = new Node{std::move(keys)};
+    list.node = keys;
+    if (object != nullptr)
+        object->ForEach([key = keys->begin()](const Member& member) mutable
+                        { key++->node = Node::OfText(member.key->View()); });
     return list;
 }
 
 TaviString JsonValue::GetJsonString() const
 {
-    std::string json;
-    Node::AppendJson(json, *this);
-    return TaviString(json.c_str());
+    return Node::JsonText(*this);
 }
 
 int JsonValue::Compare(const JsonValue& other) const
@@ -299,29 +170,53 @@ int JsonValue::Compare(const JsonValue& other) const
 
 bool JsonValue::RemoveKey(const TaviString& key)
 {
-    auto* const object = Node::Find<Object>(*this);
-    return object != nullptr && object->Remove(ViewOf(key));
+    Node::Object* const object = Node::ObjectIn(*this);
+    return object != nullptr && object->Remove(KeyOf(key));
 }
 
 JsonValue::operator TaviString() const
 {
-    if (node == nullptr)
+    switch (Node::KindOf(*this))
+    {
+    case Node::Kind::Null:
         return TaviString();
-    const std::string* const text = Node::Find<std::string>(*this);
-    return text != nullptr ? TaviString(text->c_str()) : GetJsonString();
+    case Node::Kind::Text:
+        return Contents::Of(Node::TextIn(*this));
+    default:
+        return GetJsonString();
+    }
 }
 
 JsonValue::operator long long() const
 {
-    if (const bool* const boolean = Node::Find<bool>(*this))
-        return *boolean ? 1 : 0;
-    const long long* const integer = Node::Find<long long>(*this);
-    return integer != nullptr ? *integer : 0;
+    switch (Node::KindOf(*this))
+    {
+    case Node::Kind::Boolean:
+        return Node::BooleanIn(*this) ? 1 : 0;
+    case Node::Kind::Integer:
+        return Node::IntegerIn(*this);
+    default:
+        return 0;
+    }
 }
 
 void JsonValue::Reset() noexcept
 {
-    delete std::exchange(node, nullptr);
+    Node::Release(std::exchange(node, nullptr));
+}
+
+void Members::Merge(JsonValue& into, const JsonValue& from)
+{
+    const Node::Object* const source = Node::ObjectIn(from);
+    if (source == nullptr || source->Count() == 0)
+        return;
+    Node::Object* const object = Node::ObjectIn(into);
+    if (object == nullptr)
+    {
+        into = from;
+        return;
+    }
+    source->ForEach([object](const Member& member) { object->FindOrAdd(*member.key) = member.value; });
 }
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -1,10 +1,11 @@
 // The stand-in for the telemetry library: it builds and hands over every payload, and uploads nothing.
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <map>
 #include <string>
+#include <utility>
 
-#include "Merge.h"
+#include "Blocks.h"
+#include "PayloadView.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
@@ -16,7 +17,7 @@ constexpr int StatusFailure = 1;
 
 struct Library
 {
-    std::map<TaviString, JsonValue> productDescriptions; // by host-product identifier
+    JsonValue productDescriptions; // by host-product identifier; none is null
     bool callbackEnabled = false;
     TestingCallback callback = nullptr;
     void* callbackContext = nullptr;
@@ -33,31 +34,37 @@ Library& TheLibrary()
 
 int Initialize(const Facet::Product& product, TaviString& hostProduct)
 {
-    auto& descriptions = TheLibrary().productDescriptions;
-    hostProduct = TaviString(("host-product-" + std::to_string(descriptions.size() + 1)).c_str());
-    descriptions[hostProduct] = product.Build(JsonValue());
+    Blocks::Keep();
+    JsonValue& descriptions = TheLibrary().productDescriptions;
+    hostProduct = TaviString(("host-product-" + std::to_string(descriptions.GetCount() + 1)).c_str());
+    JsonValue description = product.Build(JsonValue());
+    if (description.IsNull())
+        description = JsonValue(true); // has no members either
+    descriptions[hostProduct] = std::move(description);
     return StatusSuccess;
 }
 
 bool SetHostProduct(const TaviString& hostProduct)
 {
-    return TheLibrary().productDescriptions.contains(hostProduct);
+    return !std::as_const(TheLibrary().productDescriptions)[hostProduct].IsNull();
 }
 
 int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
 {
     const Library& library = TheLibrary();
-    const auto description = library.productDescriptions.find(hostProduct);
-    if (description == library.productDescriptions.end())
+    const JsonValue& description = library.productDescriptions[hostProduct];
+    if (description.IsNull())
         return StatusFailure;
     if (!library.callbackEnabled || library.callback == nullptr)
         return StatusSuccess;
 
-    JsonValue payload = core.Build(description->second);
+    PayloadView view;
+    view.Add(description);
+    view.Add(core);
     if (extra != nullptr)
-        MergeMembers(payload, *extra);
+        view.Add(*extra);
     JsonValue reply;
-    library.callback(payload, library.callbackContext, reply);
+    library.callback(view.Payload(), library.callbackContext, reply);
     return StatusSuccess;
 }
 

@@ -1,45 +1,97 @@
 #include <TaviDesktopSDK/TaviString.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cwchar>
 #include <limits>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
-#include "TextView.h"
+#include "KeyText.h"
+#include "StringContent.h"
 #include "Unicode.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-struct TaviString::Content
+namespace
 {
-    std::string text;
-    std::optional<std::wstring> wide; // made on the first c_strw()
-};
+
+// Sign, digits of the largest double, terminator.
+using NumberText = std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1>;
+
+// From here on, a double is a whole number.
+constexpr double SmallestWhole = 9007199254740992; // 2 to the power of 53
+
+// In fixed notation, correctly rounded to six decimals, ties to even, without zeros at the end. Takes up to 24 bytes.
+char* WriteDecimals(char* out, double magnitude)
+{
+    auto whole = static_cast<std::uint64_t>(magnitude);
+    const double part = magnitude - static_cast<double>(whole);
+    // The product's rounding error is known exactly, by way of two halves whose products are exact, so that its
+    // rounding to a whole number can be exact as well.
+    const double product = part * 1e6;
+    const double upperHalf = static_cast<float>(part);
+    const double error = (upperHalf * 1e6 - product) + (part - upperHalf) * 1e6;
+    auto millionths = static_cast<std::uint32_t>(product);
+    const double beyondHalf = (product - millionths - 0.5) + error;
+    if (beyondHalf > 0 || (beyondHalf == 0 && millionths % 2 == 1))
+        ++millionths;
+    if (millionths == 1'000'000)
+    {
+        millionths = 0;
+        ++whole;
+    }
+    out = std::to_chars(out, out + 20, whole).ptr;
+    if (millionths == 0)
+        return out;
+    *out++ = '.';
+    for (; millionths != 0; millionths %= 1'000'000)
+    {
+        millionths *= 10;
+        *out++ = static_cast<char>('0' + millionths / 1'000'000);
+    }
+    return out;
+}
+
+} // namespace
+
+void TaviString::Content::ReleaseDerived(Content& content) noexcept
+{
+    delete content.wide;
+    if (const KeyText* const key = content.key.load(std::memory_order_acquire))
+        key->GiveUp();
+}
 
 TaviString::TaviString(double value) : TaviString()
 {
-    // Sign, integral digits of the largest double, point, six decimals, terminator.
-    std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6 + 1> buffer{};
-    const char* const begin = buffer.data();
-    const char* end =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size() - 1, value, std::chars_format::fixed, 6).ptr;
-    std::string text(begin, end);
-    if (text.find('.') != std::string::npos)
+    NumberText buffer;
+    char* const begin = buffer.data();
+    char* end = begin;
+    if (std::abs(value) < SmallestWhole)
     {
-        text.erase(text.find_last_not_of('0') + 1);
-        if (text.back() == '.')
-            text.pop_back();
+        if (std::signbit(value))
+            *end++ = '-';
+        end = WriteDecimals(end, std::abs(value));
     }
-    SetString(text.c_str());
+    else
+    {
+        // Without decimals the locale has no say. std::to_chars would have the library load the mathematical one.
+        end += std::snprintf(begin, buffer.size(), "%.0f", value);
+    }
+    content = Content::Make(std::string_view(begin, static_cast<std::size_t>(end - begin)));
 }
 
 TaviString::TaviString(const TaviString& other) : TaviString()
 {
     if (other.content != nullptr)
-        content = new Content{other.content->text, std::nullopt};
+        content = Content::Make(Contents::View(other));
 }
 
 TaviString& TaviString::operator=(const TaviString& other)
@@ -50,47 +102,64 @@ TaviString& TaviString::operator=(const TaviString& other)
 void TaviString::SetString(const char* text)
 {
     // The new content is complete before the old one goes: `text` may point into it.
-    Content* const previous = content;
-    content = text != nullptr ? new Content{text, std::nullopt} : nullptr;
-    delete previous;
+    Content::Release(std::exchange(content, text != nullptr ? Content::Make(std::string_view(text)) : nullptr));
 }
 
 void TaviString::SetStringW(const wchar_t* text)
 {
-    SetString(text != nullptr ? Utf8FromWide(text).c_str() : nullptr);
+    if (text == nullptr)
+    {
+        SetString(nullptr);
+        return;
+    }
+    const std::size_t length = std::wcslen(text);
+    Content* made = Content::Make(length);
+    char* const narrow = made->Text();
+    std::make_unsigned_t<wchar_t> all = 0;
+    for (std::size_t i = 0; i < length; ++i)
+    {
+        all |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
+        narrow[i] = static_cast<char>(text[i]);
+    }
+    if (all >= 0x80) // not ASCII
+    {
+        Content::Release(made);
+        made = Content::Make(Utf8FromWide({text, length}));
+    }
+    Content::Release(std::exchange(content, made));
 }
 
 const char* TaviString::c_str() const
 {
-    return content != nullptr ? content->text.c_str() : nullptr;
+    return content != nullptr ? content->Text() : nullptr;
 }
 
 const wchar_t* TaviString::c_strw() const
 {
     if (content == nullptr)
         return nullptr;
-    if (!content->wide)
-        content->wide = WideFromUtf8(content->text);
+    if (content->wide == nullptr)
+        content->wide = new std::wstring(WideFromUtf8(Contents::View(*this)));
     return content->wide->c_str();
 }
 
 unsigned long long TaviString::size() const
 {
-    return content != nullptr ? content->text.size() : 0;
+    return content != nullptr ? content->size : 0;
 }
 
 TaviString operator+(const TaviString& left, const TaviString& right)
 {
     if (left.c_str() == nullptr)
         return right;
-    std::string text(ViewOf(left));
-    text += ViewOf(right);
-    return TaviString(text.c_str());
+    std::string text(Contents::View(left));
+    text += Contents::View(right);
+    return Contents::Of(text);
 }
 
 bool operator<(const TaviString& left, const TaviString& right)
 {
-    return ViewOf(left) < ViewOf(right);
+    return Contents::View(left) < Contents::View(right);
 }
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -10,6 +10,11 @@
 #include <TaviDesktopSDK/JsonValue.h>
 #include <TaviDesktopSDK/TaviString.h>
 
+namespace Veltrane::TaviDesktopSDK
+{
+class PayloadView;
+}
+
 namespace Veltrane::TaviDesktopSDK::Facet
 {
 
@@ -70,6 +75,8 @@ protected:
     void StartEditTimer();
 
 private:
+    friend class TaviDesktopSDK::PayloadView;
+
     JsonValue ownData;
     JsonValue* sharedData = nullptr;
     long long editTimerStart; // steady clock, nanoseconds; negative: not running
@@ -149,6 +156,8 @@ public:
     Base& ProductFacet() { return *GetFacetByName(Product::FacetName(), CreateWhenMissing); }
 
 private:
+    friend class TaviDesktopSDK::PayloadView;
+
     struct FacetList;
 
     // Null for an unknown name, and for an absent facet that is only to be found.

@@ -27,7 +27,11 @@ public:
 
     JsonValue(JsonValue&& other) noexcept : node(other.node) { other.node = nullptr; }
 
-    ~JsonValue() { Reset(); }
+    ~JsonValue()
+    {
+        if (node != nullptr)
+            Reset();
+    }
 
     TAVI_SDK_API JsonValue& operator=(const JsonValue& other);
 
@@ -77,6 +81,8 @@ public:
     TAVI_SDK_API explicit operator long long() const;
 
 private:
+    friend struct Members;
+
     struct Node;
 
     // Releases the tree and leaves null.

@@ -58,6 +58,8 @@ public:
     TAVI_SDK_API unsigned long long size() const;
 
 private:
+    friend struct Contents;
+
     struct Content;
 
     Content* content;
