@@ -4,46 +4,42 @@
 #include <concepts>
 #include <cstdint>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <variant>
 
-#include <telemetry/AttributeMap.h>
-#include <telemetry/ValueText.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+#include <telemetry/VocabularyText.h>
 
 class Attribute
 {
 public:
-    Attribute(const std::wstring& name, const std::wstring& text) : key(name), value(&text) {}
-    Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(name), value(flag) {}
-    Attribute(const std::wstring& name, std::int32_t number) : key(name), value(number) {}
-    Attribute(const std::wstring& name, std::int64_t number) : key(name), value(number) {}
-    Attribute(const std::wstring& name, std::uint64_t number) : key(name), value(number) {}
-    Attribute(const std::wstring& name, double number) : key(name), value(number) {}
+    // `name` is one of the vocabulary's constants.
+    Attribute(const std::wstring& name, const std::wstring& text) : key(&NarrowOf(name)), value(&text) {}
+    Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(&NarrowOf(name)), value(flag) {}
+    Attribute(const std::wstring& name, std::int32_t number) : key(&NarrowOf(name)), value(std::int64_t{number}) {}
+    Attribute(const std::wstring& name, std::int64_t number) : key(&NarrowOf(name)), value(number) {}
+    Attribute(const std::wstring& name, std::uint64_t number) : key(&NarrowOf(name)), value(number) {}
+    Attribute(const std::wstring& name, double number) : key(&NarrowOf(name)), value(number) {}
 
-    // Replaces what the map holds under the key.
-    void StoreIn(AttributeMap& map) const
-    {
-        map[TextOf(key)] = std::visit(
-            [](const auto& held)
-            {
-                if constexpr (std::same_as<decltype(held), const std::wstring* const&>)
-                    return TextOf(*held);
-                else
-                    return TextOf(held);
-            },
-            value);
-    }
+    const Veltrane::TaviDesktopSDK::TaviString& Key() const { return *key; }
+
+    // Sets the member under the attribute's key to the text that stands for its value.
+    void StoreIn(Veltrane::TaviDesktopSDK::JsonValue& object) const;
 
 private:
-    const std::wstring& key;
-    std::variant<const std::wstring*, bool, std::int32_t, std::int64_t, std::uint64_t, double> value;
+    const Veltrane::TaviDesktopSDK::TaviString* key;
+    std::variant<const std::wstring*, bool, std::int64_t, std::uint64_t, double> value;
 };
 
-// Stored in the order given, so that the last of two equal keys wins.
-inline AttributeMap MakeAttributeMap(std::initializer_list<Attribute> attributes)
+// Adds the attributes to the object that the facet holds under `objectKey`. They are in ascending order of their keys,
+// as they are to be sent. No attributes make no object.
+void StoreAttributes(Veltrane::TaviDesktopSDK::Facet::Base& facet,
+                     const Veltrane::TaviDesktopSDK::TaviString& objectKey, std::span<const Attribute> attributes);
+inline void StoreAttributes(Veltrane::TaviDesktopSDK::Facet::Base& facet,
+                            const Veltrane::TaviDesktopSDK::TaviString& objectKey,
+                            std::initializer_list<Attribute> attributes)
 {
-    AttributeMap map;
-    for (const Attribute& attribute : attributes)
-        attribute.StoreIn(map);
-    return map;
+    StoreAttributes(facet, objectKey, std::span(attributes.begin(), attributes.size()));
 }

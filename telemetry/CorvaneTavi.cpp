@@ -1,15 +1,19 @@
 #include <telemetry/CorvaneTavi.h>
 
 #include <iostream>
+#include <iterator>
+#include <span>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/Attribute.h>
+#include <telemetry/FacetFieldTexts.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
 #include <telemetry/UpiProductInfo.h>
 #include <telemetry/ValueText.h>
 #include <telemetry/Vocabulary.h>
+#include <telemetry/VocabularyText.h>
 
 using namespace Vocabulary;
 using Veltrane::TaviDesktopSDK::JsonValue;
@@ -27,6 +31,17 @@ constexpr int EntitlementScope = 4;
 std::string StandardString(const TaviString& text)
 {
     return text.c_str() != nullptr ? text.c_str() : "";
+}
+
+// The waypoint's facet, yet without attributes.
+Facet::Base& AddWaypoint(Facet::Core& core, const TaviString& name)
+{
+    SetEventType(core, "C");
+    SetEventScope(core, ComponentScope);
+    Facet::Base& component = core.ComponentFacet();
+    SetFacetEntry(component, FacetFields().component_type, "waypoint");
+    SetComponentName(component, name);
+    return component;
 }
 
 } // namespace
@@ -57,6 +72,7 @@ int CorvaneTavi::StartSdk()
         std::cout << "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize" << std::endl;
     Sdk::SetHostProduct(identifier);
     hostProduct = StandardString(identifier);
+    hostProductText = TextOf(hostProduct);
 
     TaviString key;
     BuildProductKey(product, key);
@@ -72,18 +88,13 @@ std::string CorvaneTavi::GetProductKey() const
 void CorvaneTavi::TrackWaypoint(const TaviString& componentName, const AttributeMap& attributes)
 {
     Facet::Core core;
-    SetEventType(core, "C");
-    SetEventScope(core, ComponentScope);
-    Facet::Base& component = core.ComponentFacet();
-    SetFacetEntry(component, FacetField::component_type, TaviString("waypoint"));
-    SetComponentName(component, componentName);
-    SetComponentAttributes(component, attributes);
+    SetComponentAttributes(AddWaypoint(core, componentName), attributes);
     Send(core, "CorvaneTavi::TrackWaypoint");
 }
 
 void CorvaneTavi::TrackExportPublish(const std::wstring& name, const std::wstring& extension)
 {
-    SendWaypoint(CV_EXPORT_PUBLISH, {{CV_EXPORT_PUBLISH_NAME, name}, {CV_EXPORT_PUBLISH_EXTENSION, extension}});
+    SendWaypoint(CV_EXPORT_PUBLISH, {{CV_EXPORT_PUBLISH_EXTENSION, extension}, {CV_EXPORT_PUBLISH_NAME, name}});
 }
 
 void CorvaneTavi::TrackHelpDialog(const std::wstring& className, const std::wstring& context)
@@ -96,22 +107,22 @@ void CorvaneTavi::TrackMaterialSelection(const std::wstring& file, const std::ws
                                          const std::wstring& manufacturer, const std::wstring& tradeName,
                                          const std::wstring& familyName, const std::wstring& genericClass)
 {
-    SendWaypoint(CV_UI_MATERIAL_SELECTION, {{CV_MATERIAL_SELECTION_FILE, file},
-                                            {CV_MATERIAL_SELECTION_TYPE, type},
+    SendWaypoint(CV_UI_MATERIAL_SELECTION, {{CV_MATERIAL_FAMILY_NAME, familyName},
+                                            {CV_MATERIAL_GENERIC_CLASS, genericClass},
                                             {CV_MATERIAL_ID, materialId},
                                             {CV_MATERIAL_MANUFACTURER, manufacturer},
-                                            {CV_MATERIAL_TRADE_NAME, tradeName},
-                                            {CV_MATERIAL_FAMILY_NAME, familyName},
-                                            {CV_MATERIAL_GENERIC_CLASS, genericClass}});
+                                            {CV_MATERIAL_SELECTION_FILE, file},
+                                            {CV_MATERIAL_SELECTION_TYPE, type},
+                                            {CV_MATERIAL_TRADE_NAME, tradeName}});
 }
 
 void CorvaneTavi::TrackReport(const std::wstring& name, const std::wstring& extension, std::uint64_t studyCount,
                               std::uint64_t analysisCount)
 {
-    SendWaypoint(CV_REPORT, {{CV_REPORT_NAME, name},
+    SendWaypoint(CV_REPORT, {{CV_REPORT_ANALYSIS_COUNTS, analysisCount},
                              {CV_REPORT_EXTENSION, extension},
-                             {CV_REPORT_STUDY_COUNTS, studyCount},
-                             {CV_REPORT_ANALYSIS_COUNTS, analysisCount}});
+                             {CV_REPORT_NAME, name},
+                             {CV_REPORT_STUDY_COUNTS, studyCount}});
 }
 
 void CorvaneTavi::TrackResultsUsage(const std::wstring& resultName, const std::wstring& plotName)
@@ -121,8 +132,8 @@ void CorvaneTavi::TrackResultsUsage(const std::wstring& resultName, const std::w
 
 void CorvaneTavi::TrackAnalysisPropertyChanged(const std::wstring& previousValue, const std::wstring& newValue)
 {
-    SendWaypoint(SIMULATION_SOLVE_PROPERTY_CHANGED, {{SIMULATION_SOLVE_PROPERTY_PREV_VALUE, previousValue},
-                                                     {SIMULATION_SOLVE_PROPERTY_NEW_VALUE, newValue}});
+    SendWaypoint(SIMULATION_SOLVE_PROPERTY_CHANGED, {{SIMULATION_SOLVE_PROPERTY_NEW_VALUE, newValue},
+                                                     {SIMULATION_SOLVE_PROPERTY_PREV_VALUE, previousValue}});
 }
 
 void CorvaneTavi::TrackAnalysisDetails(const std::wstring& processName, const std::wstring& sequenceName,
@@ -130,10 +141,10 @@ void CorvaneTavi::TrackAnalysisDetails(const std::wstring& processName, const st
                                        std::int32_t customThreadNumber)
 {
     SendWaypoint(SIMULATION_SOLVE, {{SIMULATION_SOLVE_MOLDING_PROCESS_NAME, processName},
-                                    {SIMULATION_SOLVE_SEQUENCE_NAME, sequenceName},
+                                    {SIMULATION_SOLVE_PARALLEL_CUSTOM_THREADNUM, customThreadNumber},
                                     {SIMULATION_SOLVE_PARALLEL_TYPE, parallelType},
                                     {SIMULATION_SOLVE_PARALLEL_TYPEDESC, parallelTypeDescription},
-                                    {SIMULATION_SOLVE_PARALLEL_CUSTOM_THREADNUM, customThreadNumber}});
+                                    {SIMULATION_SOLVE_SEQUENCE_NAME, sequenceName}});
 }
 
 void CorvaneTavi::TrackMeshSize(std::uint64_t elementCount, std::uint64_t nodeCount)
@@ -145,16 +156,16 @@ void CorvaneTavi::TrackMeshPropertyChanged(const std::wstring& propertyName, con
                                            const std::wstring& newValue)
 {
     SendWaypoint(CV_MESH_PROPERTY_CHANGED, {{CV_MESH_PROPERTY_NAME, propertyName},
-                                            {CV_MESH_PROPERTY_PREV_VALUE, previousValue},
-                                            {CV_MESH_PROPERTY_NEW_VALUE, newValue}});
+                                            {CV_MESH_PROPERTY_NEW_VALUE, newValue},
+                                            {CV_MESH_PROPERTY_PREV_VALUE, previousValue}});
 }
 
 void CorvaneTavi::TrackMoldPropertyChanged(const std::wstring& propertyName, const std::wstring& previousValue,
                                            const std::wstring& newValue)
 {
     SendWaypoint(CV_MOLD_PROPERTY_CHANGED, {{CV_MOLD_PROPERTY_NAME, propertyName},
-                                            {CV_MOLD_PROPERTY_PREV_VALUE, previousValue},
-                                            {CV_MOLD_PROPERTY_NEW_VALUE, newValue}});
+                                            {CV_MOLD_PROPERTY_NEW_VALUE, newValue},
+                                            {CV_MOLD_PROPERTY_PREV_VALUE, previousValue}});
 }
 
 void CorvaneTavi::Track3DCKeyPressed(const std::wstring& key)
@@ -185,9 +196,10 @@ void CorvaneTavi::TrackNavBarCustomizationClicked()
 void CorvaneTavi::TrackNavBarDragMove(const std::string& waypointName, bool linkedToDorvel,
                                       const std::wstring& position, bool ribbonVisible)
 {
-    TrackWaypoint(TextOf(waypointName), MakeAttributeMap({{COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
-                                                          {COMMON_ZEPH_NB_POSITION, position},
-                                                          {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}}));
+    const Attribute attributes[] = {{COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
+                                    {COMMON_ZEPH_NB_POSITION, position},
+                                    {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}};
+    SendWaypoint(TextOf(waypointName), attributes);
 }
 
 void CorvaneTavi::TrackNavBarMoreControlsClicked()
@@ -198,30 +210,33 @@ void CorvaneTavi::TrackNavBarMoreControlsClicked()
 void CorvaneTavi::TrackNavBarStartup(bool moreControlsVisible, bool linkedToDorvel, const std::wstring& position,
                                      bool ribbonVisible, const std::vector<NavBarToolState>& tools)
 {
-    AttributeMap attributes = MakeAttributeMap({{COMMON_ZEPH_NB_MORE_CONTROLS_VISIBLE, moreControlsVisible},
-                                                {COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
-                                                {COMMON_ZEPH_NB_POSITION, position},
-                                                {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible},
-                                                {COMMON_ZEPH_NB_TOOL_COUNT, std::uint64_t{tools.size()}}});
     // The keys carry no index, so that each tool replaces the one before: only the last is sent.
-    if (!tools.empty())
-    {
-        attributes[TextOf(COMMON_ZEPH_NB_TOOL_NAME)] = TextOf(tools.back().name);
-        attributes[TextOf(COMMON_ZEPH_NB_TOOL_HIDDEN)] = TextOf(tools.back().hidden);
-    }
-    TrackWaypoint(TextOf(COMMON_ZEPH_NB_STARTUP_CONDITIONS), attributes);
+    static const NavBarToolState none{};
+    const NavBarToolState& last = tools.empty() ? none : tools.back();
+    const Attribute attributes[] = {
+        {COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
+        {COMMON_ZEPH_NB_MORE_CONTROLS_VISIBLE, moreControlsVisible},
+        {COMMON_ZEPH_NB_POSITION, position},
+        {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible},
+        {COMMON_ZEPH_NB_TOOL_COUNT, std::uint64_t{tools.size()}},
+        {COMMON_ZEPH_NB_TOOL_HIDDEN, last.hidden},
+        {COMMON_ZEPH_NB_TOOL_NAME, last.name},
+    };
+    const std::size_t withoutTool = std::size(attributes) - 2;
+    SendWaypoint(NarrowOf(COMMON_ZEPH_NB_STARTUP_CONDITIONS),
+                 std::span(attributes).first(tools.empty() ? withoutTool : std::size(attributes)));
 }
 
 void CorvaneTavi::TrackNavBarToolClicked(const std::wstring& toolName, bool activated)
 {
     SendWaypoint(COMMON_ZEPH_NB_TOOL_CLICKED,
-                 {{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_TOOL_ACTIVATED, activated}});
+                 {{COMMON_ZEPH_NB_TOOL_ACTIVATED, activated}, {COMMON_ZEPH_NB_TOOL_NAME, toolName}});
 }
 
 void CorvaneTavi::TrackNavBarToolRightClicked(const std::wstring& toolName, const std::wstring& menuItem)
 {
     SendWaypoint(COMMON_ZEPH_NB_TOOL_RIGHT_CLICKED,
-                 {{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_MENU_ITEM, menuItem}});
+                 {{COMMON_ZEPH_NB_MENU_ITEM, menuItem}, {COMMON_ZEPH_NB_TOOL_NAME, toolName}});
 }
 
 void CorvaneTavi::TrackSteerWheelActivated(const std::wstring& wheelType)
@@ -252,20 +267,20 @@ void CorvaneTavi::TrackSteerWheelLoadOption(bool alwaysShowWelcome, bool haveSho
                                             bool flyPlanarMotion)
 {
     SendWaypoint(COMMON_ZEPH_SW_LOAD_OPTS, {{COMMON_ZEPH_SW_OPTS_ALWAYSSHOWWELCOME, alwaysShowWelcome},
+                                            {COMMON_ZEPH_SW_OPTS_FLYPLANARMOTION, flyPlanarMotion},
                                             {COMMON_ZEPH_SW_OPTS_HAVESHOWNWELCOME, haveShownWelcome},
-                                            {COMMON_ZEPH_SW_OPTS_MINIWHEELSIZE, miniWheelSize},
-                                            {COMMON_ZEPH_SW_OPTS_LARGEWHEELSIZE, largeWheelSize},
-                                            {COMMON_ZEPH_SW_OPTS_LARGEWHEELOPACITYFACTOR, largeWheelOpacityFactor},
-                                            {COMMON_ZEPH_SW_OPTS_MINIWHEELOPACITYFACTOR, miniWheelOpacityFactor},
-                                            {COMMON_ZEPH_SW_OPTS_SHOWHUDMESSAGES, showHudMessages},
-                                            {COMMON_ZEPH_SW_OPTS_SHOWTOOLTIPS, showTooltips},
-                                            {COMMON_ZEPH_SW_OPTS_SHOWTOOLCURSORTEXT, showToolCursorText},
-                                            {COMMON_ZEPH_SW_OPTS_INVERTVERTICALAXIS, invertVerticalAxis},
-                                            {COMMON_ZEPH_SW_OPTS_SPEEDFACTOR, speedFactor},
                                             {COMMON_ZEPH_SW_OPTS_INCREMENTALZOOM, incrementalZoom},
+                                            {COMMON_ZEPH_SW_OPTS_INVERTVERTICALAXIS, invertVerticalAxis},
+                                            {COMMON_ZEPH_SW_OPTS_LARGEWHEELOPACITYFACTOR, largeWheelOpacityFactor},
+                                            {COMMON_ZEPH_SW_OPTS_LARGEWHEELSIZE, largeWheelSize},
+                                            {COMMON_ZEPH_SW_OPTS_MINIWHEELOPACITYFACTOR, miniWheelOpacityFactor},
+                                            {COMMON_ZEPH_SW_OPTS_MINIWHEELSIZE, miniWheelSize},
                                             {COMMON_ZEPH_SW_OPTS_PRESERVESCENEUP, preserveSceneUp},
                                             {COMMON_ZEPH_SW_OPTS_SELECTIONSENSITIVITY, selectionSensitivity},
-                                            {COMMON_ZEPH_SW_OPTS_FLYPLANARMOTION, flyPlanarMotion}});
+                                            {COMMON_ZEPH_SW_OPTS_SHOWHUDMESSAGES, showHudMessages},
+                                            {COMMON_ZEPH_SW_OPTS_SHOWTOOLCURSORTEXT, showToolCursorText},
+                                            {COMMON_ZEPH_SW_OPTS_SHOWTOOLTIPS, showTooltips},
+                                            {COMMON_ZEPH_SW_OPTS_SPEEDFACTOR, speedFactor}});
 }
 
 void CorvaneTavi::TrackSteerWheelWelcomeClicked(const std::wstring& welcomePart)
@@ -288,32 +303,32 @@ void CorvaneTavi::TrackDorvelLoadOption(const std::wstring& size, const std::wst
                                         bool dragSnap, float compassAngle, float transitionDuration,
                                         bool zoomToFitScene, bool preserveSceneUp, bool orientToUcs)
 {
-    SendWaypoint(COMMON_ZEPH_VC_LOAD_OPTS, {{COMMON_ZEPH_VC_OPTS_SIZE, size},
-                                            {COMMON_ZEPH_VC_OPTS_SCREENLOCATION, screenLocation},
-                                            {COMMON_ZEPH_VC_OPTS_MINOPACITY, minimumOpacity},
-                                            {COMMON_ZEPH_VC_OPTS_VISIBLE, visible},
-                                            {COMMON_ZEPH_VC_OPTS_DRAWUCSMENU, drawUcsMenu},
-                                            {COMMON_ZEPH_VC_OPTS_DRAWCOMPASS, drawCompass},
+    SendWaypoint(COMMON_ZEPH_VC_LOAD_OPTS, {{COMMON_ZEPH_VC_OPTS_COMPASSANGLE, compassAngle},
                                             {COMMON_ZEPH_VC_OPTS_DRAGSNAP, dragSnap},
-                                            {COMMON_ZEPH_VC_OPTS_COMPASSANGLE, compassAngle},
-                                            {COMMON_ZEPH_VC_OPTS_TRANSITIONDURATION, transitionDuration},
-                                            {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, zoomToFitScene},
+                                            {COMMON_ZEPH_VC_OPTS_DRAWCOMPASS, drawCompass},
+                                            {COMMON_ZEPH_VC_OPTS_DRAWUCSMENU, drawUcsMenu},
+                                            {COMMON_ZEPH_VC_OPTS_MINOPACITY, minimumOpacity},
+                                            {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, orientToUcs},
                                             {COMMON_ZEPH_VC_OPTS_PRESERVESCENEUP, preserveSceneUp},
-                                            {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, orientToUcs}});
+                                            {COMMON_ZEPH_VC_OPTS_SCREENLOCATION, screenLocation},
+                                            {COMMON_ZEPH_VC_OPTS_SIZE, size},
+                                            {COMMON_ZEPH_VC_OPTS_TRANSITIONDURATION, transitionDuration},
+                                            {COMMON_ZEPH_VC_OPTS_VISIBLE, visible},
+                                            {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, zoomToFitScene}});
 }
 
 void CorvaneTavi::TrackPPR(const std::wstring& licenseMode, bool showUseLicense, bool showUsePpr, bool showCustomInfo,
                            bool shouldMonetize, std::uint64_t meridorJobLimit, std::uint64_t concurrentMeridorJobs,
                            std::uint64_t concurrentHaldenJobs)
 {
-    SendWaypoint(CV_PPR, {{CV_LICENSE_MODE, licenseMode},
-                          {CV_SCM_SHOW_USE_LICENSE, showUseLicense},
-                          {CV_SCM_SHOW_USE_PPR, showUsePpr},
-                          {CV_SCM_SHOW_CUSTOM_INFO, showCustomInfo},
-                          {CV_SCM_SHOULD_MONETIZE, shouldMonetize},
-                          {CV_MERIDOR_JOB_LIMIT, meridorJobLimit},
+    SendWaypoint(CV_PPR, {{CV_CONCURRENT_JOBS_HALDEN, concurrentHaldenJobs},
                           {CV_CONCURRENT_JOBS_MERIDOR, concurrentMeridorJobs},
-                          {CV_CONCURRENT_JOBS_HALDEN, concurrentHaldenJobs}});
+                          {CV_LICENSE_MODE, licenseMode},
+                          {CV_MERIDOR_JOB_LIMIT, meridorJobLimit},
+                          {CV_SCM_SHOULD_MONETIZE, shouldMonetize},
+                          {CV_SCM_SHOW_CUSTOM_INFO, showCustomInfo},
+                          {CV_SCM_SHOW_USE_LICENSE, showUseLicense},
+                          {CV_SCM_SHOW_USE_PPR, showUsePpr}});
 }
 
 void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int64_t commandContext,
@@ -324,14 +339,15 @@ void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int6
     SetEventType(core, "C");
     SetEventScope(core, ComponentScope);
     Facet::Base& component = core.ComponentFacet();
-    SetFacetEntry(component, FacetField::component_type, TaviString("command"));
-    SetComponentName(component, TextOf(COMMON_COMMAND_INVOKED));
-    SetComponentAttributes(component, MakeAttributeMap({{COMMON_COMMAND_NAME, commandName},
-                                                        {COMMON_COMMAND_CONTEXT, commandContext},
-                                                        {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
-                                                        {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
-                                                        {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
-                                                        {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}}));
+    SetFacetEntry(component, FacetFields().component_type, "command");
+    SetComponentName(component, NarrowOf(COMMON_COMMAND_INVOKED));
+    StoreAttributes(component, FacetFields().component_attributes,
+                    {{{COMMON_COMMAND_CONTEXT, commandContext},
+                      {COMMON_COMMAND_NAME, commandName},
+                      {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription},
+                      {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
+                      {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
+                      {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule}}});
     Send(core, "CorvaneTavi::TrackCommandInvoked");
 }
 
@@ -344,11 +360,12 @@ void CorvaneTavi::TrackUserEvent(const std::wstring& componentName, const std::w
     SetEventScope(core, ComponentScope);
     Facet::Base& component = core.ComponentFacet();
     SetComponentName(component, TextOf(componentName));
-    SetFacetEntry(component, FacetField::component_type, TextOf(componentType));
-    SetComponentAttributes(component, MakeAttributeMap({{CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
-                                                        {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
-                                                        {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
-                                                        {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}}));
+    SetText(component.GetFacetEntry(FacetFields().component_type), componentType);
+    StoreAttributes(component, FacetFields().component_attributes,
+                    {{{CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription},
+                      {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
+                      {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
+                      {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule}}});
     Send(core, "CorvaneTavi::TrackUserEvent");
 }
 
@@ -366,25 +383,24 @@ void CorvaneTavi::TrackFileInput(const std::wstring& fileAddOrImport, bool impor
     SetEventType(core, "D");
     SetEventScope(core, ContentScope);
     Facet::Base& content = core.ContentFacet();
-    SetFacetEntry(content, FacetField::content_type, TextOf(fileExtension));
-    SetFacetEntry(content, FacetField::content_size, JsonValue(static_cast<long long>(contentSize)));
-    SetFacetObjectMembers(
-        content, FacetField::content_meta,
-        MakeAttributeMap({{CV_FILE_INPUT_IS_ADD_OR_IMPORT, fileAddOrImport},
-                          {CV_FILE_IMPORT_SUCCESS, importSucceeded},
-                          {CV_FILE_IMPORT_MESHTYPE, meshType},
-                          {COMMON_FILE_INPUT_IS_NETWORK_PATH, isNetworkPath},
-                          {COMMON_FILE_INPUT_NUM_2D_OBJECTS, num2dObjects},
-                          {COMMON_FILE_INPUT_NUM_3D_OBJECTS, num3dObjects},
-                          {COMMON_FILE_INPUT_NUM_ANNOTATION_OBJECTS, numAnnotationObjects},
-                          {COMMON_FILE_INPUT_NUM_UNKNOWN_OBJECTS, numUnknownObjects},
-                          {COMMON_FILE_INPUT_NUM_DISTINCT_XREFS, numDistinctXrefs},
-                          {COMMON_FILE_INPUT_NUM_XREF_INSTANCES, numXrefInstances},
-                          {COMMON_FILE_INPUT_NUM_DISTINCT_IMAGE_REFS, numDistinctImageRefs},
-                          {COMMON_FILE_INPUT_NUM_IMAGE_REF_INSTANCES, numImageRefInstances},
-                          {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LINE, prevOpenProductLine},
-                          {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_RELEASE, prevOpenProductRelease},
-                          {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LICENSE_FN, prevOpenProductLicenseFeatureName}}));
+    SetText(content.GetFacetEntry(FacetFields().content_type), fileExtension);
+    content.SetFacetEntry(FacetFields().content_size, JsonValue(static_cast<long long>(contentSize)));
+    StoreAttributes(content, FacetFields().content_meta,
+                    {{COMMON_FILE_INPUT_IS_NETWORK_PATH, isNetworkPath},
+                     {COMMON_FILE_INPUT_NUM_2D_OBJECTS, num2dObjects},
+                     {COMMON_FILE_INPUT_NUM_3D_OBJECTS, num3dObjects},
+                     {COMMON_FILE_INPUT_NUM_ANNOTATION_OBJECTS, numAnnotationObjects},
+                     {COMMON_FILE_INPUT_NUM_DISTINCT_IMAGE_REFS, numDistinctImageRefs},
+                     {COMMON_FILE_INPUT_NUM_DISTINCT_XREFS, numDistinctXrefs},
+                     {COMMON_FILE_INPUT_NUM_IMAGE_REF_INSTANCES, numImageRefInstances},
+                     {COMMON_FILE_INPUT_NUM_UNKNOWN_OBJECTS, numUnknownObjects},
+                     {COMMON_FILE_INPUT_NUM_XREF_INSTANCES, numXrefInstances},
+                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LICENSE_FN, prevOpenProductLicenseFeatureName},
+                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LINE, prevOpenProductLine},
+                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_RELEASE, prevOpenProductRelease},
+                     {CV_FILE_IMPORT_MESHTYPE, meshType},
+                     {CV_FILE_IMPORT_SUCCESS, importSucceeded},
+                     {CV_FILE_INPUT_IS_ADD_OR_IMPORT, fileAddOrImport}});
     Send(core, "CorvaneTavi::TrackFileInput");
 }
 
@@ -397,38 +413,47 @@ void CorvaneTavi::TrackUpdateLicense(const std::wstring& licensedProductKey, con
     SetEventType(core, "S");
     SetEventScope(core, EntitlementScope);
     Facet::Base& entitlement = core.EntitlementFacet();
-    SetFacetEntry(entitlement, FacetField::entitlement_usage, TextOf(entitlementUsage));
-    SetFacetEntry(entitlement, FacetField::entitlement_license_id, TextOf(serialNumber));
+    SetText(entitlement.GetFacetEntry(FacetFields().entitlement_usage), std::int64_t{entitlementUsage});
+    SetText(entitlement.GetFacetEntry(FacetFields().entitlement_license_id), serialNumber);
     Facet::Base& product = core.ProductFacet();
-    SetFacetEntry(product, FacetField::product_key, TextOf(licensedProductKey));
-    SetFacetEntry(product, FacetField::product_suite_name, TextOf(featureName));
-    SetFacetObjectMembers(entitlement, FacetField::entitlement_properties,
-                          MakeAttributeMap({{CV_FEATURE_VERSION, featureVersion},
-                                            {CV_LICENSE_BEHAVIOR, licenseBehavior},
-                                            {CV_EXPIRY_DAYS, expiryDays}}));
+    SetText(product.GetFacetEntry(FacetFields().product_key), licensedProductKey);
+    SetText(product.GetFacetEntry(FacetFields().product_suite_name), featureName);
+    StoreAttributes(
+        entitlement, FacetFields().entitlement_properties,
+        {{CV_EXPIRY_DAYS, expiryDays}, {CV_FEATURE_VERSION, featureVersion}, {CV_LICENSE_BEHAVIOR, licenseBehavior}});
     Send(core, "CorvaneTavi::TrackUpdateLicense");
 }
 
 void CorvaneTavi::AddDocument(const std::wstring& name, const std::wstring& extension, std::uint64_t size,
                               std::uint32_t source)
 {
-    documents[name] = std::make_unique<TaviDocument>(name, extension, size, source);
+    documents[name] = std::make_shared<TaviDocument>(name, extension, size, source);
 }
 
 void CorvaneTavi::StartTrackFileChange(const std::wstring& name)
 {
-    const auto document = documents.find(name);
-    if (document != documents.end())
-        document->second->TrackEvent(*this);
+    const auto found = documents.find(name);
+    if (found == documents.end())
+        return;
+    // Kept while its event is handed over, whatever is registered meanwhile.
+    const std::shared_ptr<TaviDocument> document = found->second;
+    document->TrackEvent(*this);
 }
 
 void CorvaneTavi::SendWaypoint(const std::wstring& name, std::initializer_list<Attribute> attributes)
 {
-    TrackWaypoint(TextOf(name), MakeAttributeMap(attributes));
+    SendWaypoint(NarrowOf(name), std::span(attributes.begin(), attributes.size()));
+}
+
+void CorvaneTavi::SendWaypoint(const TaviString& name, std::span<const Attribute> attributes)
+{
+    Facet::Core core;
+    StoreAttributes(AddWaypoint(core, name), FacetFields().component_attributes, attributes);
+    Send(core, "CorvaneTavi::TrackWaypoint");
 }
 
 void CorvaneTavi::Send(const Facet::Core& core, const char* method) const
 {
-    if (Sdk::TrackEvent(TextOf(hostProduct), core, nullptr) != Sdk::StatusSuccess)
+    if (Sdk::TrackEvent(hostProductText, core, nullptr) != Sdk::StatusSuccess)
         std::cout << method << " TaviDesktopSDK::TrackEvent" << std::endl;
 }

@@ -13,6 +13,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -147,13 +148,15 @@ private:
     CorvaneTavi() = default;
     ~CorvaneTavi() = default;
 
-    // The last of two attributes with one key wins.
+    // The attributes are in ascending order of their keys.
     void SendWaypoint(const std::wstring& name, std::initializer_list<Attribute> attributes);
+    void SendWaypoint(const Veltrane::TaviDesktopSDK::TaviString& name, std::span<const Attribute> attributes);
 
     // Prints the diagnostic line of `method` when the library refuses the event.
     void Send(const Veltrane::TaviDesktopSDK::Facet::Core& core, const char* method) const;
 
-    std::string hostProduct; // empty: not started
+    std::string hostProduct;                              // empty: not started
+    Veltrane::TaviDesktopSDK::TaviString hostProductText; // the same for the library
     std::string productKey;
-    std::map<std::wstring, std::unique_ptr<TaviDocument>> documents; // by name
+    std::map<std::wstring, std::shared_ptr<TaviDocument>> documents; // by name
 };

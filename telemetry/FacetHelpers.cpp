@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include <telemetry/FacetFieldTexts.h>
 #include <telemetry/FacetFields.h>
 
 using Veltrane::TaviDesktopSDK::JsonValue;
@@ -17,14 +18,7 @@ void SetFacetEntry(Facet::Base& facet, const char* key, const JsonValue& value)
 
 void SetFacetEntry(Facet::Base& facet, const char* key, const TaviString& value)
 {
-    JsonValue json;
-    json.SetString(value.c_str());
-    SetFacetEntry(facet, key, json);
-}
-
-void SetEventType(Facet::Core& core, const char* letter)
-{
-    SetFacetEntry(core, FacetField::type, TaviString(letter));
+    SetFacetEntry(facet, TaviString(key), value.c_str());
 }
 
 void SetEventScope(Facet::Core& core, int code)
@@ -36,15 +30,13 @@ void SetEventScope(Facet::Core& core, int code)
                                          "CECCCUDIJ";
     static_assert(letters.size() == 39);
 
-    TaviString letter;
-    if (code >= 1 && code <= static_cast<int>(letters.size()))
-        letter.SetString(std::string(1, letters[static_cast<std::size_t>(code - 1)]).c_str());
-    SetFacetEntry(core, FacetField::scope, letter);
-}
-
-void SetComponentName(Facet::Base& component, const TaviString& name)
-{
-    SetFacetEntry(component, FacetField::component_name, name);
+    if (code < 1 || code > static_cast<int>(letters.size()))
+    {
+        core.SetFacetEntry(FacetFields().scope, JsonValue());
+        return;
+    }
+    const char letter[] = {letters[static_cast<std::size_t>(code - 1)], '\0'};
+    SetFacetEntry(core, FacetFields().scope, letter);
 }
 
 void SetFacetObjectMember(Facet::Base& facet, const char* objectKey, const TaviString& key, const TaviString& value)

@@ -7,20 +7,35 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/AttributeMap.h>
+#include <telemetry/FacetFieldTexts.h>
 
 void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* key,
                    const Veltrane::TaviDesktopSDK::JsonValue& value);
 void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* key,
                    const Veltrane::TaviDesktopSDK::TaviString& value);
+inline void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                          const char* value)
+{
+    if (value != nullptr)
+        facet.GetFacetEntry(key).SetString(value);
+    else
+        facet.SetFacetEntry(key, Veltrane::TaviDesktopSDK::JsonValue());
+}
 
 // One capital letter under "type".
-void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter);
+inline void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter)
+{
+    SetFacetEntry(core, FacetFields().type, letter);
+}
 
 // The letter that stands for `code`, 1 to 39, under "scope". Any other code removes the entry.
 void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, int code);
 
-void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
-                      const Veltrane::TaviDesktopSDK::TaviString& name);
+inline void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
+                             const Veltrane::TaviDesktopSDK::TaviString& name)
+{
+    SetFacetEntry(component, FacetFields().component_name, name.c_str());
+}
 
 // Sets or removes one member of the object that the facet holds under `objectKey`. The object is created with its first
 // member and removed with its last. An empty `key` removes the whole object.

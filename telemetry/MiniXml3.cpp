@@ -29,6 +29,12 @@ mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* eleme
     return mxmlFindElement(start, top, element, nullptr, nullptr, descend ? MXML_DESCEND : MXML_NO_DESCEND);
 }
 
+bool IsDirective(mxml_node_t* node)
+{
+    const char* const name = mxmlGetElement(node);
+    return name != nullptr && *name == '?';
+}
+
 const char* TextOf(mxml_node_t* node)
 {
     return mxmlGetType(node) == MXML_TEXT ? mxmlGetText(node, nullptr) : nullptr;

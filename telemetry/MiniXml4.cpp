@@ -16,6 +16,11 @@ mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* eleme
     return mxmlFindElement(start, top, element, nullptr, nullptr, descend ? MXML_DESCEND_ALL : MXML_DESCEND_NONE);
 }
 
+bool IsDirective(mxml_node_t* node)
+{
+    return mxmlGetType(node) == MXML_TYPE_DIRECTIVE;
+}
+
 const char* TextOf(mxml_node_t* node)
 {
     return mxmlGetType(node) == MXML_TYPE_TEXT ? mxmlGetText(node, nullptr) : nullptr;

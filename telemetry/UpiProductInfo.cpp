@@ -29,27 +29,32 @@ XmlTree Owned(mxml_node_t* tree)
 }
 
 // Mini-XML loses memory over an error in the first tag and over text beside the root element. Here a parent of our own
-// takes such nodes. Its name is no UTF-8, so that no closing tag in the file can be its.
-bool IsWellFormed(std::FILE* file)
+// takes such nodes. Its name is no UTF-8, so that no closing tag in the file can be its. Null when the file is not
+// well-formed.
+XmlTree LoadBelowParent(std::FILE* file)
 {
-    const XmlTree parent = Owned(mxmlNewElement(nullptr, "\xFF"));
+    XmlTree parent = Owned(mxmlNewElement(nullptr, "\xFF"));
     if (LoadXmlFile(parent.get(), file) == nullptr)
-        return false;
+        return Owned(nullptr);
     for (mxml_node_t* node = mxmlGetFirstChild(parent.get()); node != nullptr; node = mxmlGetNextSibling(node))
     {
         const char* const text = TextOf(node);
         if (text != nullptr && *text != '\0')
-            return false;
+            return Owned(nullptr);
     }
-    return true;
+    return parent;
 }
 
 // Null when the file cannot be opened or is not well-formed.
 XmlTree LoadXml(const std::filesystem::path& path)
 {
     const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(OpenForReading(path), &std::fclose);
-    if (file == nullptr || !IsWellFormed(file.get()))
+    if (file == nullptr)
         return Owned(nullptr);
+    XmlTree tree = LoadBelowParent(file.get());
+    // Without a parent of ours, a declaration that comes first holds all that follows: there is the same below either.
+    if (tree == nullptr || IsDirective(mxmlGetFirstChild(tree.get())))
+        return tree;
     std::rewind(file.get());
     return Owned(LoadXmlFile(nullptr, file.get()));
 }

@@ -19,6 +19,7 @@
 #include "Text.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
+namespace Sdk = Veltrane::TaviDesktopSDK;
 
 // The wrapper keeps documents until the process exits: each test has names of its own.
 
@@ -259,4 +260,26 @@ TEST(Document, WithoutAnEventSendsNothing)
 {
     const TaviDocument document;
     EXPECT_TRUE(PayloadsOf([&](CorvaneTavi& tavi) { document.TrackEvent(tavi); }).empty());
+}
+
+// The payload that is handed over is the event's own until the callback returns, also when its document is not any
+// more.
+TEST(Document, IsReplacedWhileItsEventIsHandedOver)
+{
+    const std::wstring name = L"replaced while handed over";
+    JsonValue meta;
+    const auto replaceAndCopy = [](const JsonValue& payload, void* context, JsonValue&)
+    {
+        CorvaneTavi::Instance().AddDocument(L"replaced while handed over", L"a longer extension", 2, 2);
+        *static_cast<JsonValue*>(context) = payload[Key("content_meta")];
+        return 0;
+    };
+    const PayloadRecorder testMode;
+    CorvaneTavi& tavi = CorvaneTavi::Instance();
+    tavi.AddDocument(name, L"first extension", 1, 1);
+    Sdk::SetTestingCallback(Key(tavi.GetProductKey().c_str()), replaceAndCopy, &meta);
+    tavi.StartTrackFileChange(name);
+    EXPECT_EQ(Text(static_cast<Sdk::TaviString>(meta[Key("COMMON.FILE.TYPE")])), "first extension");
+    tavi.StartTrackFileChange(name);
+    EXPECT_EQ(Text(static_cast<Sdk::TaviString>(meta[Key("COMMON.FILE.TYPE")])), "a longer extension");
 }
