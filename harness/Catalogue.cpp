@@ -1,6 +1,7 @@
 #include <harness/Catalogue.h>
 
 #include <iostream>
+#include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
@@ -25,9 +26,9 @@ void PrintTitle(const char* name)
     std::cout << "Testing " << name << std::endl;
 }
 
-void RunTest(TestResultList& results, const char* name, const JsonValue& expected, Call call)
+void RunTest(TestResultList& results, const char* name, JsonValue expected, Call call)
 {
-    results.push_back({expected, false});
+    results.push_back({std::move(expected), false});
     PrintTitle(name);
     call(CorvaneTavi::Instance());
 }
@@ -65,7 +66,7 @@ void RunStartTrackFileChange(TestResultList& results)
         PrintTitle("StartTrackFileChange");
         CorvaneTavi::Instance().StartTrackFileChange(L"fileName1");
     }
-    results.push_back(result);
+    results.push_back(std::move(result));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include <harness/ExpectedPayload.h>
 
-#include <cwchar>
+#include <array>
+#include <cstdio>
 #include <limits>
 
 #include <harness/FacetKeys.h>
@@ -11,9 +12,9 @@ using Veltrane::TaviDesktopSDK::JsonValue;
 std::wstring ExpectedText(double number)
 {
     // Sign, integral digits of the largest double, point, six decimals, terminator.
-    wchar_t buffer[1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6 + 1];
-    const int length = std::swprintf(buffer, std::size(buffer), L"%f", number);
-    std::wstring text(buffer, static_cast<std::size_t>(length));
+    std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6 + 1> buffer;
+    const int length = std::snprintf(buffer.data(), buffer.size(), "%f", number);
+    std::wstring text(buffer.data(), buffer.data() + length);
     text.erase(text.find_last_not_of(L'0') + 1);
     text.erase(text.find_last_not_of(L'.') + 1);
     return text;

@@ -5,7 +5,6 @@
 #include <concepts>
 #include <initializer_list>
 #include <string>
-#include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
@@ -19,7 +18,8 @@ std::wstring ExpectedText(std::same_as<bool> auto flag)
 template <std::integral Integer>
 requires(!std::same_as<Integer, bool>) std::wstring ExpectedText(Integer number)
 {
-    return std::to_wstring(number);
+    const std::string text = std::to_string(number);
+    return std::wstring(text.begin(), text.end());
 }
 
 // Six decimals, without trailing zeros and without a trailing point.
@@ -28,15 +28,15 @@ std::wstring ExpectedText(double number);
 std::wstring ExpectedText(const std::wstring& text);
 std::wstring ExpectedText(const wchar_t* text);
 
-// A key beside its expected value, a text, number or flag.
+// A key beside its expected value, a text, number or flag, for parameter lists only: the key is borrowed for the call.
 struct ExpectedMember
 {
     template <typename Value>
-    ExpectedMember(std::wstring memberKey, const Value& value) : key(std::move(memberKey)), text(ExpectedText(value))
+    ExpectedMember(const std::wstring& memberKey, const Value& value) : key(memberKey), text(ExpectedText(value))
     {
     }
 
-    std::wstring key;
+    const std::wstring& key;
     std::wstring text;
 };
 
