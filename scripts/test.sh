@@ -17,7 +17,7 @@ say() {
 presets=("$@")
 ((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
 need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
-    libmxml-dev libgtest-dev nlohmann-json3-dev
+    libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev
 if [[ " ${presets[*]} " == *" windows "* ]]; then
     need_packages wine wine64
     scripts/windows-libraries.sh
