@@ -40,6 +40,10 @@ extern constinit thread_local bool isKeeper; // whether the store is this thread
 // Makes the store the calling thread's, unless it is another's.
 void Keep() noexcept;
 
+// Where misuse is looked for, `memory` is not to be used from one call to the other, although it is not freed.
+void Hide(void* memory, std::size_t size) noexcept;
+void Show(void* memory, std::size_t size) noexcept;
+
 constexpr std::size_t StepsOf(std::size_t size)
 {
     return (size + Step - 1) / Step;

@@ -12,4 +12,7 @@ void Keep() noexcept
         isKeeper = true;
 }
 
+void Hide(void*, std::size_t) noexcept {}
+void Show(void*, std::size_t) noexcept {}
+
 } // namespace Veltrane::TaviDesktopSDK::Blocks

@@ -6,4 +6,7 @@ namespace Veltrane::TaviDesktopSDK::Blocks
 
 void Keep() noexcept {}
 
+void Hide(void*, std::size_t) noexcept {}
+void Show(void*, std::size_t) noexcept {}
+
 } // namespace Veltrane::TaviDesktopSDK::Blocks

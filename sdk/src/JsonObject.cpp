@@ -32,6 +32,7 @@ bool JsonValue::Node::Object::Remove(const KeyText& key) noexcept
     JsonValue::Node::Release(member->value.node);
     member->key->GiveUp();
     member->next = std::exchange(removed, member);
+    Blocks::Hide(member, sizeof(Member));
     --count;
     return true;
 }
@@ -83,6 +84,7 @@ void JsonValue::Node::Object::MakeRoom()
 {
     if (unused == unusedEnd && removed != nullptr)
     {
+        Blocks::Show(removed, sizeof(Member));
         unused = std::exchange(removed, removed->next);
         unusedEnd = unused + 1;
     }
