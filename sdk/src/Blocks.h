@@ -30,7 +30,7 @@ struct Kept
     Free* first = nullptr;
     std::size_t size = 0; // of all, in bytes
 };
-constexpr std::size_t LargestSize = 32'768; // two megabytes over all sizes
+constexpr std::size_t LargestSize = 8'192; // half a megabyte over all sizes
 
 // By steps. Without destructors, so that both are there for values that go after everything else.
 using Store = std::array<Kept, LargestKept / Step + 1>;
