@@ -30,13 +30,9 @@ void SetEventScope(Facet::Core& core, int code)
                                          "CECCCUDIJ";
     static_assert(letters.size() == 39);
 
-    if (code < 1 || code > static_cast<int>(letters.size()))
-    {
-        core.SetFacetEntry(FacetFields().scope, JsonValue());
-        return;
-    }
-    const char letter[] = {letters[static_cast<std::size_t>(code - 1)], '\0'};
-    SetFacetEntry(core, FacetFields().scope, letter);
+    const bool isKnown = code >= 1 && code <= static_cast<int>(letters.size());
+    const char letter[] = {isKnown ? letters[static_cast<std::size_t>(code - 1)] : '\0', '\0'};
+    SetFacetEntry(core, FacetFields().scope, isKnown ? letter : nullptr);
 }
 
 void SetFacetObjectMember(Facet::Base& facet, const char* objectKey, const TaviString& key, const TaviString& value)

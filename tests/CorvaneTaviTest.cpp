@@ -702,6 +702,16 @@ TEST(CorvaneTavi, ALoneSurrogateIsSentAsTheReplacementCharacter)
     ExpectReports(ReportsOfText({High, Low}, "\xF0\x9F\x98\x80"));
 }
 
+TEST(CorvaneTavi, TextOfAnyLengthIsSentWhole)
+{
+    for (std::size_t length = 0; length < 140; ++length)
+    {
+        SCOPED_TRACE(length);
+        ExpectReports(ReportsOfText(std::wstring(length, L'x'), std::string(length, 'x')));
+        ExpectReports(ReportsOfText(std::wstring(length, L'x') + L'\u00FC', std::string(length, 'x') + "\xC3\xBC"));
+    }
+}
+
 TEST(CorvaneTavi, TextEndsAtItsFirstNullCharacter)
 {
     using namespace std::string_literals;

@@ -1,8 +1,12 @@
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <limits>
 #include <locale>
 #include <map>
+#include <random>
 #include <string>
 #include <utility>
 
@@ -435,6 +439,34 @@ TEST(TaviString, NumberDoesNotFollowTheCppLocale)
     const std::locale previous = std::locale::global(std::locale(std::locale::classic(), new NumbersWithCommas));
     ExpectTextsOfNumbers();
     std::locale::global(previous);
+}
+
+// Of all magnitudes, and close to the halves between two texts, where rounding shows.
+TEST(TaviString, NumberIsRoundedAsTheStandardLibraryRoundsIt)
+{
+    std::mt19937_64 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same numbers every time
+    std::array<char, 400> buffer;
+    const auto expect = [&buffer](double number)
+    {
+        char* const end =
+            std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::fixed, 6).ptr;
+        std::string text(buffer.data(), end);
+        text.erase(text.find_last_not_of('0') + 1);
+        text.erase(text.find_last_not_of('.') + 1);
+        ASSERT_EQ(Text(TaviString(number)), text);
+    };
+    for (int i = 0; i < 10'000; ++i)
+    {
+        const auto digits = static_cast<double>(random() >> 11);
+        const double number = std::ldexp(digits, static_cast<int>(random() % 1100) - 600);
+        const double half = static_cast<double>(random() % 4'000'000'000) / 2e6;
+        for (const double one : {number, half, std::nextafter(half, 0.0), std::nextafter(half, 1e300)})
+        {
+            expect(one);
+            expect(-one);
+        }
+        expect(static_cast<double>(i) / 128); // a tie, and exactly so
+    }
 }
 
 TEST(TaviString, SumHasTextWhenEitherOperandHas)

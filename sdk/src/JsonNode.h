@@ -70,10 +70,6 @@ struct JsonValue::Node
     static long long IntegerIn(const JsonValue& value);
     static std::string_view TextIn(const JsonValue& value);
 
-    // What a handle holds from then on.
-    static Node* OfBoolean(bool value) { return FromBits(std::uint64_t{value ? 1U : 0U} << TagBits | BooleanTag); }
-    static Node* OfInteger(long long value);
-    static Node* OfText(std::string_view text);
     // Short texts are measured here: that takes less than a call.
     static std::string_view ViewOf(const char* text)
     {
@@ -83,6 +79,10 @@ struct JsonValue::Node
         return {text, size <= LongestShortText ? size : size + std::strlen(text + size)};
     }
 
+    // What a handle holds from then on.
+    static Node* OfBoolean(bool value) { return FromBits(std::uint64_t{value ? 1U : 0U} << TagBits | BooleanTag); }
+    static Node* OfInteger(long long value);
+    static Node* OfText(std::string_view text);
     static Node* CopyOf(const JsonValue& value) { return HasNode(value.node) ? CopyOfNode(value) : value.node; }
 
     static JsonValue Holding(Node* held)

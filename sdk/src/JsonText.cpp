@@ -1,8 +1,14 @@
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <string_view>
+#include <utility>
 
 #include "JsonNode.h"
 #include "JsonObject.h"
