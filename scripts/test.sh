@@ -18,6 +18,9 @@ presets=("$@")
 ((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
 need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
     libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev
+if [[ " ${presets[*]} " == *" clang "* ]]; then
+    need_packages python3 chromium chromium-driver # the event reference's page is tested in a browser
+fi
 if [[ " ${presets[*]} " == *" windows "* ]]; then
     need_packages wine wine64
     scripts/windows-libraries.sh

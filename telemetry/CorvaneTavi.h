@@ -120,7 +120,7 @@ public:
                         const std::wstring& resourceModule, const std::wstring& resourceCategory,
                         const std::wstring& commandDescription);
 
-    // A file was opened, added or imported. `contentSize` is in bytes and is sent as an integer.
+    // File input. A file was opened, added or imported. `contentSize` is in bytes and is sent as an integer.
     void TrackFileInput(const std::wstring& fileAddOrImport, bool importSucceeded, const std::wstring& meshType,
                         const std::wstring& fileExtension, std::int32_t contentSize, bool isNetworkPath,
                         std::int32_t num2dObjects, std::int32_t num3dObjects, std::int32_t numAnnotationObjects,
@@ -129,17 +129,17 @@ public:
                         const std::wstring& prevOpenProductLine, const std::wstring& prevOpenProductRelease,
                         const std::wstring& prevOpenProductLicenseFeatureName);
 
-    // The host product's entitlement details changed.
+    // Entitlement. The host product's details changed.
     void TrackUpdateLicense(const std::wstring& licensedProductKey, const std::wstring& featureName,
                             const std::wstring& featureVersion, const std::wstring& serialNumber,
                             std::int32_t licenseBehavior, std::int32_t entitlementUsage, std::int32_t expiryDays);
 
-    // Prepares the event of an open document; its edit timer runs from here. `size` is in bytes and is sent as a signed
-    // 64-bit integer. `source` is the host's code for where the document came from. Replaces, and destroys, a document
-    // already registered under `name`; documents are kept until the process exits.
+    // Documents. Prepares the event of an open document; its edit timer runs from here. `size` is in bytes and is sent
+    // as a signed 64-bit integer. `source` is the host's code for where the document came from. Replaces, and destroys,
+    // a document already registered under `name`; documents are kept until the process exits.
     void AddDocument(const std::wstring& name, const std::wstring& extension, std::uint64_t size, std::uint32_t source);
 
-    // Sends the prepared event of the document, at every call; an unknown `name` does nothing.
+    // Documents. Sends the prepared event of the document, at every call; an unknown `name` does nothing.
     void StartTrackFileChange(const std::wstring& name);
 
 private:
