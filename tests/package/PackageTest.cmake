@@ -1,6 +1,6 @@
 # Installs, packs, unpacks, builds against and runs, in a folder of the test's own.
 #
-#     cmake -D SETTINGS=<file> -D CONFIG=<build type> -D TEST=<name> -P PackageTest.cmake
+#     cmake -D SETTINGS=<file> -D CONFIG=<build type> -D FAULTY_LIBRARY=<file> -D TEST=<name> -P PackageTest.cmake
 cmake_minimum_required(VERSION 3.25)
 
 include("${SETTINGS}")
@@ -69,11 +69,11 @@ function(install_to prefix)
     run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}")
 endfunction()
 
-# build_host(<prefix> <build folder>): the smallest host application, by the package in the prefix. The program stands
-# where its libraries are found.
-function(build_host prefix build)
+# build_host(<example> <prefix> <build folder>): a host application, by the package in the prefix. The program stands where
+# its libraries are found.
+function(build_host example prefix build)
     run(
-        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/examples/minimal" -B "${build}" ${CONFIGURE_OPTIONS}
+        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/examples/${example}" -B "${build}" ${CONFIGURE_OPTIONS}
         "-DCorvaneTavi_DIR=${prefix}/lib/cmake/CorvaneTavi"
     )
     run("${CMAKE_COMMAND}" --build "${build}" --config "${CONFIG}")
@@ -94,13 +94,152 @@ endfunction()
 
 function(AHostApplicationBuildsWithThePackageAloneAndRuns)
     install_to("${folder}/prefix")
-    build_host("${folder}/prefix" "${folder}/host")
+    build_host(minimal "${folder}/prefix" "${folder}/host")
     file(WRITE "${folder}/expected" "Reporting for undefined&undefined&undefined&undefined\n")
     expect_output("${folder}/expected" "${folder}/host/minimal_host")
 
     file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${folder}/host")
     file(WRITE "${folder}/expected" "Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n")
     expect_output("${folder}/expected" "${folder}/host/minimal_host")
+endfunction()
+
+# run_host([<variable>=<value>...] <program> [<argument>...]): sets status, output and errors.
+macro(run_host)
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -E env ${ARGN}
+        WORKING_DIRECTORY "${folder}"
+        RESULT_VARIABLE status
+        OUTPUT_VARIABLE output
+        ERROR_VARIABLE errors
+    )
+    string(REPLACE "\r\n" "\n" output "${output}")
+    string(REPLACE "\r\n" "\n" errors "${errors}")
+endmacro()
+
+# expect_run(<status> <output> <errors>): of the latest run_host().
+function(expect_run expectedStatus expectedOutput expectedErrors)
+    if(NOT status STREQUAL expectedStatus OR NOT output STREQUAL expectedOutput OR NOT errors STREQUAL expectedErrors)
+        message(FATAL_ERROR "exit status ${status}, not ${expectedStatus}\nprinted:\n${output}\nexpected:\n"
+                            "${expectedOutput}\nerrors:\n${errors}\nexpected:\n${expectedErrors}"
+        )
+    endif()
+endfunction()
+
+# expect_member(<JSON text> <expected text> <key>...)
+function(expect_member text expected)
+    string(JSON found ERROR_VARIABLE error GET "${text}" ${ARGN})
+    if(NOT found STREQUAL expected)
+        message(FATAL_ERROR "${ARGN} is ${found}, not ${expected}, in\n${text}\n${error}")
+    endif()
+endfunction()
+
+function(TheExampleHostReportsASessionAndPrintsItsPayloads)
+    install_to("${folder}/prefix")
+    build_host(host "${folder}/prefix" "${folder}/host")
+    file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${folder}/host")
+    set(host ${EMULATOR} "${folder}/host/example_host${EXECUTABLE_SUFFIX}")
+
+    run_host(${host})
+    set(expected "Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n")
+    expect_run(0 "${expected}Reported; --print shows what is sent\n" "")
+
+    run_host(${host} --print)
+    expect_run(0 "${output}" "")
+    string(REGEX REPLACE "\n}\n" "\n};" payloads "${output}")
+    set(names "")
+    foreach(payload IN LISTS payloads)
+        if(payload STREQUAL "")
+            continue() # what follows the last one
+        endif()
+        expect_member("${payload}" CVSTUDIO product_line_name)
+        expect_member("${payload}" 27.0.214 product_build_id)
+        foreach(key IN ITEMS component_name content_name content_size)
+            string(JSON name ERROR_VARIABLE error GET "${payload}" ${key})
+            if(NOT error)
+                break()
+            endif()
+        endforeach()
+        list(APPEND names "${name}")
+        set("payload_${name}" "${payload}")
+    endforeach()
+    set(
+        expected
+        48211
+        1730442
+        cover.sdy
+        CV.MESH_PROPERTY_CHANGED
+        COMMON.COMMAND_INVOKED
+        CV.MESH_SIZE_COUNT
+        Gehäuse.sdy
+        SIMULATION.SOLVE_PROPERTY_CHANGED
+        SIMULATION.SOLVE
+        CV.REPORT
+    )
+    if(NOT names STREQUAL expected)
+        message(FATAL_ERROR "The payloads are of ${names}, not of ${expected}")
+    endif()
+    expect_member("${payload_1730442}" False content_meta COMMON.FILE_INPUT.IS_NETWORK_PATH)
+    expect_member("${payload_cover.sdy}" 48211 content_meta COMMON.FILE.SIZE)
+    expect_member("${payload_SIMULATION.SOLVE}" 4 component_attributes SIMULATION.SOLVE_PARALLEL_CUSTOM_THREADNUM)
+    expect_member("${payload_CV.REPORT}" pptx component_attributes CV.REPORT_EXTENSION)
+    set(
+        expected
+        [[
+{
+    "product_line_name": "CVSTUDIO",
+    "product_release_id": "2027.0.F",
+    "product_master_id": "CVSTUDIO_2027_0_EN",
+    "product_build_id": "27.0.214",
+    "product_id_provider": "upi1",
+    "type": "C",
+    "scope": "C",
+    "component_type": "waypoint",
+    "component_name": "CV.MESH_SIZE_COUNT",
+    "component_attributes": {
+        "CV.MESH_SIZE_ELEMENTS": "128000",
+        "CV.MESH_SIZE_NODES": "64500"
+    }
+}]]
+    )
+    if(NOT "${payload_CV.MESH_SIZE_COUNT}" STREQUAL expected)
+        message(FATAL_ERROR "A payload is printed as\n${payload_CV.MESH_SIZE_COUNT}\nand not as\n${expected}")
+    endif()
+endfunction()
+
+function(TheExampleHostSaysWhatIsWrong)
+    install_to("${folder}/prefix")
+    build_host(host "${folder}/prefix" "${folder}/host")
+    set(host ${EMULATOR} "${folder}/host/example_host${EXECUTABLE_SUFFIX}")
+
+    run_host(${host} --help)
+    expect_run(0 "${output}" "")
+    if(NOT output MATCHES "^Usage: example_host \\[--print\\]\n.*\n  --print .*\n  --help ")
+        message(FATAL_ERROR "--help prints\n${output}")
+    endif()
+    run_host(${host} --print --prnt)
+    expect_run(2 "" "example_host: unknown option \"--prnt\"; --help shows those there are\n")
+
+    if(SYSTEM STREQUAL "Windows")
+        file(COPY "${FAULTY_LIBRARY}" DESTINATION "${folder}/host")
+    else()
+        file(COPY "${FAULTY_LIBRARY}" DESTINATION "${folder}/prefix/lib")
+    endif()
+    file(WRITE "${folder}/notOptedIn" "{\"IsOptedIn\": {\"1\": {\"status\": 4}}}")
+    run_host("TAVI_FAULT_SCRIPT=${folder}/notOptedIn" ${host} --print)
+    expect_run(1 "" "example_host: nothing is sent, for the user has not opted in to usage-data collection\n")
+    foreach(function IN ITEMS SetTestingFlags SetTestingCallback)
+        file(WRITE "${folder}/refused" "{\"${function}\": {\"1\": {\"status\": 7}}}")
+        run_host("TAVI_FAULT_SCRIPT=${folder}/refused" ${host} --print)
+        expect_run(1 "" "example_host: the telemetry library refuses test mode with status 7\n")
+    endforeach()
+endfunction()
+
+function(APackageOfAnotherMajorVersionIsNotTaken)
+    install_to("${folder}/prefix")
+    find_package(CorvaneTavi 2 QUIET CONFIG PATHS "${folder}/prefix" NO_DEFAULT_PATH)
+    if(CorvaneTavi_FOUND OR NOT CorvaneTavi_CONSIDERED_VERSIONS STREQUAL VERSION)
+        message(FATAL_ERROR "The package's version is \"${CorvaneTavi_CONSIDERED_VERSIONS}\", not ${VERSION}, or is taken for 2")
+    endif()
 endfunction()
 
 function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
@@ -144,7 +283,7 @@ function(AnotherLibraryTakesTheStandInsPlace)
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${folder}/prefix")
     file(RENAME "${folder}/library" "${folder}/library elsewhere")
     expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test")
-    build_host("${folder}/prefix" "${folder}/host")
+    build_host(minimal "${folder}/prefix" "${folder}/host")
     file(WRITE "${folder}/expected" "Reporting for undefined&undefined&undefined&undefined\n")
     expect_output("${folder}/expected" "${folder}/host/minimal_host")
 endfunction()
