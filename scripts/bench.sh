@@ -10,16 +10,16 @@
 set -euo pipefail
 source "$(dirname "$0")/common.bash"
 
-say() {
-    if [[ -t 2 ]]; then printf '%s ...\n' "$1" >&2; fi
-}
-
+take_no_arguments "$@"
+steps=8
+step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev valgrind python3
+need_build_folder
 build=$PWD/build/benchmark
 results=$build/results
 export programs=$build/benchmarks
 
-say "Building"
+step "Building in build/benchmark"
 quietly cmake --preset benchmark || fail "configuring failed, see above"
 quietly cmake --build --preset benchmark || fail "building failed, see above"
 rm -rf "$results"
@@ -40,20 +40,20 @@ run_benchmark() {
     fi
 }
 
-say "Measuring events and values"
+step "Measuring events and values"
 run_benchmark reporting reporting_benchmark
-say "Measuring documents"
+step "Measuring documents"
 for count in 1 10 1000 100000; do
     run_benchmark "documents-$count" document_benchmark "$count"
 done
 
-say "Measuring whole runs"
+step "Measuring whole runs"
 for program in "$build/bin/cvtavi_test" "$programs/print_only"; do
     "$program" | cmp - tests/data/good_run.txt || fail "$program does not print what a good run prints"
 done
 "$programs/process_benchmark" 41 10 "$build/bin/cvtavi_test" "$programs/print_only" >"$results/processes.json"
 
-say "Counting allocations"
+step "Counting allocations"
 "$programs/allocation_benchmark" >"$results/allocations.json"
 
 # count_instructions COUNT PROGRAM ARGUMENT...: of a whole run, as "PROGRAM ARGUMENT... COUNT INSTRUCTIONS".
@@ -70,7 +70,7 @@ count_instructions() {
 }
 export -f count_instructions
 
-say "Counting instructions"
+step "Counting instructions"
 {
     for event in Track3DCKeyPressed TrackMaterialSelection TrackSteerWheelLoadOption TrackFileInput TrackUpdateLicense \
         StartTrackFileChange; do
@@ -86,4 +86,5 @@ say "Counting instructions"
 } | xargs -P "$(nproc)" -L 1 bash -c 'count_instructions "$@"' count >"$results/instructions.txt" ||
     fail "counting instructions failed, see above"
 
+step "Writing the table and the figure into docs/"
 python3 scripts/benchmark_report.py "$results" docs/performance.md docs/performance.svg

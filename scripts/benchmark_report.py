@@ -377,7 +377,15 @@ def report(results):
 
 
 def main():
-    resultFolder, page, figureFile = map(Path, sys.argv[1:])
+    arguments = sys.argv[1:]
+    if "--help" in arguments or "-h" in arguments:
+        print(__doc__.strip())
+        return
+    if len(arguments) != 3 or any(argument.startswith("-") for argument in arguments):
+        sys.exit("benchmark_report.py: takes RESULTS PAGE FIGURE and no options: --help says what they are")
+    resultFolder, page, figureFile = map(Path, arguments)
+    if not resultFolder.is_dir():
+        sys.exit(f"benchmark_report.py: there is no {resultFolder}: run scripts/bench.sh, which makes it")
     results = Results(resultFolder)
     text = report(results)
     before, _, rest = page.read_text().partition(MARKS[0])

@@ -1,34 +1,87 @@
 # Sourced by the other scripts: what they share.
+#
+# A script sets `steps`, the number of its calls of step(), and `steps_are_output` when these belong to its output.
 
+script=$(realpath "$0")
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+steps=0 step=0 steps_are_output=false
 
 fail() {
-    printf '%s: %s\n' "$(basename "$0")" "$1" >&2
+    printf '%s: %s\n' "$(basename "$script")" "$1" >&2
     exit 1
+}
+
+# say TEXT: on the error stream, to a person at a terminal; on standard output, to everybody, when it belongs there.
+say() {
+    if $steps_are_output; then
+        printf '%s\n' "$1"
+    elif [[ -t 2 ]]; then
+        printf '%s\n' "$1" >&2
+    fi
+}
+
+# step TEXT: what is done next, as "[2/6] TEXT".
+step() {
+    step=$((step + 1))
+    say "[$step/$steps] $1"
+}
+
+# usage: what --help prints, the comment at the script's head.
+usage() {
+    sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$script"
+}
+
+# read_options ARGUMENT...: answers --help and refuses any other option.
+read_options() {
+    local argument
+    for argument in "$@"; do
+        case $argument in
+        -h | --help)
+            usage
+            exit
+            ;;
+        -*) fail "unknown option $argument: --help says what there is" ;;
+        esac
+    done
+}
+
+# take_no_arguments ARGUMENT...: for a script that has only --help.
+take_no_arguments() {
+    read_options "$@"
+    (($# == 0)) || fail "unknown argument $1: --help says what there is"
 }
 
 # need_packages PACKAGE...: installs those that are missing, and asks nothing of the network when none is.
 need_packages() {
     local missing=() package
+    command -v dpkg-query >/dev/null || fail "dpkg-query is missing: run this on Debian, whose packages it takes"
     for package in "$@"; do
         [[ "$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null)" == "install ok installed" ]] || missing+=("$package")
     done
     ((${#missing[@]} == 0)) && return
     say "Installing ${missing[*]}"
     local as_root=(env DEBIAN_FRONTEND=noninteractive)
-    if ((EUID != 0)); then
-        command -v sudo >/dev/null || fail "installing ${missing[*]} takes root: run this as root, or install sudo"
+    if (($(id -u) != 0)); then
+        { command -v sudo && sudo -v; } >/dev/null 2>&1 ||
+            fail "installing takes root: run \"apt-get install ${missing[*]}\" as root, then this again"
         as_root=(sudo "${as_root[@]}")
     fi
     quietly "${as_root[@]}" apt-get update ||
-        fail "the package lists cannot be fetched: check the network and /etc/apt/sources.list"
+        fail "the package lists cannot be fetched: check the network and /etc/apt/sources.list, then run this again"
     quietly "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" ||
-        fail "these packages cannot be installed: ${missing[*]}"
+        fail "these packages cannot be installed, see above: ${missing[*]}"
+}
+
+# need_build_folder: makes build/, where all goes that a script leaves.
+need_build_folder() {
+    mkdir -p build 2>/dev/null && [[ -w build ]] ||
+        fail "$PWD/build cannot be written: run this as its owner, or in a copy of your own"
 }
 
 # quietly COMMAND...: shows what the command prints only when it fails.
 quietly() {
     local log status=0
+    command -v "$1" >/dev/null || fail "$1 is missing: install it, or add its folder to PATH"
     log=$(mktemp)
     "$@" >"$log" 2>&1 </dev/null || status=$?
     ((status == 0)) || cat "$log" >&2

@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # Builds cvtavi_test and runs it. What it prints is the program's output, and its exit status the program's; progress is
 # shown on a terminal only.
+#
+#     scripts/run.sh
 set -euo pipefail
 source "$(dirname "$0")/common.bash"
 
-say() {
-    if [[ -t 2 ]]; then printf '%s ...\n' "$1" >&2; fi
-}
-
+take_no_arguments "$@"
+steps=4
+step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev
-say "Configuring"
+need_build_folder
+step "Configuring in build/run"
 quietly cmake --preset release -B build/run -DBUILD_TESTING=OFF || fail "configuring failed, see above"
-say "Building"
+step "Building"
 quietly cmake --build build/run || fail "building failed, see above"
-say "Running"
+step "Running build/run/bin/cvtavi_test"
 exec build/run/bin/cvtavi_test

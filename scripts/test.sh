@@ -6,16 +6,23 @@
 # Without presets, all that can be built here: release; windows, built by mingw-w64 and run in Wine; sanitize (address,
 # undefined behaviour, leak); clang, with the checks of the sources and valgrind; fuzz, each target over its corpus and a
 # fixed number of runs; and coverage, with a table of the lines and branches that are run. Each leaves a JUnit report in
-# build/test-results/.
+# build/test-results/. The preset debug can be named as well.
 set -euo pipefail
 source "$(dirname "$0")/common.bash"
 
-say() {
-    printf '== %s\n' "$1"
-}
-
+read_options "$@"
 presets=("$@")
 ((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
+for preset in "${presets[@]}"; do
+    case $preset in
+    release | debug | sanitize | clang | windows | fuzz | coverage) ;;
+    *) fail "unknown preset $preset: there are release, debug, sanitize, clang, windows, fuzz and coverage" ;;
+    esac
+done
+
+steps=$((1 + 2 * ${#presets[@]}))
+steps_are_output=true
+step "looking for missing packages and libraries"
 need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
     libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev
 if [[ " ${presets[*]} " == *" clang "* ]]; then
@@ -25,6 +32,7 @@ if [[ " ${presets[*]} " == *" windows "* ]]; then
     need_packages wine wine64
     scripts/windows-libraries.sh
 fi
+need_build_folder
 
 results=$PWD/build/test-results
 profiles=$PWD/build/coverage/profiles
@@ -58,11 +66,11 @@ print_coverage() {
 rm -rf "$profiles"
 export LLVM_PROFILE_FILE=$profiles/%4m.profraw
 for preset in "${presets[@]}"; do
-    say "$preset: configuring and building"
+    step "$preset: configuring and building"
     SECONDS=0
     quietly cmake --preset "$preset" || fail "configuring the preset $preset failed, see above"
     quietly cmake --build --preset "$preset" || fail "building the preset $preset failed, see above"
-    say "$preset: built in $SECONDS s, testing"
+    step "$preset: built in $SECONDS s, testing"
     ctest --preset "$preset" --parallel "$(nproc)" --output-junit "$results/$preset.xml" </dev/null |
         tee "$results/$preset.log" | grep -vE '^ +Start |\.\.\. +Passed |^$' || true
     grep -hoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true

@@ -2,14 +2,16 @@
 # Builds the libraries of the Windows build, with mingw-w64, into build/windows-libraries/: Mini-XML from Debian's source
 # package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and nlohmann-json's headers. Does
 # nothing when they are there in these versions.
+#
+#     scripts/windows-libraries.sh
 set -euo pipefail
 source "$(dirname "$0")/common.bash"
 
-say() {
-    printf '== windows libraries: %s\n' "$1"
-}
-
+take_no_arguments "$@"
+steps=3
+steps_are_output=true
 need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make dpkg-dev libmxml-dev googletest nlohmann-json3-dev
+need_build_folder
 
 prefix=$PWD/build/windows-libraries
 toolchain=$PWD/cmake/MingwToolchain.cmake
@@ -17,6 +19,7 @@ host=x86_64-w64-mingw32
 mxml_version=$(dpkg-query -W -f '${source:Version}' libmxml-dev)
 versions=$(dpkg-query -W -f '${Package} ${Version}\n' libmxml-dev googletest nlohmann-json3-dev g++-mingw-w64-x86-64-posix)
 if [[ "$(cat "$prefix/versions" 2>/dev/null)" == "$versions" ]]; then
+    say "Windows libraries: up to date"
     exit 0
 fi
 
@@ -44,7 +47,7 @@ fetch_mxml() {
     mv "$work"/mxml-*/ "$work/mxml"
 }
 
-say "fetching and building Mini-XML $mxml_version"
+step "Windows libraries: fetching and building Mini-XML $mxml_version"
 fetch_mxml
 (
     cd "$work/mxml"
@@ -54,11 +57,12 @@ fetch_mxml
 install -D -m 644 "$work/mxml/mxml.h" "$prefix/include/mxml.h"
 install -D -m 644 "$work/mxml/libmxml.a" "$prefix/lib/libmxml.a"
 
-say "building GoogleTest"
+step "Windows libraries: building GoogleTest"
 quietly cmake -S /usr/src/googletest -B "$work/googletest" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
     -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_GMOCK=OFF &&
     quietly cmake --build "$work/googletest" --target install || fail "GoogleTest cannot be built, see above"
 
+step "Windows libraries: copying nlohmann-json"
 # Not /usr/include itself, which holds this system's headers as well.
 mkdir -p "$prefix/share/cmake"
 cp -r /usr/include/nlohmann "$prefix/include/"
