@@ -9,8 +9,8 @@ add_library(OwnCode INTERFACE)
 target_compile_options(
     OwnCode
     INTERFACE
-        $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
-        $<$<CXX_COMPILER_ID:MSVC>:/W4;/utf-8;/permissive->
+        $<$<COMPILE_LANG_AND_ID:CXX,GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
+        $<$<COMPILE_LANG_AND_ID:CXX,MSVC>:/W4;/utf-8;/permissive->
 )
 # Calls into a shared library go straight there.
 target_compile_options(OwnCode INTERFACE $<$<PLATFORM_ID:Linux>:-fno-plt>)
@@ -70,6 +70,17 @@ function(copy_runtime_libraries)
             COMMAND_EXPAND_LISTS VERBATIM
         )
     endforeach()
+endfunction()
+
+# file_properties(<target> <file> <type> <description>): on Windows, what the properties of the target's file show, the
+# project's version among it. The type is VFT_APP or VFT_DLL.
+function(file_properties target file type description)
+    if(NOT WIN32)
+        return()
+    endif()
+    set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/FileProperties.rc.in" "${resource}" @ONLY)
+    target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
 # own_code(<target>...): builds the targets by our rules. Not part of what a package's user gets.
