@@ -1,20 +1,33 @@
 #!/usr/bin/env bash
-# Writes docs/events.md and docs/events.html, the reference of all events, from what the wrapper sends.
+# Writes what is kept here of what the program prints and sends: docs/events.md and docs/events.html, the reference of all
+# events; docs/run.svg, a terminal after scripts/run.sh; and tests/data/good_run.txt. Tests fail until this is done.
 #
 #     scripts/reference.sh
 #
-# Builds the preset release's event_reference and runs it: the test program's calls in the telemetry library's test mode,
-# beside the declarations in telemetry/CorvaneTavi.h. The test Reference.IsUpToDate fails until this is done.
+# The events are those of the test program's calls, recorded by event_reference in the telemetry library's test mode,
+# beside the declarations in telemetry/CorvaneTavi.h. Nothing is written when a test fails.
 set -euo pipefail
 source "$(dirname "$0")/common.bash"
 
 take_no_arguments "$@"
-steps=3
+steps=5
 step "Looking for missing packages"
-need_packages g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev
+need_packages g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev python3-rich
 need_build_folder
+step "Running scripts/run.sh"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+# On a terminal, of which "script" takes down what it shows.
+script -qec scripts/run.sh /dev/null </dev/null | tr -d '\r' >"$work/terminal" || {
+    cat "$work/terminal" >&2
+    fail "a test fails, see above"
+}
+build/run/bin/cvtavi_test >"$work/good_run"
 step "Building event_reference in build/release"
 quietly cmake --preset release || fail "configuring failed, see above"
 quietly cmake --build --preset release --target event_reference || fail "building failed, see above"
 step "Writing docs/events.md and docs/events.html"
 build/release/docs/reference/event_reference . docs
+step "Writing docs/run.svg and tests/data/good_run.txt"
+scripts/terminal_picture.py scripts/run.sh docs/run.svg <"$work/terminal"
+cp "$work/good_run" tests/data/good_run.txt

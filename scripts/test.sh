@@ -24,7 +24,7 @@ steps=$((1 + 2 * ${#presets[@]}))
 steps_are_output=true
 step "looking for missing packages and libraries"
 need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
-    libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev
+    libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev python3-rich
 if [[ " ${presets[*]} " == *" clang "* ]]; then
     need_packages python3 chromium chromium-driver # the event reference's page is tested in a browser
 fi

@@ -1,6 +1,38 @@
 #include <gtest/gtest.h>
 
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
 #include "Program.h"
+
+namespace
+{
+
+// The lines that a picture of a terminal shows, without empty ones.
+std::vector<std::string> LinesOfThePicture(const std::string& picture)
+{
+    std::vector<std::string> lines;
+    const std::regex shown(R"(class="run-r1"[^>]*>([^<\n]+)</text>)");
+    for (std::sregex_iterator match(picture.begin(), picture.end(), shown), end; match != end; ++match)
+        lines.push_back(std::regex_replace((*match)[1].str(), std::regex("&#160;"), " "));
+    return lines;
+}
+
+std::vector<std::string> LinesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+    {
+        if (!line.empty())
+            lines.push_back(line);
+    }
+    return lines;
+}
+
+} // namespace
 
 TEST(Readme, ShowsTheMinimalHostApplicationAsItIs)
 {
@@ -8,4 +40,22 @@ TEST(Readme, ShowsTheMinimalHostApplicationAsItIs)
     EXPECT_NE(readme.find("```cpp\n" + ReadFile(SOURCE_DIR "/examples/minimal/main.cpp") + "```\n"), std::string::npos);
     EXPECT_NE(readme.find("```cmake\n" + ReadFile(SOURCE_DIR "/examples/minimal/CMakeLists.txt") + "```\n"),
               std::string::npos);
+}
+
+TEST(Readme, OpensWithAPictureOfAGoodRun)
+{
+    EXPECT_NE(ReadFile(SOURCE_DIR "/README.md").find("](docs/run.svg)"), std::string::npos);
+
+    // The first three tests and the last one; a title and a verdict each.
+    std::vector<std::string> expected = LinesOf(GoodRun());
+    ASSERT_GT(expected.size(), 9U);
+    const auto middle = expected.begin() + 6;
+    const auto end = expected.end() - 3;
+    const std::string omitted = "... " + std::to_string((end - middle) / 2) + " more, PASSED each ...";
+    expected.insert(expected.erase(middle, end), omitted);
+    expected.insert(expected.begin(), {"$ scripts/run.sh", "[1/4] Looking for missing packages",
+                                       "[2/4] Configuring in build/run", "[3/4] Building",
+                                       "[4/4] Running build/run/bin/cvtavi_test"});
+    expected.push_back("$");
+    EXPECT_EQ(LinesOfThePicture(ReadFile(SOURCE_DIR "/docs/run.svg")), expected);
 }

@@ -3,7 +3,6 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,18 +68,6 @@ TEST(Vocabulary, AConstantIsNamedByItsTextWithDotsMadeUnderscores)
         std::replace(name.begin(), name.end(), '.', '_');
         EXPECT_EQ(constant.name, name) << constant.text;
     }
-}
-
-TEST(Vocabulary, HoldsExactlyTheCollectedTexts)
-{
-    std::istringstream file(Contents(TEST_DATA_DIR "/vocabulary.txt"));
-    std::vector<std::string> collected;
-    for (std::string line; std::getline(file, line);)
-        collected.push_back(line);
-    std::sort(collected.begin(), collected.end());
-
-    EXPECT_EQ(collected.size(), 189U);
-    EXPECT_EQ(SortedTexts(ConstantsOfTheHeader()), collected);
 }
 
 TEST(Vocabulary, HasNoTextTwice)
