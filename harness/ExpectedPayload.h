@@ -25,6 +25,7 @@ requires(!std::same_as<Integer, bool>) std::wstring ExpectedText(Integer number)
 // Six decimals, without trailing zeros and without a trailing point.
 std::wstring ExpectedText(double number);
 
+// As given; a pointer is not null.
 std::wstring ExpectedText(const std::wstring& text);
 std::wstring ExpectedText(const wchar_t* text);
 

@@ -1,10 +1,11 @@
+// From the harness's wide text to the library's strings.
 #pragma once
 
 #include <string>
 
 #include <TaviDesktopSDK/TaviString.h>
 
-// The library's string of a wide text.
+// In UTF-8, up to the first null character.
 inline Veltrane::TaviDesktopSDK::TaviString NarrowText(const std::wstring& wide)
 {
     Veltrane::TaviDesktopSDK::TaviString narrow;

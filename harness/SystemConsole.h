@@ -1,3 +1,4 @@
+// What a system's console needs, so that UTF-8 shows as it is meant.
 #pragma once
 
 // While it lives, a console or terminal at standard output takes UTF-8; afterwards what it took before. Constructed

@@ -15,7 +15,7 @@
 class Attribute
 {
 public:
-    // `name` is one of the vocabulary's constants.
+    // `name` is one of the vocabulary's constants and no copy of it: its address tells which.
     Attribute(const std::wstring& name, const std::wstring& text) : key(&NarrowOf(name)), value(&text) {}
     Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(&NarrowOf(name)), value(flag) {}
     Attribute(const std::wstring& name, std::int32_t number) : key(&NarrowOf(name)), value(std::int64_t{number}) {}

@@ -1,4 +1,5 @@
-// An event's attributes: text by key, ordered by key. Storing under a key that is present replaces its text.
+// An event's attributes: text by key, in ascending order of the keys' bytes. Storing with operator[] under a key that
+// is present replaces its text.
 #pragma once
 
 #include <map>

@@ -2,11 +2,18 @@
 //
 // Each reporting method translates its arguments into one event and hands it to the telemetry library before it
 // returns. Methods return nothing and keep nothing; when the library refuses an event, one line on standard output
-// names the method and the library function, and the host goes on. Only exhausted memory throws.
+// names the sender and the library function, and the host goes on. The sender is the method itself, as in
+// "CorvaneTavi::TrackFileInput TaviDesktopSDK::TrackEvent", but CorvaneTavi::TrackWaypoint for every waypoint and
+// TaviDocument::TrackEvent for a document. Only exhausted memory throws. Whether the user has opted in is not asked
+// here: the library's IsOptedIn tells.
 //
-// Use from one thread at a time. Text is UTF-16 or UTF-32, as wide as wchar_t, and ends at its first null character;
-// what is ill-formed in it is sent as U+FFFD. An empty text is sent as an empty string. Numbers and flags are sent as
-// text, flags as "True" and "False", unless said otherwise. Vocabulary.h has the names of events and attributes.
+// Use from one thread at a time. Wide text is UTF-16 or UTF-32, as wide as wchar_t, and ends at its first null
+// character; it is sent as UTF-8, with U+FFFD for what is ill-formed. An empty text is sent as an empty string. Numbers
+// and flags are sent as text unless said otherwise: flags as "True" and "False", integers in plain decimal,
+// floating-point numbers as TaviString(double) writes them.
+//
+// No value is checked. What a text, a code or an identifier means, and the unit of a size, a factor, an opacity, an
+// angle or a duration, is the host's own unless named below. Vocabulary.h has the names of events and attributes.
 #pragma once
 
 #include <cstdint>
@@ -32,21 +39,24 @@ struct NavBarToolState
 class CorvaneTavi
 {
 public:
-    // The one wrapper of the process. Every call starts the telemetry library unless that was done before; a start that
-    // fails prints one diagnostic line, and the next call tries again.
+    // The one wrapper of the process, there until it exits. Every call runs StartSdk() and drops its status.
     static CorvaneTavi& Instance();
 
     CorvaneTavi(const CorvaneTavi&) = delete;
     CorvaneTavi& operator=(const CorvaneTavi&) = delete;
 
-    // The library's status: 0 when started, now or before.
+    // Reads the product file (UpiProductInfo.h) and starts the telemetry library. Returns the library's status; any but
+    // 0 prints "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize". Once the library has given an identifier of the
+    // host product, whatever the status, further calls do nothing and return 0. Until then each tries again, and events
+    // carry an empty identifier.
     int StartSdk();
 
-    // Product line, release, master and build identifier joined by "&"; empty when one of them is empty.
+    // Product line, release, master and build identifier joined by "&", for the library's testing functions; empty when
+    // one of them is empty.
     std::string GetProductKey() const;
 
-    // Reports a waypoint, the event behind all methods up to TrackPPR. An attribute that was never given text is left
-    // out, and so is one whose key is empty.
+    // Reports a waypoint, the event behind all methods up to TrackPPR. A name or an attribute that was never given text
+    // is left out, and so is an attribute whose key is empty; without attributes there is no "component_attributes".
     void TrackWaypoint(const Veltrane::TaviDesktopSDK::TaviString& componentName, const AttributeMap& attributes);
 
     // Output, help and material
@@ -59,7 +69,8 @@ public:
                      std::uint64_t analysisCount);
     void TrackResultsUsage(const std::wstring& resultName, const std::wstring& plotName);
 
-    // Analysis, mesh and mould. The change of an analysis property carries no property name.
+    // Analysis, mesh and mould. The change of an analysis property carries no property name. `parallelType` and
+    // `customThreadNumber` are the host's own numbers.
     void TrackAnalysisPropertyChanged(const std::wstring& previousValue, const std::wstring& newValue);
     void TrackAnalysisDetails(const std::wstring& processName, const std::wstring& sequenceName,
                               std::int32_t parallelType, const std::wstring& parallelTypeDescription,
@@ -76,7 +87,8 @@ public:
     void Track3DCUsed(const std::wstring& deviceType);
 
     // Navigation bar. A drag is reported under the caller's name for it, 8-bit text sent byte for byte. Of the tools at
-    // start-up only their number and the last one's name and hidden flag are sent.
+    // start-up only their number and the last one's name and hidden flag are sent; without tools, the number 0 alone.
+    // `linkedToDorvel` tells of a link to the view cube.
     void TrackNavBarClosed();
     void TrackNavBarCustomizationClicked();
     void TrackNavBarDragMove(const std::string& waypointName, bool linkedToDorvel, const std::wstring& position,
@@ -87,7 +99,8 @@ public:
     void TrackNavBarToolClicked(const std::wstring& toolName, bool activated);
     void TrackNavBarToolRightClicked(const std::wstring& toolName, const std::wstring& menuItem);
 
-    // Steering wheel. Mini before large for the sizes, large before mini for the opacities: the host calls it so.
+    // Steering wheel. Mini before large for the sizes, large before mini for the opacities: the host calls it so. Sizes
+    // and factors are in the host's own units.
     void TrackSteerWheelActivated(const std::wstring& wheelType);
     void TrackSteerWheelClicked(const std::wstring& wheelType, const std::wstring& zone);
     void TrackSteerWheelDragBegin(const std::wstring& wheelType, const std::wstring& zone);
@@ -100,14 +113,14 @@ public:
                                    bool flyPlanarMotion);
     void TrackSteerWheelWelcomeClicked(const std::wstring& welcomePart);
 
-    // View cube
+    // View cube. The methods call it Dorvel. Opacity, angle and duration are in the host's own units.
     void TrackDorvelClicked(const std::wstring& part);
     void TrackDorvelDragBegin(const std::wstring& part);
     void TrackDorvelLoadOption(const std::wstring& size, const std::wstring& screenLocation, float minimumOpacity,
                                bool visible, bool drawUcsMenu, bool drawCompass, bool dragSnap, float compassAngle,
                                float transitionDuration, bool zoomToFitScene, bool preserveSceneUp, bool orientToUcs);
 
-    // Licence-mode settings
+    // Licence-mode settings. The three numbers count jobs.
     void TrackPPR(const std::wstring& licenseMode, bool showUseLicense, bool showUsePpr, bool showCustomInfo,
                   bool shouldMonetize, std::uint64_t meridorJobLimit, std::uint64_t concurrentMeridorJobs,
                   std::uint64_t concurrentHaldenJobs);
@@ -120,7 +133,8 @@ public:
                         const std::wstring& resourceModule, const std::wstring& resourceCategory,
                         const std::wstring& commandDescription);
 
-    // File input. A file was opened, added or imported. `contentSize` is in bytes and is sent as an integer.
+    // File input. A file was opened, added or imported. `contentSize` is in bytes and is sent as an integer, a negative
+    // one too. The other numbers are counts.
     void TrackFileInput(const std::wstring& fileAddOrImport, bool importSucceeded, const std::wstring& meshType,
                         const std::wstring& fileExtension, std::int32_t contentSize, bool isNetworkPath,
                         std::int32_t num2dObjects, std::int32_t num3dObjects, std::int32_t numAnnotationObjects,
@@ -129,7 +143,8 @@ public:
                         const std::wstring& prevOpenProductLine, const std::wstring& prevOpenProductRelease,
                         const std::wstring& prevOpenProductLicenseFeatureName);
 
-    // Entitlement. The host product's details changed.
+    // Entitlement. The host product's details changed. `expiryDays` is in days, and may be negative; `licenseBehavior`
+    // and `entitlementUsage` are the host's codes. `licensedProductKey` is sent whatever `GetProductKey` gives.
     void TrackUpdateLicense(const std::wstring& licensedProductKey, const std::wstring& featureName,
                             const std::wstring& featureVersion, const std::wstring& serialNumber,
                             std::int32_t licenseBehavior, std::int32_t entitlementUsage, std::int32_t expiryDays);
@@ -139,7 +154,8 @@ public:
     // a document already registered under `name`; documents are kept until the process exits.
     void AddDocument(const std::wstring& name, const std::wstring& extension, std::uint64_t size, std::uint32_t source);
 
-    // Documents. Sends the prepared event of the document, at every call; an unknown `name` does nothing.
+    // Documents. Sends the prepared event of the document, at every call, with the milliseconds that the library's edit
+    // timer has run; an unknown `name` does nothing.
     void StartTrackFileChange(const std::wstring& name);
 
 private:

@@ -22,6 +22,7 @@ struct FacetFieldTexts
     Veltrane::TaviDesktopSDK::TaviString product_suite_name{FacetField::product_suite_name};
 };
 
+// Made at the first call, and there until the process ends.
 inline const FacetFieldTexts& FacetFields()
 {
     // Never destroyed: the host may report until the last of its own statics is gone.

@@ -1,4 +1,7 @@
 // The 8-bit names of the facet fields, spelt as the telemetry library spells them.
+//
+// The wrapper writes strings under them, but an integer under "content_size" and objects of strings under
+// "component_attributes", "content_meta" and "entitlement_properties".
 #pragma once
 
 #include <array>

@@ -22,13 +22,13 @@ inline void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Ve
         facet.SetFacetEntry(key, Veltrane::TaviDesktopSDK::JsonValue());
 }
 
-// One capital letter under "type".
+// One capital letter under "type": "C" for events with a component, "D" with a content, "S" with an entitlement.
 inline void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter)
 {
     SetFacetEntry(core, FacetFields().type, letter);
 }
 
-// The letter that stands for `code`, 1 to 39, under "scope". Any other code removes the entry.
+// The letter that stands for `code`, 1 to 39, under "scope"; several codes share one. Any other code removes the entry.
 void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, int code);
 
 inline void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
@@ -47,7 +47,7 @@ void SetFacetObjectMember(Veltrane::TaviDesktopSDK::Facet::Base& facet, const ch
 void SetFacetObjectMembers(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* objectKey,
                            const AttributeMap& attributes);
 
-// Replaces the whole "component_attributes" object.
+// Replaces the whole "component_attributes" object; no attributes leave none.
 void SetComponentAttributes(Veltrane::TaviDesktopSDK::Facet::Base& component, const AttributeMap& attributes);
 
 // Every member of a JSON object as text; empty for any other value.

@@ -10,11 +10,11 @@
 // caller when there is none. Null when the file is not well-formed. Nothing is printed.
 mxml_node_t* LoadXmlFile(mxml_node_t* parent, std::FILE* file);
 
-// mxmlFindElement for elements of that name, whatever their attributes.
+// mxmlFindElement for elements of that name, whatever their attributes. Null when there is none.
 mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, bool descend);
 
 // True for "<?...?>", an XML declaration among them; false for null.
 bool IsDirective(mxml_node_t* node);
 
-// The text of a text node; null for any other.
+// The text of a text node, which owns it; null for any other.
 const char* TextOf(mxml_node_t* node);

@@ -1,7 +1,7 @@
 // One open document of the host and the event that is sent when its user starts changing it.
 //
-// The event is made when the document is registered, and its edit timer runs from then on. Not for use by two threads
-// at once.
+// The event is made when the document is registered, and its edit timer runs from then on. Text is as in CorvaneTavi.h.
+// Not for use by two threads at once.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,8 @@ public:
     TaviDocument& operator=(const TaviDocument&) = delete;
     virtual ~TaviDocument();
 
-    // Sends the event, every time anew; the timer goes on. A failure prints one diagnostic line.
+    // Sends the event for the host product of `tavi`, every time anew; the timer goes on. When the library refuses it,
+    // "TaviDocument::TrackEvent TaviDesktopSDK::TrackEvent" is printed on standard output.
     void TrackEvent(const CorvaneTavi& tavi) const;
 
 private:

@@ -1,12 +1,14 @@
 // The host product's identity: four identifiers, read from UPI/upiconfig.xml in the program's folder.
 //
-// The file is XML. An element `upi_element` whose attribute "name" is "level" describes one level; inside it, elements
-// `upi_attribute` give in their attributes "name" and "value" the level's name (name="name") and identifier
-// (name="id"). The levels "productline", "release", "master" and "build" are nested, each the first `upi_element`
-// inside the one before; siblings of a visited one are not read. The search starts below the document's first node,
-// which is the XML declaration where there is one.
+// The file is XML; harness/UPI/upiconfig.xml is an example. An element `upi_element` whose attribute "name" is "level"
+// describes one level; inside it, elements `upi_attribute` give in their attributes "name" and "value" the level's name
+// (name="name") and identifier (name="id"); the later of two alike counts. The levels "productline", "release",
+// "master" and "build" are nested in any order, each the first `upi_element` inside the one before; siblings of a
+// visited one are not read. The search starts below the document's first node, which is the XML declaration where there
+// is one.
 //
-// Nothing is reported: whatever the file lacks, or all when there is no readable file, is "undefined".
+// Identifiers are UTF-8, and may be empty. Nothing is reported: whatever the file lacks, or all when there is no
+// readable file or it is not well-formed, is "undefined".
 #pragma once
 
 #include <filesystem>
@@ -16,7 +18,8 @@
 class UpiProductInfo
 {
 public:
-    // Reads the file at GetUpiConfigPath(fromExecutable).
+    // Reads the file at GetUpiConfigPath(fromExecutable): without `fromExecutable` that is a folder, and all is
+    // "undefined".
     explicit UpiProductInfo(bool fromExecutable);
 
     // Reads the file at `file`.

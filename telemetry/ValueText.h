@@ -8,7 +8,7 @@
 #include <TaviDesktopSDK/JsonValue.h>
 #include <TaviDesktopSDK/TaviString.h>
 
-// Up to its first null character.
+// Up to its first null character: wide text as SetStringW() converts it, 8-bit text byte for byte.
 Veltrane::TaviDesktopSDK::TaviString TextOf(const std::wstring& value);
 Veltrane::TaviDesktopSDK::TaviString TextOf(const std::string& value);
 
@@ -21,7 +21,7 @@ void SetText(Veltrane::TaviDesktopSDK::JsonValue& member, const std::wstring& va
 void SetText(Veltrane::TaviDesktopSDK::JsonValue& member, std::int64_t value);
 void SetText(Veltrane::TaviDesktopSDK::JsonValue& member, std::uint64_t value);
 
-// As the telemetry library writes it.
+// As the telemetry library writes it, TaviString(double).
 void SetText(Veltrane::TaviDesktopSDK::JsonValue& member, double value);
 
 // "True" or "False". A plain bool parameter would take any pointer as well.

@@ -31,7 +31,8 @@ public:
     // which must outlive it; when not shared, on a copy of it.
     Base(JsonValue* data, bool shared);
 
-    // Copies entries and a running edit timer; a copy never shares its data.
+    // Copies entries and a running edit timer; a copy never shares its data, and assigning to a facet that does writes
+    // the caller's `*data`.
     Base(const Base& other);
     Base& operator=(const Base& other);
 
@@ -45,6 +46,7 @@ public:
     // A copy of `event` with this facet's entries added, an entry replacing one of the same key.
     virtual JsonValue Build(const JsonValue& event) const;
 
+    // What the class's FacetName() gives: a constant text of the library's.
     virtual const char* GetFacetName() const = 0;
 
     // A new copy, owned by the caller.
@@ -62,12 +64,14 @@ public:
     // The entry for reading; null when absent.
     const JsonValue& GetFacetEntry(const TaviString& key) const { return Data()[key]; }
 
-    // The entry for writing, added as null when absent.
+    // The entry for writing, added as null when absent; valid as a reference that JsonValue's operator[] gave.
     JsonValue& GetFacetEntry(const TaviString& key) { return Data()[key]; }
 
 protected:
+    // Also stops the edit timer.
     virtual void RemoveFacetEntries();
 
+    // The object of entries; null before the first.
     JsonValue& Data();
     const JsonValue& Data() const;
 

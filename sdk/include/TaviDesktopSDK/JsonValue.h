@@ -1,7 +1,8 @@
 // A JSON value (null, boolean, 64-bit integer, string, object or array) held by value through one pointer-sized handle.
 //
-// The handle of a null value is empty, and no other value's is. Copies are deep. A reference that operator[] gave stays
-// valid while other members are added to the same object. Assigning a value to one of its own members, or a member to
+// The handle of a null value is empty, and no other value's is. Strings and keys are 8-bit text as in TaviString.h; a
+// key without text is the empty key. Copies are deep. A reference that operator[] gave stays valid while other members
+// are added to the same object, and ends with its member. Assigning a value to one of its own members, or a member to
 // the value that holds it, copies first and is safe; only moving a value into one of its own members is not allowed.
 // Nothing here throws but for want of memory. Not safe for use by two threads at once.
 #pragma once
@@ -47,13 +48,14 @@ public:
 
     bool IsNull() const noexcept { return node == nullptr; }
 
-    // Makes the value a string, or null when `text` is a null pointer.
+    // Makes the value a string, a copy of the null-terminated `text`, or null when `text` is a null pointer.
     TAVI_SDK_API void SetString(const char* text);
 
     // The member under `key`, added as null when missing. A value that is no object becomes an empty object first.
     TAVI_SDK_API JsonValue& operator[](const TaviString& key);
 
-    // For reading: a null value for an absent member, an index out of range, and for any value that has no members.
+    // For reading: a null value for an absent member, an index out of range, and for any value that has no members. An
+    // index counts an array's elements from 0.
     TAVI_SDK_API const JsonValue& operator[](const TaviString& key) const;
     TAVI_SDK_API const JsonValue& operator[](int index) const;
 
@@ -71,7 +73,7 @@ public:
     // 0 when both are equal as JSON: same type, same content, objects whatever the order of their members. 1 otherwise.
     TAVI_SDK_API int Compare(const JsonValue& other) const;
 
-    // True when there was such a member.
+    // True when there was such a member. Without its last member an object is an empty one.
     TAVI_SDK_API bool RemoveKey(const TaviString& key);
 
     // A string's text; no text for null; the JSON text of every other value.

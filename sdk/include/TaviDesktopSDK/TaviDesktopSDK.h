@@ -16,28 +16,34 @@ inline constexpr int StatusSuccess = 0;
 inline constexpr int StatusNotOptedIn = 4; // from IsOptedIn
 
 // Receives each payload that would be uploaded, the context given at registration, and a reply to fill in. The payload
-// lives for the call; a copy of it stays valid. The result is not used.
+// is one flat object: the host product's entries, the event's own, those of its sub-facets in the order of creation,
+// and the extra members; a later one replaces an earlier one of the same key. It lives for the call; a copy of it stays
+// valid. The result is not used.
 using TestingCallback = int (*)(const JsonValue& payload, void* context, JsonValue& reply);
 
-// Starts the library for `product` and writes the text that identifies the host product from then on.
+// Starts the library for `product`, whose entries as they are now go into every payload, and writes the text that
+// identifies the host product from then on. After success that text is not empty; after a failure it may be.
 TAVI_SDK_API int Initialize(const Facet::Product& product, TaviString& hostProduct);
 
 // False when `hostProduct` is not one that Initialize gave out.
 TAVI_SDK_API bool SetHostProduct(const TaviString& hostProduct);
 
-// Sends the event that `core` and its sub-facets describe; the members of `extra`, when given, are added last.
-// In test mode the testing callback has been called with the payload when this returns.
+// Sends the event that `core` and its sub-facets describe; the members of `extra`, when given, are added last. In test
+// mode the testing callback has been called with the payload when this returns. An event for a host product that
+// Initialize did not give out fails and is shown to no callback.
 TAVI_SDK_API int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra);
 
 // Whether the user takes part in the usage-data programme; StatusNotOptedIn when not. `details` may be null.
 TAVI_SDK_API int IsOptedIn(JsonValue* details);
 
 // `flags` is an object of booleans: "Testing_EnableCallback", "Testing_EnableWhitelistDownload",
-// "Testing_EnableUpload". Flags that are refused leave the earlier ones in force. `productKey` is the four product
-// identifiers joined by "&".
+// "Testing_EnableUpload". It replaces the earlier ones: the callback is called only while its flag is there and true.
+// Anything but an object is refused and leaves the earlier ones in force. `productKey` is the product's line, release,
+// master and build identifier joined by "&".
 TAVI_SDK_API int SetTestingFlags(const TaviString& productKey, const JsonValue& flags);
 
-// Registers `callback`, in place of any earlier one; a null `callback` withdraws it.
+// Registers `callback`, in place of any earlier one; a null `callback` withdraws it. `context` stays the caller's
+// and is handed over as it is, for as long as the registration holds.
 TAVI_SDK_API int SetTestingCallback(const TaviString& productKey, TestingCallback callback, void* context);
 
 } // namespace Veltrane::TaviDesktopSDK

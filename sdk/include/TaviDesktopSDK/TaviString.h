@@ -17,8 +17,8 @@ public:
 
     explicit TaviString(const char* text) : TaviString() { SetString(text); }
 
-    // The number's text: fixed notation rounded to six decimals, without trailing zeros and without a trailing point
-    // (0.45, 1.12, 0, -0, inf, nan), whatever the process's locale.
+    // The number's text: fixed notation rounded to six decimals as printf's "%f" has it, without trailing zeros and
+    // without a trailing point (0.45, 1.12, 0, -0, inf, nan), whatever the process's locale.
     TAVI_SDK_API explicit TaviString(double value);
 
     TAVI_SDK_API TaviString(const TaviString& other);
@@ -54,7 +54,7 @@ public:
     // The content as wide text, with U+FFFD for each ill-formed sequence; null, and valid, as c_str().
     TAVI_SDK_API const wchar_t* c_strw() const;
 
-    // In bytes, without the terminator.
+    // In bytes, without the terminator; 0 when the string has no text.
     TAVI_SDK_API unsigned long long size() const;
 
 private:
