@@ -24,10 +24,6 @@ namespace Sdk = Veltrane::TaviDesktopSDK;
 namespace
 {
 
-constexpr int ComponentScope = 25;
-constexpr int ContentScope = 6;
-constexpr int EntitlementScope = 4;
-
 std::string StandardString(const TaviString& text)
 {
     return text.c_str() != nullptr ? text.c_str() : "";

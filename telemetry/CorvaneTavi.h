@@ -39,7 +39,8 @@ struct NavBarToolState
 class CorvaneTavi
 {
 public:
-    // The one wrapper of the process, there until it exits. Every call runs StartSdk() and drops its status.
+    // The one wrapper of the process, there until it exits: a static object of the host that was made after the first
+    // call may still report from its destructor. Every call runs StartSdk() and drops its status.
     static CorvaneTavi& Instance();
 
     CorvaneTavi(const CorvaneTavi&) = delete;

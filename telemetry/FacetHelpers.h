@@ -28,6 +28,11 @@ inline void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char
     SetFacetEntry(core, FacetFields().type, letter);
 }
 
+// The codes of the scopes of our events.
+inline constexpr int ComponentScope = 25;
+inline constexpr int ContentScope = 6;
+inline constexpr int EntitlementScope = 4;
+
 // The letter that stands for `code`, 1 to 39, under "scope"; several codes share one. Any other code removes the entry.
 void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, int code);
 

@@ -45,7 +45,7 @@ TaviDocument::TaviDocument(const std::wstring& name, const std::wstring& extensi
     : core(std::make_unique<Facet::Core>())
 {
     SetEventType(*core, "D");
-    SetEventScope(*core, 6);
+    SetEventScope(*core, ContentScope);
     Facet::Content content = MakeContent(name, extension, size, source);
     content.StartDocumentEditTimer();
     core->ContentFacet() = content;

@@ -53,9 +53,9 @@ TEST(Readme, OpensWithAPictureOfAGoodRun)
     const auto end = expected.end() - 3;
     const std::string omitted = "... " + std::to_string((end - middle) / 2) + " more, PASSED each ...";
     expected.insert(expected.erase(middle, end), omitted);
-    expected.insert(expected.begin(), {"$ scripts/run.sh", "[1/4] Looking for missing packages",
-                                       "[2/4] Configuring in build/run", "[3/4] Building",
-                                       "[4/4] Running build/run/bin/cvtavi_test"});
+    expected.insert(expected.begin(),
+                    {"$ scripts/run.sh", "[1/4] Looking for missing packages", "[2/4] Configuring in build/run",
+                     "[3/4] Building", "[4/4] Running build/run/bin/cvtavi_test"});
     expected.push_back("$");
     EXPECT_EQ(LinesOfThePicture(ReadFile(SOURCE_DIR "/docs/run.svg")), expected);
 }

@@ -98,6 +98,7 @@ void ExpectTextsOfNumbers()
         {Limits::infinity(), "inf"},
         {-Limits::infinity(), "-inf"},
         {Limits::quiet_NaN(), "nan"},
+        {-Limits::quiet_NaN(), "nan"},
     };
     for (const NumberText& row : rows)
         EXPECT_EQ(Text(TaviString(row.number)), row.text) << row.number;

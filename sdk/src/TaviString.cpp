@@ -80,6 +80,11 @@ TaviString::TaviString(double value) : TaviString()
             *end++ = '-';
         end = WriteDecimals(end, std::abs(value));
     }
+    else if (std::isnan(value))
+    {
+        // Systems differ over the sign of what is no number, and it says nothing.
+        end = std::copy_n("nan", 3, begin);
+    }
     else
     {
         // Without decimals the locale has no say. std::to_chars would have the library load the mathematical one.

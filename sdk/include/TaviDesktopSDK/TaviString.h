@@ -18,7 +18,7 @@ public:
     explicit TaviString(const char* text) : TaviString() { SetString(text); }
 
     // The number's text: fixed notation rounded to six decimals as printf's "%f" has it, without trailing zeros and
-    // without a trailing point (0.45, 1.12, 0, -0, inf, nan), whatever the process's locale.
+    // without a trailing point (0.45, 1.12, 0, -0, inf, -inf, nan), whatever the process's locale.
     TAVI_SDK_API explicit TaviString(double value);
 
     TAVI_SDK_API TaviString(const TaviString& other);
