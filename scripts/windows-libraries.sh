@@ -43,7 +43,7 @@ fetch_mxml() {
         -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User= -o APT::Update::Error-Mode=any)
     quietly "${apt[@]}" update || fail "the source lists cannot be fetched: check the network and /etc/apt/sources.list"
     (cd "$work" && quietly "${apt[@]}" source "mxml=$mxml_version") ||
-        fail "the source package mxml $mxml_version cannot be fetched"
+        fail "the source package mxml $mxml_version cannot be fetched, see above: check the network, then run this again"
     mv "$work"/mxml-*/ "$work/mxml"
 }
 

@@ -7,6 +7,30 @@
 namespace
 {
 
+const char* const Opening = R"(# Events
+
+<!-- Written by scripts/reference.sh. Not to be edited. -->
+
+What each reporting method of `CorvaneTavi` sends. The payloads are those that the calls of the test program make, in
+the library's test mode with our stand-in; what the closed library adds before it uploads is not known here.
+`events.html` beside this is the same with a search; `scripts/reference.sh` writes both.
+
+A value's type is that of the argument it comes from, "as text" where it is sent as a string: flags as "True" and
+"False". "from" names the parameter. "fixed" is the same in every such event, and what is "measured" comes from the
+telemetry library.
+
+## Contents
+
+)";
+
+const char* const OpeningOfUnsent = R"(
+## Defined and not sent
+
+Names and keys of the vocabulary that no method sends of itself: other parts of the host have them, or a caller gives
+them.
+
+)";
+
 std::string Code(const std::string& text)
 {
     return "`" + text + "`";
@@ -55,20 +79,7 @@ void WriteEvent(std::ostream& out, const Event& event)
 std::string AsMarkdown(const Reference& reference)
 {
     std::ostringstream out;
-    out << "# Events\n"
-           "\n"
-           "<!-- Written by scripts/reference.sh. Not to be edited. -->\n"
-           "\n"
-           "What each reporting method of `CorvaneTavi` sends. The payloads are those that the calls of the test "
-           "program\n"
-           "make. `events.html` beside this is the same with a search; `scripts/reference.sh` writes both.\n"
-           "\n"
-           "A value's type is that of the argument it comes from, \"as text\" where it is sent as a string: flags as\n"
-           "\"True\" and \"False\". \"from\" names the parameter. \"fixed\" is the same in every such event, and what "
-           "is\n"
-           "\"measured\" comes from the telemetry library.\n"
-           "\n"
-           "## Contents\n\n";
+    out << Opening;
     for (const Group& group : reference.groups)
     {
         out << "- " << LinkTo(group.heading) << "\n";
@@ -89,10 +100,7 @@ std::string AsMarkdown(const Reference& reference)
     out << "\n## In every event\n\nThe host product's description.\n";
     WriteFields(out, reference.common);
 
-    out << "\n## Defined and not sent\n\n"
-           "Names and keys of the vocabulary that no method sends of itself: other parts of the host have them, or a "
-           "caller\n"
-           "gives them.\n\n";
+    out << OpeningOfUnsent;
     for (const UnsentText& unsent : reference.unsent)
         out << "- " << Code(unsent.text)
             << (unsent.namedInExampleOf.empty()
