@@ -1,5 +1,5 @@
-# Installs the program, both libraries with their headers, and the package that find_package(CorvaneTavi) reads; packs the
-# same as an archive.
+# Installs the program, both libraries with their headers, the package that find_package(CorvaneTavi) reads, and the event
+# reference; packs the same as an archive.
 
 include(CMakePackageConfigHelpers)
 
@@ -9,6 +9,14 @@ install(TARGETS cvtavi_test)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/harness/UPI" DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(TARGETS CorvaneTavi EXPORT CorvaneTaviTargets FILE_SET HEADERS)
 install(EXPORT CorvaneTaviTargets NAMESPACE Corvane:: DESTINATION "${packageDir}")
+
+install(
+    FILES
+        "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+        "${PROJECT_SOURCE_DIR}/docs/events.html"
+        "${PROJECT_SOURCE_DIR}/docs/events.md"
+    DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+)
 
 # The telemetry library goes along, wherever it comes from.
 if(TAVI_SDK_DIR)
