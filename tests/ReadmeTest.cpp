@@ -56,6 +56,6 @@ TEST(Readme, OpensWithAPictureOfAGoodRun)
     expected.insert(expected.begin(),
                     {"$ scripts/run.sh", "[1/4] Looking for missing packages", "[2/4] Configuring in build/run",
                      "[3/4] Building", "[4/4] Running build/run/bin/cvtavi_test"});
-    expected.push_back("$");
+    expected.emplace_back("$");
     EXPECT_EQ(LinesOfThePicture(ReadFile(SOURCE_DIR "/docs/run.svg")), expected);
 }
