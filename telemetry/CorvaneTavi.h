@@ -145,7 +145,8 @@ public:
                         const std::wstring& prevOpenProductLicenseFeatureName);
 
     // Entitlement. The host product's details changed. `expiryDays` is in days, and may be negative; `licenseBehavior`
-    // and `entitlementUsage` are the host's codes. `licensedProductKey` is the caller's and need not be GetProductKey().
+    // and `entitlementUsage` are the host's codes. `licensedProductKey` is the caller's, and need not be that of
+    // GetProductKey().
     void TrackUpdateLicense(const std::wstring& licensedProductKey, const std::wstring& featureName,
                             const std::wstring& featureVersion, const std::wstring& serialNumber,
                             std::int32_t licenseBehavior, std::int32_t entitlementUsage, std::int32_t expiryDays);

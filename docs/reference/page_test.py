@@ -12,6 +12,7 @@ import os
 import re
 import subprocess
 import sys
+import urllib.error
 import urllib.request
 from pathlib import Path
 
@@ -30,7 +31,12 @@ class Browser:
         if os.geteuid() == 0:
             arguments.append("--no-sandbox")  # Chromium refuses root otherwise
         options = {"goog:chromeOptions": {"args": arguments}, "goog:loggingPrefs": {"browser": "ALL"}}
-        self.session += "/session/" + self.send("/session", {"capabilities": {"alwaysMatch": options}})["sessionId"]
+        try:
+            session = self.send("/session", {"capabilities": {"alwaysMatch": options}})
+        except BaseException:
+            self.stop()
+            raise
+        self.session += "/session/" + session["sessionId"]
 
     def __enter__(self):
         return self
@@ -39,14 +45,20 @@ class Browser:
         try:
             self.send("", method="DELETE")
         finally:
-            self.driver.terminate()
-            self.driver.wait()
+            self.stop()
+
+    def stop(self):
+        self.driver.terminate()
+        self.driver.wait()
 
     def send(self, path, body=None, method="POST"):
         data = None if method == "DELETE" else json.dumps(body or {}).encode()
         request = urllib.request.Request(self.session + path, data, {"Content-Type": "application/json"}, method=method)
-        with urllib.request.build_opener(urllib.request.ProxyHandler({})).open(request, timeout=120) as answer:
-            return json.load(answer)["value"]
+        try:
+            with urllib.request.build_opener(urllib.request.ProxyHandler({})).open(request, timeout=120) as answer:
+                return json.load(answer)["value"]
+        except urllib.error.HTTPError as error:
+            sys.exit(f"{method} {path}: " + json.load(error)["value"]["message"])
 
     def open(self, page):
         self.send("/url", {"url": page.resolve().as_uri()})
