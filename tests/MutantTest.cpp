@@ -164,19 +164,52 @@ std::vector<Mutant> AllMutants()
     return mutants;
 }
 
-// Empty when the program judges the mutant as the rules say; otherwise what is wrong.
-std::string Fault(const ProgramCopy& copy, const Mutant& mutant)
-{
-    const CatalogueTest& mutated = TheCatalogue()[mutant.test];
-    const std::string judgement = ExpectedJudgement(mutated, mutant.payload);
-    const bool passes = judgement == "PASSED\n";
-    if (passes != mutant.mustPass)
-        return "the model lets it " + std::string(passes ? "pass" : "fail");
+// Mutants that are handed to one run of the program, each of another test and all of the same outcome.
+using Batch = std::vector<const Mutant*>;
 
-    const json script = {{"TrackEvent", {{std::to_string(mutant.test + 1), {{"payload", mutant.payload}}}}}};
+// The first of each test has a run of its own, as it alone decides the run's status. The others share runs.
+std::vector<Batch> Batches(const std::vector<Mutant>& mutants)
+{
+    std::map<std::pair<std::size_t, bool>, std::size_t> ranks; // among those of one test and outcome
+    std::map<std::pair<std::size_t, bool>, Batch> shared;      // by rank and outcome
+    std::vector<Batch> batches;
+    for (const Mutant& mutant : mutants)
+    {
+        const std::size_t rank = ranks[{mutant.test, mutant.mustPass}]++;
+        if (rank == 0)
+            batches.push_back({&mutant});
+        else
+            shared[{rank, mutant.mustPass}].push_back(&mutant);
+    }
+    for (auto& [rank, batch] : shared)
+        batches.push_back(std::move(batch));
+    return batches;
+}
+
+// Empty when the program judges each as the rules say; otherwise what is wrong.
+std::string Fault(const ProgramCopy& copy, const Batch& batch)
+{
+    std::map<const CatalogueTest*, std::string> judgements;
+    json script;
+    bool passes = true;
+    for (const Mutant* const mutant : batch)
+    {
+        const CatalogueTest& mutated = TheCatalogue()[mutant->test];
+        const std::string judgement = ExpectedJudgement(mutated, mutant->payload);
+        passes = judgement == "PASSED\n";
+        if (passes != mutant->mustPass)
+            return "the model lets " + mutant->what + (passes ? " pass" : " fail");
+        judgements[&mutated] = judgement;
+        script["TrackEvent"][std::to_string(mutant->test + 1)] = {{"payload", mutant->payload}};
+    }
+
     const Outcome outcome = copy.Run(script.dump());
-    const std::string expected = WholeRun(
-        [&](const CatalogueTest& test) { return &test == &mutated ? judgement : std::string("PASSED\n"); }, passes);
+    const auto body = [&judgements](const CatalogueTest& test)
+    {
+        const auto found = judgements.find(&test);
+        return found != judgements.end() ? found->second : std::string("PASSED\n");
+    };
+    const std::string expected = WholeRun(body, passes);
     if (outcome.output != expected)
         return "expected:\n" + expected + "printed:\n" + outcome.output;
     if (outcome.status != (passes ? 0 : 1))
@@ -184,11 +217,33 @@ std::string Fault(const ProgramCopy& copy, const Mutant& mutant)
     return outcome.errors;
 }
 
+// What is wrong with those of the batch that are judged wrongly, each in a run of its own when they share one.
+std::map<const Mutant*, std::string> Faults(const ProgramCopy& copy, const Batch& batch)
+{
+    std::map<const Mutant*, std::string> faults;
+    const std::string fault = Fault(copy, batch);
+    if (fault.empty())
+        return faults;
+    if (batch.size() > 1)
+    {
+        for (const Mutant* const mutant : batch)
+        {
+            const std::string own = Fault(copy, {mutant});
+            if (!own.empty())
+                faults[mutant] = own;
+        }
+    }
+    if (faults.empty())
+        faults[batch.front()] = fault;
+    return faults;
+}
+
 } // namespace
 
 TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
 {
     const std::vector<Mutant> mutants = AllMutants();
+    const std::vector<Batch> batches = Batches(mutants);
     std::atomic<std::size_t> next = 0;
     std::atomic<std::size_t> right = 0;
     std::mutex reporting;
@@ -197,24 +252,22 @@ TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
     const std::vector<ProgramCopy> copies(std::max(1U, std::thread::hardware_concurrency()));
     const auto work = [&](const ProgramCopy& copy)
     {
-        for (std::size_t i = next++; i < mutants.size(); i = next++)
+        for (std::size_t i = next++; i < batches.size(); i = next++)
         {
-            std::string fault;
+            std::map<const Mutant*, std::string> faults;
             try
             {
-                fault = Fault(copy, mutants[i]);
+                faults = Faults(copy, batches[i]);
             }
             catch (const std::exception& error) // the program cannot be started
             {
-                fault = error.what();
+                for (const Mutant* const mutant : batches[i])
+                    faults[mutant] = error.what();
             }
-            if (fault.empty())
-            {
-                ++right;
-                continue;
-            }
+            right += batches[i].size() - faults.size();
             const std::lock_guard<std::mutex> lock(reporting);
-            ADD_FAILURE() << TheCatalogue()[mutants[i].test].title << ": " << mutants[i].what << ": " << fault;
+            for (const auto& [mutant, fault] : faults)
+                ADD_FAILURE() << TheCatalogue()[mutant->test].title << ": " << mutant->what << ": " << fault;
         }
     };
     {
