@@ -22,7 +22,7 @@ done
 
 steps=$((1 + 2 * ${#presets[@]}))
 steps_are_output=true
-step "looking for missing packages and libraries"
+step "Looking for missing packages and libraries"
 need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
     libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev python3-rich
 if [[ " ${presets[*]} " == *" clang "* ]]; then

@@ -1,9 +1,10 @@
-// The walk-through of CONTRIBUTING.md, gone in a copy of the project.
+// What CONTRIBUTING.md says: its commands, and its walk-through, gone in a copy of the project.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -115,6 +116,27 @@ std::set<std::string> Differences(const std::map<std::string, std::string>& one,
 }
 
 } // namespace
+
+TEST(Contributing, EveryCommandIsOneOfTheScripts)
+{
+    // In the tables, and indented.
+    const std::string page = ReadFile(SOURCE_DIR "/CONTRIBUTING.md");
+    const std::regex command(R"re(\n\|[^\n]*\| `([^`]+)`(?:, `([^`]+)`)? \|(?=\n)|\n    (\S[^\n]*))re");
+    std::size_t count = 0;
+    for (std::sregex_iterator match(page.begin(), page.end(), command), end; match != end; ++match)
+    {
+        for (std::size_t group = 1; group < match->size(); ++group)
+        {
+            const std::string text = (*match)[group];
+            if (text.empty())
+                continue;
+            ++count;
+            EXPECT_TRUE(text.starts_with("scripts/")) << text;
+            EXPECT_TRUE(std::filesystem::is_regular_file(SOURCE_DIR "/" + text.substr(0, text.find(' ')))) << text;
+        }
+    }
+    EXPECT_EQ(count, 15U) << "commands are not found, or found where there are none";
+}
 
 TEST(Contributing, ANewReportingMethodTakesFourFilesAndTheCommandsDoTheRest)
 {

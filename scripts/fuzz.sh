@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Runs one fuzz target for a while, on from what earlier runs found.
+#
+#     scripts/fuzz.sh TARGET SECONDS
+#
+# TARGET is product_file, reporting or text. What widens the coverage is kept in build/fuzz/tests/fuzz/found/TARGET/, and so
+# is an input that breaks something: it goes into tests/fuzz/corpus/TARGET/ along with the mending.
+set -euo pipefail
+source "$(dirname "$0")/common.bash"
+
+read_options "$@"
+(($# == 2)) || fail "takes TARGET and SECONDS: --help says which targets there are"
+target=$1 seconds=$2
+[[ -d "tests/fuzz/corpus/$target" && "$target" =~ ^[a-z_]+$ ]] ||
+    fail "unknown target $target: there are product_file, reporting and text"
+[[ "$seconds" =~ ^[1-9][0-9]*$ ]] || fail "$seconds is no number of seconds"
+found=build/fuzz/tests/fuzz/found/$target
+
+steps=3
+step "Looking for missing packages"
+need_packages clang libclang-rt-14-dev cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev
+need_build_folder
+step "Building in build/fuzz"
+quietly cmake --preset fuzz || fail "configuring failed, see above"
+quietly cmake --build --preset fuzz --target "fuzz_$target" || fail "building failed, see above"
+step "Running fuzz_$target for $seconds seconds"
+exec "build/fuzz/tests/fuzz_$target" -max_total_time="$seconds" -artifact_prefix="$found/" "$found" \
+    "tests/fuzz/corpus/$target"
