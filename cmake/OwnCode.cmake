@@ -72,11 +72,19 @@ function(copy_runtime_libraries)
     endforeach()
 endfunction()
 
-# file_properties(<target> <file> <type> <description>): on Windows, what the properties of the target's file show, the
-# project's version among it. The type is VFT_APP or VFT_DLL.
-function(file_properties target file type description)
+# file_properties(<target> <description>): on Windows, what the properties of the program or shared library show, the
+# project's version among it.
+function(file_properties target description)
     if(NOT WIN32)
         return()
+    endif()
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL "EXECUTABLE")
+        set(type VFT_APP)
+        set(file "${target}${CMAKE_EXECUTABLE_SUFFIX}")
+    else()
+        set(type VFT_DLL)
+        set(file "${target}${CMAKE_SHARED_LIBRARY_SUFFIX}")
     endif()
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/FileProperties.rc.in" "${resource}" @ONLY)

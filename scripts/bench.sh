@@ -20,8 +20,8 @@ results=$build/results
 export programs=$build/benchmarks
 
 step "Building in build/benchmark"
-quietly cmake --preset benchmark || fail "configuring failed, see above"
-quietly cmake --build --preset benchmark || fail "building failed, see above"
+configure --preset benchmark
+compile --preset benchmark
 rm -rf "$results"
 mkdir -p "$results"
 date -u +%FT%TZ >"$results/date"

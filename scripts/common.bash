@@ -78,6 +78,15 @@ need_build_folder() {
         fail "$PWD/build cannot be written: run this as its owner, or in a copy of your own"
 }
 
+# configure ARGUMENT... and compile ARGUMENT...: cmake, and cmake --build.
+configure() {
+    quietly cmake "$@" || fail "configuring failed, see above"
+}
+
+compile() {
+    quietly cmake --build "$@" || fail "building failed, see above"
+}
+
 # quietly COMMAND...: shows what the command prints only when it fails.
 quietly() {
     local log status=0

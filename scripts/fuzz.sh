@@ -21,8 +21,8 @@ step "Looking for missing packages"
 need_packages clang libclang-rt-14-dev cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev
 need_build_folder
 step "Building in build/fuzz"
-quietly cmake --preset fuzz || fail "configuring failed, see above"
-quietly cmake --build --preset fuzz --target "fuzz_$target" || fail "building failed, see above"
+configure --preset fuzz
+compile --preset fuzz --target "fuzz_$target"
 step "Running fuzz_$target for $seconds seconds"
 exec "build/fuzz/tests/fuzz_$target" -max_total_time="$seconds" -artifact_prefix="$found/" "$found" \
     "tests/fuzz/corpus/$target"

@@ -21,9 +21,9 @@ need_packages g++ cmake ninja-build libmxml-dev
 need_build_folder
 [[ "$preset" != windows ]] || scripts/windows-libraries.sh >&2
 step "Configuring in build/pack-$preset"
-quietly cmake --preset "$preset" -B "$build" -DBUILD_TESTING=OFF || fail "configuring failed, see above"
+configure --preset "$preset" -B "$build" -DBUILD_TESTING=OFF
 step "Building"
-quietly cmake --build "$build" || fail "building failed, see above"
+compile "$build"
 step "Packing into build/packages"
 quietly cpack --config "$build/CPackConfig.cmake" -B "$packages" || fail "packing failed, see above"
 rm -rf "$packages/_CPack_Packages"

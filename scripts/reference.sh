@@ -24,8 +24,8 @@ script -qec scripts/run.sh /dev/null </dev/null | tr -d '\r' >"$work/terminal" |
 }
 build/run/bin/cvtavi_test >"$work/good_run"
 step "Building event_reference in build/release"
-quietly cmake --preset release || fail "configuring failed, see above"
-quietly cmake --build --preset release --target event_reference || fail "building failed, see above"
+configure --preset release
+compile --preset release --target event_reference
 step "Writing docs/events.md and docs/events.html"
 build/release/docs/reference/event_reference . docs
 step "Writing docs/run.svg and tests/data/good_run.txt"

@@ -12,8 +12,8 @@ step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev
 need_build_folder
 step "Configuring in build/run"
-quietly cmake --preset release -B build/run -DBUILD_TESTING=OFF || fail "configuring failed, see above"
+configure --preset release -B build/run -DBUILD_TESTING=OFF
 step "Building"
-quietly cmake --build build/run || fail "building failed, see above"
+compile build/run
 step "Running build/run/bin/cvtavi_test"
 exec build/run/bin/cvtavi_test

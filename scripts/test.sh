@@ -68,8 +68,8 @@ export LLVM_PROFILE_FILE=$profiles/%4m.profraw
 for preset in "${presets[@]}"; do
     step "$preset: configuring and building"
     SECONDS=0
-    quietly cmake --preset "$preset" || fail "configuring the preset $preset failed, see above"
-    quietly cmake --build --preset "$preset" || fail "building the preset $preset failed, see above"
+    configure --preset "$preset"
+    compile --preset "$preset"
     step "$preset: built in $SECONDS s, testing"
     ctest --preset "$preset" --parallel "$(nproc)" --output-junit "$results/$preset.xml" </dev/null |
         tee "$results/$preset.log" | grep -vE '^ +Start |\.\.\. +Passed |^$' || true

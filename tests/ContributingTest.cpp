@@ -1,8 +1,10 @@
 // What CONTRIBUTING.md says: its commands, and its walk-through, gone in a copy of the project.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -98,23 +100,6 @@ std::map<std::string, std::string> FilesOf(const std::filesystem::path& project)
     return files;
 }
 
-std::set<std::string> Differences(const std::map<std::string, std::string>& one,
-                                  const std::map<std::string, std::string>& other)
-{
-    std::set<std::string> names;
-    for (const auto& [name, text] : one)
-    {
-        if (!other.contains(name) || other.at(name) != text)
-            names.insert(name);
-    }
-    for (const auto& [name, text] : other)
-    {
-        if (!one.contains(name))
-            names.insert(name);
-    }
-    return names;
-}
-
 } // namespace
 
 TEST(Contributing, EveryCommandIsOneOfTheScripts)
@@ -160,7 +145,10 @@ TEST(Contributing, ANewReportingMethodTakesFourFilesAndTheCommandsDoTheRest)
     EXPECT_EQ(reference.status, 0) << reference.errors;
     const std::map<std::string, std::string> written = FilesOf(project);
     const std::set<std::string> all = {"docs/events.html", "docs/events.md", "docs/run.svg", "tests/data/good_run.txt"};
-    for (const std::string& name : Differences(edited, written))
+    std::map<std::string, std::string> different;
+    std::set_symmetric_difference(edited.begin(), edited.end(), written.begin(), written.end(),
+                                  std::inserter(different, different.end()));
+    for (const auto& [name, text] : different)
         EXPECT_TRUE(all.contains(name)) << name;
     EXPECT_EQ(written.at("tests/data/good_run.txt"), run.output);
     EXPECT_NE(written.at("docs/events.html").find("<article id='TrackMeshRepair'"), std::string::npos);

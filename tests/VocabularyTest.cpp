@@ -2,7 +2,6 @@
 #include <cstddef>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,15 +15,10 @@
 #include <telemetry/VocabularyText.h>
 
 #include "Text.h"
+#include "VocabularySource.h"
 
 namespace
 {
-
-struct Constant
-{
-    std::string name;
-    std::string text;
-};
 
 std::string Contents(const char* path)
 {
@@ -33,15 +27,10 @@ std::string Contents(const char* path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// As the header's source has them, so that none can be missed.
-std::vector<Constant> ConstantsOfTheHeader()
+std::vector<VocabularyConstant> ConstantsOfTheHeader()
 {
     const std::string header = Contents(SOURCE_DIR "/telemetry/Vocabulary.h");
-    const std::regex definition(R"re(inline const std::wstring (\w+) =\s*L"([^"]*)";)re");
-    std::vector<Constant> constants;
-    for (std::sregex_iterator found(header.begin(), header.end(), definition), end; found != end; ++found)
-        constants.push_back({(*found)[1], (*found)[2]});
-
+    const std::vector<VocabularyConstant> constants = ReadVocabulary(header);
     std::size_t keywords = 0;
     for (std::size_t at = header.find("\ninline "); at != std::string::npos; at = header.find("\ninline ", at + 1))
         ++keywords;
@@ -49,10 +38,10 @@ std::vector<Constant> ConstantsOfTheHeader()
     return constants;
 }
 
-std::vector<std::string> SortedTexts(const std::vector<Constant>& constants)
+std::vector<std::string> SortedTexts(const std::vector<VocabularyConstant>& constants)
 {
     std::vector<std::string> texts;
-    for (const Constant& constant : constants)
+    for (const VocabularyConstant& constant : constants)
         texts.push_back(constant.text);
     std::sort(texts.begin(), texts.end());
     return texts;
@@ -62,7 +51,7 @@ std::vector<std::string> SortedTexts(const std::vector<Constant>& constants)
 
 TEST(Vocabulary, AConstantIsNamedByItsTextWithDotsMadeUnderscores)
 {
-    for (const Constant& constant : ConstantsOfTheHeader())
+    for (const VocabularyConstant& constant : ConstantsOfTheHeader())
     {
         std::string name = constant.text;
         std::replace(name.begin(), name.end(), '.', '_');

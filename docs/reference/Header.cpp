@@ -69,12 +69,3 @@ std::vector<Declaration> ReadMethods(const std::string& header)
     }
     return declarations;
 }
-
-std::vector<std::string> ReadVocabulary(const std::string& header)
-{
-    std::vector<std::string> texts;
-    const std::regex definition(R"re(inline const std::wstring \w+ =\s*L"([^"]*)";)re");
-    for (std::sregex_iterator found(header.begin(), header.end(), definition), end; found != end; ++found)
-        texts.push_back((*found)[1]);
-    return texts;
-}

@@ -1,4 +1,4 @@
-// What the wrapper's headers declare, read from their source.
+// What the wrapper's header declares, read from its source.
 #pragma once
 
 #include <string>
@@ -15,6 +15,3 @@ struct Declaration
 
 // The public methods of the class that return nothing, in order.
 std::vector<Declaration> ReadMethods(const std::string& header);
-
-// The texts of the vocabulary's constants, in order.
-std::vector<std::string> ReadVocabulary(const std::string& header);

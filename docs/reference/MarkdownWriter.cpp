@@ -7,30 +7,6 @@
 namespace
 {
 
-const char* const Opening = R"(# Events
-
-<!-- Written by scripts/reference.sh. Not to be edited. -->
-
-What each reporting method of `CorvaneTavi` sends. The payloads are those that the calls of the test program make, in
-the library's test mode with our stand-in; what the closed library adds before it uploads is not known here.
-`events.html` beside this is the same with a search; `scripts/reference.sh` writes both.
-
-A value's type is that of the argument it comes from, "as text" where it is sent as a string: flags as "True" and
-"False". "from" names the parameter. "fixed" is the same in every such event, and what is "measured" comes from the
-telemetry library.
-
-## Contents
-
-)";
-
-const char* const OpeningOfUnsent = R"(
-## Defined and not sent
-
-Names and keys of the vocabulary that no method sends of itself: other parts of the host have them, or a caller gives
-them.
-
-)";
-
 std::string Code(const std::string& text)
 {
     return "`" + text + "`";
@@ -53,7 +29,7 @@ void WriteFields(std::ostream& out, const std::vector<Field>& fields)
 {
     if (fields.empty())
         return;
-    out << "\n| key | in | type | from | example |\n|---|---|---|---|---|\n";
+    out << "\n| Key | In | Type | From | Example |\n|---|---|---|---|---|\n";
     for (const Field& field : fields)
         out << "| " << Code(field.key) << " | " << (field.object.empty() ? "" : Code(field.object)) << " | "
             << field.type << " | " << FromOf(field, Code(field.from)) << " | " << Code(field.example) << " |\n";
@@ -79,7 +55,10 @@ void WriteEvent(std::ostream& out, const Event& event)
 std::string AsMarkdown(const Reference& reference)
 {
     std::ostringstream out;
-    out << Opening;
+    out << "# Events\n\n<!-- Written by scripts/reference.sh. Not to be edited. -->\n\n"
+        << Introduction
+        << "\n\n`events.html` beside this is the same with a search; `scripts/reference.sh` writes both.\n"
+           "\n## Contents\n\n";
     for (const Group& group : reference.groups)
     {
         out << "- " << LinkTo(group.heading) << "\n";
@@ -97,10 +76,10 @@ std::string AsMarkdown(const Reference& reference)
             WriteEvent(out, event);
     }
 
-    out << "\n## In every event\n\nThe host product's description.\n";
+    out << "\n## In every event\n\n" << AboutCommonFields << "\n";
     WriteFields(out, reference.common);
 
-    out << OpeningOfUnsent;
+    out << "\n## Defined and not sent\n\n" << AboutUnsentTexts << "\n\n";
     for (const UnsentText& unsent : reference.unsent)
         out << "- " << Code(unsent.text)
             << (unsent.namedInExampleOf.empty()

@@ -27,15 +27,15 @@ std::string Code(const std::string& text)
     return "<code>" + Escaped(text) + "</code>";
 }
 
-// Code between backticks.
-std::string Prose(const std::string& text)
+// Of text with code between backticks.
+std::string Paragraph(const std::string& text)
 {
-    std::string prose;
+    std::string paragraph = "<p>";
     std::istringstream parts(text);
     bool isCode = false;
     for (std::string part; std::getline(parts, part, '`'); isCode = !isCode)
-        prose += isCode ? Code(part) : Escaped(part);
-    return prose;
+        paragraph += isCode ? Code(part) : Escaped(part);
+    return paragraph + "</p>\n";
 }
 
 std::string IdOf(const std::string& heading)
@@ -110,7 +110,7 @@ std::string Events(const Reference& reference)
     {
         out << "<section id='" << IdOf(group.heading) << "' tabindex='-1'>\n<h2>" << group.heading << "</h2>\n";
         for (const std::string& note : group.notes)
-            out << "<p>" << Prose(note) << "</p>\n";
+            out << Paragraph(note);
         for (const Event& event : group.events)
             WriteEvent(out, event);
         out << "</section>\n";
@@ -121,6 +121,7 @@ std::string Events(const Reference& reference)
 std::string Common(const Reference& reference)
 {
     std::ostringstream out;
+    out << Paragraph(AboutCommonFields);
     WriteFields(out, reference.common);
     return out.str();
 }
@@ -148,6 +149,7 @@ std::string Keys(const Reference& reference)
 std::string Unsent(const Reference& reference)
 {
     std::ostringstream out;
+    out << Paragraph(AboutUnsentTexts) << "<ul class='list'>\n";
     for (const UnsentText& unsent : reference.unsent)
     {
         out << "<li>" << Code(unsent.text);
@@ -155,6 +157,7 @@ std::string Unsent(const Reference& reference)
             out << ", the name given in the example of " << LinkTo(unsent.namedInExampleOf, unsent.namedInExampleOf);
         out << "</li>\n";
     }
+    out << "</ul>\n";
     return out.str();
 }
 
@@ -172,6 +175,7 @@ void Replace(std::string& page, const std::string& name, const std::string& cont
 std::string AsPage(const Reference& reference, const std::string& pageTemplate)
 {
     std::string page = pageTemplate;
+    Replace(page, "INTRODUCTION", Paragraph(Introduction));
     Replace(page, "CONTENTS", Contents(reference));
     Replace(page, "EVENTS", Events(reference));
     Replace(page, "COMMON", Common(reference));

@@ -14,6 +14,7 @@
 #include "Probe.h"
 #include "Recording.h"
 #include "Text.h"
+#include "VocabularySource.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
@@ -178,7 +179,7 @@ std::vector<Field> TakeCommonFields(std::vector<Group>& groups)
     return common;
 }
 
-std::vector<UnsentText> UnsentTexts(const std::vector<std::string>& vocabulary, const std::vector<Group>& groups)
+std::vector<UnsentText> UnsentTexts(const std::vector<VocabularyConstant>& vocabulary, const std::vector<Group>& groups)
 {
     std::set<std::string> sent;
     std::map<std::string, std::string> givenNames; // the method by the name in its example
@@ -195,10 +196,10 @@ std::vector<UnsentText> UnsentTexts(const std::vector<std::string>& vocabulary, 
         }
     }
     std::vector<UnsentText> unsent;
-    for (const std::string& text : vocabulary)
+    for (const VocabularyConstant& constant : vocabulary)
     {
-        if (!sent.contains(text))
-            unsent.push_back({text, givenNames[text]});
+        if (!sent.contains(constant.text))
+            unsent.push_back({constant.text, givenNames[constant.text]});
     }
     return unsent;
 }

@@ -133,6 +133,13 @@ def press_tab_until(browser, focus):
     sys.exit(f"The key Tab does not lead to {focus}")
 
 
+def the_page_is_all_in_one_file(browser):
+    others = browser.run("return [...document.querySelectorAll('[src], [srcset], link')].map(e => e.src || e.href)")
+    expect("other files", [name for name in others if not name.startswith("data:")], [])
+    styles = browser.run("return [...document.querySelectorAll('style')].map(style => style.textContent).join('')")
+    expect("other files of the style", re.findall(r"@import.*|url\(.*", styles), [])
+
+
 def every_link_leads_somewhere(browser):
     lost = browser.run("return [...document.querySelectorAll('a')].map(link => link.getAttribute('href'))"
                        ".filter(target => !document.getElementById(target.slice(1)))")
@@ -224,6 +231,7 @@ def main():
     chromedriver, page, folder = sys.argv[1], Path(sys.argv[2]), Path(sys.argv[3])
     with Browser(chromedriver) as browser:
         browser.open(page)
+        the_page_is_all_in_one_file(browser)
         every_link_leads_somewhere(browser)
         headings_and_labels_are_in_order(browser)
         the_keyboard_alone_finds_all_events_of_a_key(browser)
