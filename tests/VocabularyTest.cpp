@@ -30,7 +30,7 @@ std::string Contents(const char* path)
 std::vector<VocabularyConstant> ConstantsOfTheHeader()
 {
     const std::string header = Contents(SOURCE_DIR "/telemetry/Vocabulary.h");
-    const std::vector<VocabularyConstant> constants = ReadVocabulary(header);
+    std::vector<VocabularyConstant> constants = ReadVocabulary(header);
     std::size_t keywords = 0;
     for (std::size_t at = header.find("\ninline "); at != std::string::npos; at = header.find("\ninline ", at + 1))
         ++keywords;
