@@ -4,42 +4,49 @@
 #include <concepts>
 #include <cstdint>
 #include <initializer_list>
-#include <span>
 #include <string>
+#include <utility>
 #include <variant>
 
-#include <TaviDesktopSDK/TaviDesktopSDK.h>
+#include <telemetry/AttributeMap.h>
+#include <telemetry/ValueText.h>
 
-#include <telemetry/VocabularyText.h>
+namespace Corvane
+{
 
 class Attribute
 {
 public:
-    // `name` is one of the vocabulary's constants and no copy of it: its address tells which.
-    Attribute(const std::wstring& name, const std::wstring& text) : key(&NarrowOf(name)), value(&text) {}
-    Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(&NarrowOf(name)), value(flag) {}
-    Attribute(const std::wstring& name, std::int32_t number) : key(&NarrowOf(name)), value(std::int64_t{number}) {}
-    Attribute(const std::wstring& name, std::int64_t number) : key(&NarrowOf(name)), value(number) {}
-    Attribute(const std::wstring& name, std::uint64_t number) : key(&NarrowOf(name)), value(number) {}
-    Attribute(const std::wstring& name, double number) : key(&NarrowOf(name)), value(number) {}
+    // A key is a constant of the vocabulary. A literal or any other temporary, spelt at the call, does not compile.
+    Attribute(const std::wstring& name, const std::wstring& text) : key(&name), value(&text) {}
+    Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(&name), value(flag) {}
+    Attribute(const std::wstring& name, std::int32_t number) : key(&name), value(number) {}
+    Attribute(const std::wstring& name, std::int64_t number) : key(&name), value(number) {}
+    Attribute(const std::wstring& name, std::uint64_t number) : key(&name), value(number) {}
+    Attribute(const std::wstring& name, double number) : key(&name), value(number) {}
+    Attribute(const std::wstring&&, const auto&) = delete;
 
-    const Veltrane::TaviDesktopSDK::TaviString& Key() const { return *key; }
-
-    // Sets the member under the attribute's key to the text that stands for its value.
-    void StoreIn(Veltrane::TaviDesktopSDK::JsonValue& object) const;
+    void StoreIn(AttributeMap& attributes) const
+    {
+        Veltrane::TaviDesktopSDK::TaviString text = std::visit([](auto held) { return Text(held); }, value);
+        attributes[TextOf(*key)] = std::move(text);
+    }
 
 private:
-    const Veltrane::TaviDesktopSDK::TaviString* key;
-    std::variant<const std::wstring*, bool, std::int64_t, std::uint64_t, double> value;
+    static Veltrane::TaviDesktopSDK::TaviString Text(const std::wstring* held) { return TextOf(*held); }
+    static Veltrane::TaviDesktopSDK::TaviString Text(auto held) { return TextOf(held); }
+
+    const std::wstring* key;
+    std::variant<const std::wstring*, bool, std::int32_t, std::int64_t, std::uint64_t, double> value;
 };
 
-// Adds the attributes to the object that the facet holds under `objectKey`. They are in ascending order of their keys,
-// as they are to be sent. No attributes make no object.
-void StoreAttributes(Veltrane::TaviDesktopSDK::Facet::Base& facet,
-                     const Veltrane::TaviDesktopSDK::TaviString& objectKey, std::span<const Attribute> attributes);
-inline void StoreAttributes(Veltrane::TaviDesktopSDK::Facet::Base& facet,
-                            const Veltrane::TaviDesktopSDK::TaviString& objectKey,
-                            std::initializer_list<Attribute> attributes)
+// Stores them one after the other: of two under the same key the later stands.
+inline AttributeMap Attributes(std::initializer_list<Attribute> attributes)
 {
-    StoreAttributes(facet, objectKey, std::span(attributes.begin(), attributes.size()));
+    AttributeMap stored;
+    for (const Attribute& attribute : attributes)
+        attribute.StoreIn(stored);
+    return stored;
 }
+
+} // namespace Corvane

@@ -1,20 +1,17 @@
 #include <telemetry/CorvaneTavi.h>
 
 #include <iostream>
-#include <iterator>
-#include <span>
-
-#include <TaviDesktopSDK/TaviDesktopSDK.h>
+#include <utility>
 
 #include <telemetry/Attribute.h>
-#include <telemetry/FacetFieldTexts.h>
+#include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
 #include <telemetry/UpiProductInfo.h>
 #include <telemetry/ValueText.h>
 #include <telemetry/Vocabulary.h>
-#include <telemetry/VocabularyText.h>
 
+using namespace Corvane;
 using namespace Vocabulary;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
@@ -29,17 +26,6 @@ std::string StandardString(const TaviString& text)
     return text.c_str() != nullptr ? text.c_str() : "";
 }
 
-// The waypoint's facet, yet without attributes.
-Facet::Base& AddWaypoint(Facet::Core& core, const TaviString& name)
-{
-    SetEventType(core, "C");
-    SetEventScope(core, ComponentScope);
-    Facet::Base& component = core.ComponentFacet();
-    SetFacetEntry(component, FacetFields().component_type, "waypoint");
-    SetComponentName(component, name);
-    return component;
-}
-
 } // namespace
 
 CorvaneTavi& CorvaneTavi::Instance()
@@ -52,27 +38,28 @@ CorvaneTavi& CorvaneTavi::Instance()
 int CorvaneTavi::StartSdk()
 {
     if (!hostProduct.empty())
-        return Sdk::StatusSuccess;
+        return 0;
 
     const UpiProductInfo info(true);
     Facet::Product product;
-    SetFacetEntry(product, FacetField::product_line_name, TextOf(info.GetProductLine()));
-    SetFacetEntry(product, FacetField::product_release_id, TextOf(info.GetRelease()));
-    SetFacetEntry(product, FacetField::product_master_id, TextOf(info.GetMaster()));
-    SetFacetEntry(product, FacetField::product_build_id, TextOf(info.GetBuild()));
-    SetFacetEntry(product, FacetField::product_id_provider, TaviString("upi1"));
+    SetFacetEntry(product, TextOf(FacetField::product_line_name), TextOf(info.GetProductLine()));
+    SetFacetEntry(product, TextOf(FacetField::product_release_id), TextOf(info.GetRelease()));
+    SetFacetEntry(product, TextOf(FacetField::product_master_id), TextOf(info.GetMaster()));
+    SetFacetEntry(product, TextOf(FacetField::product_build_id), TextOf(info.GetBuild()));
+    SetFacetEntry(product, TextOf(FacetField::product_id_provider), "upi1");
 
     TaviString identifier;
     const int status = Sdk::Initialize(product, identifier);
-    if (status != Sdk::StatusSuccess)
+    if (status != 0)
         std::cout << "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize" << std::endl;
     Sdk::SetHostProduct(identifier);
-    hostProduct = StandardString(identifier);
-    hostProductText = TextOf(hostProduct);
-
     TaviString key;
     BuildProductKey(product, key);
+
+    // Set at the end, where nothing can fail any more: when memory runs out before, the wrapper is not started.
+    std::string startedHostProduct = StandardString(identifier);
     productKey = StandardString(key);
+    hostProduct = std::move(startedHostProduct);
     return status;
 }
 
@@ -84,175 +71,185 @@ std::string CorvaneTavi::GetProductKey() const
 void CorvaneTavi::TrackWaypoint(const TaviString& componentName, const AttributeMap& attributes)
 {
     Facet::Core core;
-    SetComponentAttributes(AddWaypoint(core, componentName), attributes);
+    SetEventType(core, "C");
+    SetEventScope(core, ComponentScope);
+    Facet::Base& component = ComponentFacet(core);
+    SetFacetEntry(component, TextOf(FacetField::component_type), "waypoint");
+    SetComponentName(component, componentName);
+    SetComponentAttributes(component, attributes);
     Send(core, "CorvaneTavi::TrackWaypoint");
 }
 
 void CorvaneTavi::TrackExportPublish(const std::wstring& name, const std::wstring& extension)
 {
-    SendWaypoint(CV_EXPORT_PUBLISH, {{CV_EXPORT_PUBLISH_EXTENSION, extension}, {CV_EXPORT_PUBLISH_NAME, name}});
+    TrackWaypoint(TextOf(CV_EXPORT_PUBLISH),
+                  Attributes({{CV_EXPORT_PUBLISH_NAME, name}, {CV_EXPORT_PUBLISH_EXTENSION, extension}}));
 }
 
 void CorvaneTavi::TrackHelpDialog(const std::wstring& className, const std::wstring& context)
 {
-    SendWaypoint(CV_HELP_FROM_DIALOG,
-                 {{CV_HELP_FROM_DIALOG_CLASSNAME, className}, {CV_HELP_FROM_DIALOG_CONTEXT, context}});
+    TrackWaypoint(TextOf(CV_HELP_FROM_DIALOG),
+                  Attributes({{CV_HELP_FROM_DIALOG_CLASSNAME, className}, {CV_HELP_FROM_DIALOG_CONTEXT, context}}));
 }
 
 void CorvaneTavi::TrackMaterialSelection(const std::wstring& file, const std::wstring& type, std::uint64_t materialId,
                                          const std::wstring& manufacturer, const std::wstring& tradeName,
                                          const std::wstring& familyName, const std::wstring& genericClass)
 {
-    SendWaypoint(CV_UI_MATERIAL_SELECTION, {{CV_MATERIAL_FAMILY_NAME, familyName},
-                                            {CV_MATERIAL_GENERIC_CLASS, genericClass},
-                                            {CV_MATERIAL_ID, materialId},
-                                            {CV_MATERIAL_MANUFACTURER, manufacturer},
-                                            {CV_MATERIAL_SELECTION_FILE, file},
-                                            {CV_MATERIAL_SELECTION_TYPE, type},
-                                            {CV_MATERIAL_TRADE_NAME, tradeName}});
+    TrackWaypoint(TextOf(CV_UI_MATERIAL_SELECTION), Attributes({{CV_MATERIAL_SELECTION_FILE, file},
+                                                                {CV_MATERIAL_SELECTION_TYPE, type},
+                                                                {CV_MATERIAL_ID, materialId},
+                                                                {CV_MATERIAL_MANUFACTURER, manufacturer},
+                                                                {CV_MATERIAL_TRADE_NAME, tradeName},
+                                                                {CV_MATERIAL_FAMILY_NAME, familyName},
+                                                                {CV_MATERIAL_GENERIC_CLASS, genericClass}}));
 }
 
 void CorvaneTavi::TrackReport(const std::wstring& name, const std::wstring& extension, std::uint64_t studyCount,
                               std::uint64_t analysisCount)
 {
-    SendWaypoint(CV_REPORT, {{CV_REPORT_ANALYSIS_COUNTS, analysisCount},
-                             {CV_REPORT_EXTENSION, extension},
-                             {CV_REPORT_NAME, name},
-                             {CV_REPORT_STUDY_COUNTS, studyCount}});
+    TrackWaypoint(TextOf(CV_REPORT), Attributes({{CV_REPORT_NAME, name},
+                                                 {CV_REPORT_EXTENSION, extension},
+                                                 {CV_REPORT_STUDY_COUNTS, studyCount},
+                                                 {CV_REPORT_ANALYSIS_COUNTS, analysisCount}}));
 }
 
 void CorvaneTavi::TrackResultsUsage(const std::wstring& resultName, const std::wstring& plotName)
 {
-    SendWaypoint(CV_RESULT_USAGE, {{CV_RESULTS_USAGE_NAME, resultName}, {CV_RESULTS_USAGE_PLOTNAME, plotName}});
+    TrackWaypoint(TextOf(CV_RESULT_USAGE),
+                  Attributes({{CV_RESULTS_USAGE_NAME, resultName}, {CV_RESULTS_USAGE_PLOTNAME, plotName}}));
 }
 
 void CorvaneTavi::TrackAnalysisPropertyChanged(const std::wstring& previousValue, const std::wstring& newValue)
 {
-    SendWaypoint(SIMULATION_SOLVE_PROPERTY_CHANGED, {{SIMULATION_SOLVE_PROPERTY_NEW_VALUE, newValue},
-                                                     {SIMULATION_SOLVE_PROPERTY_PREV_VALUE, previousValue}});
+    TrackWaypoint(TextOf(SIMULATION_SOLVE_PROPERTY_CHANGED),
+                  Attributes({{SIMULATION_SOLVE_PROPERTY_PREV_VALUE, previousValue},
+                              {SIMULATION_SOLVE_PROPERTY_NEW_VALUE, newValue}}));
 }
 
 void CorvaneTavi::TrackAnalysisDetails(const std::wstring& processName, const std::wstring& sequenceName,
                                        std::int32_t parallelType, const std::wstring& parallelTypeDescription,
                                        std::int32_t customThreadNumber)
 {
-    SendWaypoint(SIMULATION_SOLVE, {{SIMULATION_SOLVE_MOLDING_PROCESS_NAME, processName},
-                                    {SIMULATION_SOLVE_PARALLEL_CUSTOM_THREADNUM, customThreadNumber},
-                                    {SIMULATION_SOLVE_PARALLEL_TYPE, parallelType},
-                                    {SIMULATION_SOLVE_PARALLEL_TYPEDESC, parallelTypeDescription},
-                                    {SIMULATION_SOLVE_SEQUENCE_NAME, sequenceName}});
+    TrackWaypoint(TextOf(SIMULATION_SOLVE),
+                  Attributes({{SIMULATION_SOLVE_MOLDING_PROCESS_NAME, processName},
+                              {SIMULATION_SOLVE_SEQUENCE_NAME, sequenceName},
+                              {SIMULATION_SOLVE_PARALLEL_TYPE, parallelType},
+                              {SIMULATION_SOLVE_PARALLEL_TYPEDESC, parallelTypeDescription},
+                              {SIMULATION_SOLVE_PARALLEL_CUSTOM_THREADNUM, customThreadNumber}}));
 }
 
 void CorvaneTavi::TrackMeshSize(std::uint64_t elementCount, std::uint64_t nodeCount)
 {
-    SendWaypoint(CV_MESH_SIZE_COUNT, {{CV_MESH_SIZE_ELEMENTS, elementCount}, {CV_MESH_SIZE_NODES, nodeCount}});
+    TrackWaypoint(TextOf(CV_MESH_SIZE_COUNT),
+                  Attributes({{CV_MESH_SIZE_ELEMENTS, elementCount}, {CV_MESH_SIZE_NODES, nodeCount}}));
 }
 
 void CorvaneTavi::TrackMeshPropertyChanged(const std::wstring& propertyName, const std::wstring& previousValue,
                                            const std::wstring& newValue)
 {
-    SendWaypoint(CV_MESH_PROPERTY_CHANGED, {{CV_MESH_PROPERTY_NAME, propertyName},
-                                            {CV_MESH_PROPERTY_NEW_VALUE, newValue},
-                                            {CV_MESH_PROPERTY_PREV_VALUE, previousValue}});
+    TrackWaypoint(TextOf(CV_MESH_PROPERTY_CHANGED), Attributes({{CV_MESH_PROPERTY_NAME, propertyName},
+                                                                {CV_MESH_PROPERTY_PREV_VALUE, previousValue},
+                                                                {CV_MESH_PROPERTY_NEW_VALUE, newValue}}));
 }
 
 void CorvaneTavi::TrackMoldPropertyChanged(const std::wstring& propertyName, const std::wstring& previousValue,
                                            const std::wstring& newValue)
 {
-    SendWaypoint(CV_MOLD_PROPERTY_CHANGED, {{CV_MOLD_PROPERTY_NAME, propertyName},
-                                            {CV_MOLD_PROPERTY_NEW_VALUE, newValue},
-                                            {CV_MOLD_PROPERTY_PREV_VALUE, previousValue}});
+    TrackWaypoint(TextOf(CV_MOLD_PROPERTY_CHANGED), Attributes({{CV_MOLD_PROPERTY_NAME, propertyName},
+                                                                {CV_MOLD_PROPERTY_PREV_VALUE, previousValue},
+                                                                {CV_MOLD_PROPERTY_NEW_VALUE, newValue}}));
 }
 
 void CorvaneTavi::Track3DCKeyPressed(const std::wstring& key)
 {
-    SendWaypoint(COMMON_ZEPH_3DC_KEY_PRESSED, {{COMMON_ZEPH_3DC_KEY, key}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_3DC_KEY_PRESSED), Attributes({{COMMON_ZEPH_3DC_KEY, key}}));
 }
 
 void CorvaneTavi::Track3DCModeActivated(const std::wstring& activeMode)
 {
-    SendWaypoint(COMMON_ZEPH_3DC_MODE_ACTIVATED, {{COMMON_ZEPH_3DC_ACTIVE_MODE, activeMode}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_3DC_MODE_ACTIVATED), Attributes({{COMMON_ZEPH_3DC_ACTIVE_MODE, activeMode}}));
 }
 
 void CorvaneTavi::Track3DCUsed(const std::wstring& deviceType)
 {
-    SendWaypoint(COMMON_ZEPH_3DC_USED, {{COMMON_ZEPH_3DC_DEVICE_TYPE, deviceType}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_3DC_USED), Attributes({{COMMON_ZEPH_3DC_DEVICE_TYPE, deviceType}}));
 }
 
 void CorvaneTavi::TrackNavBarClosed()
 {
-    SendWaypoint(COMMON_ZEPH_NB_CLOSED, {});
+    TrackWaypoint(TextOf(COMMON_ZEPH_NB_CLOSED), {});
 }
 
 void CorvaneTavi::TrackNavBarCustomizationClicked()
 {
-    SendWaypoint(COMMON_ZEPH_NB_CUSTOMIZATION_CLICKED, {});
+    TrackWaypoint(TextOf(COMMON_ZEPH_NB_CUSTOMIZATION_CLICKED), {});
 }
 
 void CorvaneTavi::TrackNavBarDragMove(const std::string& waypointName, bool linkedToDorvel,
                                       const std::wstring& position, bool ribbonVisible)
 {
-    const Attribute attributes[] = {{COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
-                                    {COMMON_ZEPH_NB_POSITION, position},
-                                    {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}};
-    SendWaypoint(TextOf(waypointName), attributes);
+    TrackWaypoint(TextOf(waypointName), Attributes({{COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
+                                                    {COMMON_ZEPH_NB_POSITION, position},
+                                                    {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}}));
 }
 
 void CorvaneTavi::TrackNavBarMoreControlsClicked()
 {
-    SendWaypoint(COMMON_ZEPH_NB_MORE_CONTROLS_CLICKED, {});
+    TrackWaypoint(TextOf(COMMON_ZEPH_NB_MORE_CONTROLS_CLICKED), {});
 }
 
 void CorvaneTavi::TrackNavBarStartup(bool moreControlsVisible, bool linkedToDorvel, const std::wstring& position,
                                      bool ribbonVisible, const std::vector<NavBarToolState>& tools)
 {
-    // The keys carry no index, so that each tool replaces the one before: only the last is sent.
-    static const NavBarToolState none{};
-    const NavBarToolState& last = tools.empty() ? none : tools.back();
-    const Attribute attributes[] = {
-        {COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
-        {COMMON_ZEPH_NB_MORE_CONTROLS_VISIBLE, moreControlsVisible},
-        {COMMON_ZEPH_NB_POSITION, position},
-        {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible},
-        {COMMON_ZEPH_NB_TOOL_COUNT, std::uint64_t{tools.size()}},
-        {COMMON_ZEPH_NB_TOOL_HIDDEN, last.hidden},
-        {COMMON_ZEPH_NB_TOOL_NAME, last.name},
-    };
-    const std::size_t withoutTool = std::size(attributes) - 2;
-    SendWaypoint(NarrowOf(COMMON_ZEPH_NB_STARTUP_CONDITIONS),
-                 std::span(attributes).first(tools.empty() ? withoutTool : std::size(attributes)));
+    AttributeMap attributes = Attributes({{COMMON_ZEPH_NB_MORE_CONTROLS_VISIBLE, moreControlsVisible},
+                                          {COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
+                                          {COMMON_ZEPH_NB_POSITION, position},
+                                          {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}});
+    const std::size_t count = tools.size();
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        // The keys carry no index, so that each tool replaces the one before: only the last is sent.
+        const NavBarToolState& tool = tools.at(i);
+        Attribute(COMMON_ZEPH_NB_TOOL_NAME, tool.name).StoreIn(attributes);
+        Attribute(COMMON_ZEPH_NB_TOOL_HIDDEN, tool.hidden).StoreIn(attributes);
+    }
+    Attribute(COMMON_ZEPH_NB_TOOL_COUNT, std::uint64_t{count}).StoreIn(attributes);
+    TrackWaypoint(TextOf(COMMON_ZEPH_NB_STARTUP_CONDITIONS), attributes);
 }
 
 void CorvaneTavi::TrackNavBarToolClicked(const std::wstring& toolName, bool activated)
 {
-    SendWaypoint(COMMON_ZEPH_NB_TOOL_CLICKED,
-                 {{COMMON_ZEPH_NB_TOOL_ACTIVATED, activated}, {COMMON_ZEPH_NB_TOOL_NAME, toolName}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_NB_TOOL_CLICKED),
+                  Attributes({{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_TOOL_ACTIVATED, activated}}));
 }
 
 void CorvaneTavi::TrackNavBarToolRightClicked(const std::wstring& toolName, const std::wstring& menuItem)
 {
-    SendWaypoint(COMMON_ZEPH_NB_TOOL_RIGHT_CLICKED,
-                 {{COMMON_ZEPH_NB_MENU_ITEM, menuItem}, {COMMON_ZEPH_NB_TOOL_NAME, toolName}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_NB_TOOL_RIGHT_CLICKED),
+                  Attributes({{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_MENU_ITEM, menuItem}}));
 }
 
 void CorvaneTavi::TrackSteerWheelActivated(const std::wstring& wheelType)
 {
-    SendWaypoint(COMMON_ZEPH_SW_ACTIVATED, {{COMMON_ZEPH_SW_TYPE, wheelType}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_SW_ACTIVATED), Attributes({{COMMON_ZEPH_SW_TYPE, wheelType}}));
 }
 
 void CorvaneTavi::TrackSteerWheelClicked(const std::wstring& wheelType, const std::wstring& zone)
 {
-    SendWaypoint(COMMON_ZEPH_SW_CLICKED, {{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_SW_CLICKED),
+                  Attributes({{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}}));
 }
 
 void CorvaneTavi::TrackSteerWheelDragBegin(const std::wstring& wheelType, const std::wstring& zone)
 {
-    SendWaypoint(COMMON_ZEPH_SW_DRAG_BEGIN, {{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_SW_DRAG_BEGIN),
+                  Attributes({{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}}));
 }
 
 void CorvaneTavi::TrackSteerWheelKeyUp(const std::wstring& keyId)
 {
-    SendWaypoint(COMMON_ZEPH_SW_KEY_UP, {{COMMON_ZEPH_KEY_ID, keyId}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_SW_KEY_UP), Attributes({{COMMON_ZEPH_KEY_ID, keyId}}));
 }
 
 void CorvaneTavi::TrackSteerWheelLoadOption(bool alwaysShowWelcome, bool haveShownWelcome, std::int32_t miniWheelSize,
@@ -262,36 +259,37 @@ void CorvaneTavi::TrackSteerWheelLoadOption(bool alwaysShowWelcome, bool haveSho
                                             bool incrementalZoom, bool preserveSceneUp, bool selectionSensitivity,
                                             bool flyPlanarMotion)
 {
-    SendWaypoint(COMMON_ZEPH_SW_LOAD_OPTS, {{COMMON_ZEPH_SW_OPTS_ALWAYSSHOWWELCOME, alwaysShowWelcome},
-                                            {COMMON_ZEPH_SW_OPTS_FLYPLANARMOTION, flyPlanarMotion},
-                                            {COMMON_ZEPH_SW_OPTS_HAVESHOWNWELCOME, haveShownWelcome},
-                                            {COMMON_ZEPH_SW_OPTS_INCREMENTALZOOM, incrementalZoom},
-                                            {COMMON_ZEPH_SW_OPTS_INVERTVERTICALAXIS, invertVerticalAxis},
-                                            {COMMON_ZEPH_SW_OPTS_LARGEWHEELOPACITYFACTOR, largeWheelOpacityFactor},
-                                            {COMMON_ZEPH_SW_OPTS_LARGEWHEELSIZE, largeWheelSize},
-                                            {COMMON_ZEPH_SW_OPTS_MINIWHEELOPACITYFACTOR, miniWheelOpacityFactor},
-                                            {COMMON_ZEPH_SW_OPTS_MINIWHEELSIZE, miniWheelSize},
-                                            {COMMON_ZEPH_SW_OPTS_PRESERVESCENEUP, preserveSceneUp},
-                                            {COMMON_ZEPH_SW_OPTS_SELECTIONSENSITIVITY, selectionSensitivity},
-                                            {COMMON_ZEPH_SW_OPTS_SHOWHUDMESSAGES, showHudMessages},
-                                            {COMMON_ZEPH_SW_OPTS_SHOWTOOLCURSORTEXT, showToolCursorText},
-                                            {COMMON_ZEPH_SW_OPTS_SHOWTOOLTIPS, showTooltips},
-                                            {COMMON_ZEPH_SW_OPTS_SPEEDFACTOR, speedFactor}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_SW_LOAD_OPTS),
+                  Attributes({{COMMON_ZEPH_SW_OPTS_ALWAYSSHOWWELCOME, alwaysShowWelcome},
+                              {COMMON_ZEPH_SW_OPTS_HAVESHOWNWELCOME, haveShownWelcome},
+                              {COMMON_ZEPH_SW_OPTS_MINIWHEELSIZE, miniWheelSize},
+                              {COMMON_ZEPH_SW_OPTS_LARGEWHEELSIZE, largeWheelSize},
+                              {COMMON_ZEPH_SW_OPTS_LARGEWHEELOPACITYFACTOR, largeWheelOpacityFactor},
+                              {COMMON_ZEPH_SW_OPTS_MINIWHEELOPACITYFACTOR, miniWheelOpacityFactor},
+                              {COMMON_ZEPH_SW_OPTS_SHOWHUDMESSAGES, showHudMessages},
+                              {COMMON_ZEPH_SW_OPTS_SHOWTOOLTIPS, showTooltips},
+                              {COMMON_ZEPH_SW_OPTS_SHOWTOOLCURSORTEXT, showToolCursorText},
+                              {COMMON_ZEPH_SW_OPTS_INVERTVERTICALAXIS, invertVerticalAxis},
+                              {COMMON_ZEPH_SW_OPTS_SPEEDFACTOR, speedFactor},
+                              {COMMON_ZEPH_SW_OPTS_INCREMENTALZOOM, incrementalZoom},
+                              {COMMON_ZEPH_SW_OPTS_PRESERVESCENEUP, preserveSceneUp},
+                              {COMMON_ZEPH_SW_OPTS_SELECTIONSENSITIVITY, selectionSensitivity},
+                              {COMMON_ZEPH_SW_OPTS_FLYPLANARMOTION, flyPlanarMotion}}));
 }
 
 void CorvaneTavi::TrackSteerWheelWelcomeClicked(const std::wstring& welcomePart)
 {
-    SendWaypoint(COMMON_ZEPH_SW_WELCOME_CLICKED, {{COMMON_ZEPH_SW_WELCOME_PART, welcomePart}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_SW_WELCOME_CLICKED), Attributes({{COMMON_ZEPH_SW_WELCOME_PART, welcomePart}}));
 }
 
 void CorvaneTavi::TrackDorvelClicked(const std::wstring& part)
 {
-    SendWaypoint(COMMON_ZEPH_VC_CLICKED, {{COMMON_ZEPH_VC_PART, part}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_VC_CLICKED), Attributes({{COMMON_ZEPH_VC_PART, part}}));
 }
 
 void CorvaneTavi::TrackDorvelDragBegin(const std::wstring& part)
 {
-    SendWaypoint(COMMON_ZEPH_VC_DRAG_BEGIN, {{COMMON_ZEPH_VC_PART, part}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_VC_DRAG_BEGIN), Attributes({{COMMON_ZEPH_VC_PART, part}}));
 }
 
 void CorvaneTavi::TrackDorvelLoadOption(const std::wstring& size, const std::wstring& screenLocation,
@@ -299,32 +297,33 @@ void CorvaneTavi::TrackDorvelLoadOption(const std::wstring& size, const std::wst
                                         bool dragSnap, float compassAngle, float transitionDuration,
                                         bool zoomToFitScene, bool preserveSceneUp, bool orientToUcs)
 {
-    SendWaypoint(COMMON_ZEPH_VC_LOAD_OPTS, {{COMMON_ZEPH_VC_OPTS_COMPASSANGLE, compassAngle},
-                                            {COMMON_ZEPH_VC_OPTS_DRAGSNAP, dragSnap},
-                                            {COMMON_ZEPH_VC_OPTS_DRAWCOMPASS, drawCompass},
-                                            {COMMON_ZEPH_VC_OPTS_DRAWUCSMENU, drawUcsMenu},
-                                            {COMMON_ZEPH_VC_OPTS_MINOPACITY, minimumOpacity},
-                                            {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, orientToUcs},
-                                            {COMMON_ZEPH_VC_OPTS_PRESERVESCENEUP, preserveSceneUp},
-                                            {COMMON_ZEPH_VC_OPTS_SCREENLOCATION, screenLocation},
-                                            {COMMON_ZEPH_VC_OPTS_SIZE, size},
-                                            {COMMON_ZEPH_VC_OPTS_TRANSITIONDURATION, transitionDuration},
-                                            {COMMON_ZEPH_VC_OPTS_VISIBLE, visible},
-                                            {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, zoomToFitScene}});
+    TrackWaypoint(TextOf(COMMON_ZEPH_VC_LOAD_OPTS),
+                  Attributes({{COMMON_ZEPH_VC_OPTS_SIZE, size},
+                              {COMMON_ZEPH_VC_OPTS_SCREENLOCATION, screenLocation},
+                              {COMMON_ZEPH_VC_OPTS_MINOPACITY, minimumOpacity},
+                              {COMMON_ZEPH_VC_OPTS_VISIBLE, visible},
+                              {COMMON_ZEPH_VC_OPTS_DRAWUCSMENU, drawUcsMenu},
+                              {COMMON_ZEPH_VC_OPTS_DRAWCOMPASS, drawCompass},
+                              {COMMON_ZEPH_VC_OPTS_DRAGSNAP, dragSnap},
+                              {COMMON_ZEPH_VC_OPTS_COMPASSANGLE, compassAngle},
+                              {COMMON_ZEPH_VC_OPTS_TRANSITIONDURATION, transitionDuration},
+                              {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, zoomToFitScene},
+                              {COMMON_ZEPH_VC_OPTS_PRESERVESCENEUP, preserveSceneUp},
+                              {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, orientToUcs}}));
 }
 
 void CorvaneTavi::TrackPPR(const std::wstring& licenseMode, bool showUseLicense, bool showUsePpr, bool showCustomInfo,
                            bool shouldMonetize, std::uint64_t meridorJobLimit, std::uint64_t concurrentMeridorJobs,
                            std::uint64_t concurrentHaldenJobs)
 {
-    SendWaypoint(CV_PPR, {{CV_CONCURRENT_JOBS_HALDEN, concurrentHaldenJobs},
-                          {CV_CONCURRENT_JOBS_MERIDOR, concurrentMeridorJobs},
-                          {CV_LICENSE_MODE, licenseMode},
-                          {CV_MERIDOR_JOB_LIMIT, meridorJobLimit},
-                          {CV_SCM_SHOULD_MONETIZE, shouldMonetize},
-                          {CV_SCM_SHOW_CUSTOM_INFO, showCustomInfo},
-                          {CV_SCM_SHOW_USE_LICENSE, showUseLicense},
-                          {CV_SCM_SHOW_USE_PPR, showUsePpr}});
+    TrackWaypoint(TextOf(CV_PPR), Attributes({{CV_LICENSE_MODE, licenseMode},
+                                              {CV_SCM_SHOW_USE_LICENSE, showUseLicense},
+                                              {CV_SCM_SHOW_USE_PPR, showUsePpr},
+                                              {CV_SCM_SHOW_CUSTOM_INFO, showCustomInfo},
+                                              {CV_SCM_SHOULD_MONETIZE, shouldMonetize},
+                                              {CV_MERIDOR_JOB_LIMIT, meridorJobLimit},
+                                              {CV_CONCURRENT_JOBS_MERIDOR, concurrentMeridorJobs},
+                                              {CV_CONCURRENT_JOBS_HALDEN, concurrentHaldenJobs}}));
 }
 
 void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int64_t commandContext,
@@ -334,16 +333,15 @@ void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int6
     Facet::Core core;
     SetEventType(core, "C");
     SetEventScope(core, ComponentScope);
-    Facet::Base& component = core.ComponentFacet();
-    SetFacetEntry(component, FacetFields().component_type, "command");
-    SetComponentName(component, NarrowOf(COMMON_COMMAND_INVOKED));
-    StoreAttributes(component, FacetFields().component_attributes,
-                    {{{COMMON_COMMAND_CONTEXT, commandContext},
-                      {COMMON_COMMAND_NAME, commandName},
-                      {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription},
-                      {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
-                      {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
-                      {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule}}});
+    Facet::Base& component = ComponentFacet(core);
+    SetFacetEntry(component, TextOf(FacetField::component_type), "command");
+    SetComponentName(component, TextOf(COMMON_COMMAND_INVOKED));
+    SetComponentAttributes(component, Attributes({{COMMON_COMMAND_NAME, commandName},
+                                                  {COMMON_COMMAND_CONTEXT, commandContext},
+                                                  {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
+                                                  {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
+                                                  {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
+                                                  {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}}));
     Send(core, "CorvaneTavi::TrackCommandInvoked");
 }
 
@@ -354,14 +352,13 @@ void CorvaneTavi::TrackUserEvent(const std::wstring& componentName, const std::w
     Facet::Core core;
     SetEventType(core, "C");
     SetEventScope(core, ComponentScope);
-    Facet::Base& component = core.ComponentFacet();
+    Facet::Base& component = ComponentFacet(core);
     SetComponentName(component, TextOf(componentName));
-    SetText(component.GetFacetEntry(FacetFields().component_type), componentType);
-    StoreAttributes(component, FacetFields().component_attributes,
-                    {{{CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription},
-                      {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
-                      {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
-                      {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule}}});
+    SetFacetEntry(component, TextOf(FacetField::component_type), TextOf(componentType));
+    SetComponentAttributes(component, Attributes({{CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
+                                                  {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
+                                                  {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
+                                                  {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}}));
     Send(core, "CorvaneTavi::TrackUserEvent");
 }
 
@@ -378,25 +375,26 @@ void CorvaneTavi::TrackFileInput(const std::wstring& fileAddOrImport, bool impor
     Facet::Core core;
     SetEventType(core, "D");
     SetEventScope(core, ContentScope);
-    Facet::Base& content = core.ContentFacet();
-    SetText(content.GetFacetEntry(FacetFields().content_type), fileExtension);
-    content.SetFacetEntry(FacetFields().content_size, JsonValue(static_cast<long long>(contentSize)));
-    StoreAttributes(content, FacetFields().content_meta,
-                    {{COMMON_FILE_INPUT_IS_NETWORK_PATH, isNetworkPath},
-                     {COMMON_FILE_INPUT_NUM_2D_OBJECTS, num2dObjects},
-                     {COMMON_FILE_INPUT_NUM_3D_OBJECTS, num3dObjects},
-                     {COMMON_FILE_INPUT_NUM_ANNOTATION_OBJECTS, numAnnotationObjects},
-                     {COMMON_FILE_INPUT_NUM_DISTINCT_IMAGE_REFS, numDistinctImageRefs},
-                     {COMMON_FILE_INPUT_NUM_DISTINCT_XREFS, numDistinctXrefs},
-                     {COMMON_FILE_INPUT_NUM_IMAGE_REF_INSTANCES, numImageRefInstances},
-                     {COMMON_FILE_INPUT_NUM_UNKNOWN_OBJECTS, numUnknownObjects},
-                     {COMMON_FILE_INPUT_NUM_XREF_INSTANCES, numXrefInstances},
-                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LICENSE_FN, prevOpenProductLicenseFeatureName},
-                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LINE, prevOpenProductLine},
-                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_RELEASE, prevOpenProductRelease},
-                     {CV_FILE_IMPORT_MESHTYPE, meshType},
-                     {CV_FILE_IMPORT_SUCCESS, importSucceeded},
-                     {CV_FILE_INPUT_IS_ADD_OR_IMPORT, fileAddOrImport}});
+    Facet::Base& content = ContentFacet(core);
+    SetFacetEntry(content, TextOf(FacetField::content_type), TextOf(fileExtension));
+    SetFacetEntry(content, TextOf(FacetField::content_size), JsonValue(static_cast<long long>(contentSize)));
+    SetFacetObjectMembers(
+        content, FacetField::content_meta,
+        Attributes({{CV_FILE_INPUT_IS_ADD_OR_IMPORT, fileAddOrImport},
+                    {CV_FILE_IMPORT_SUCCESS, importSucceeded},
+                    {CV_FILE_IMPORT_MESHTYPE, meshType},
+                    {COMMON_FILE_INPUT_IS_NETWORK_PATH, isNetworkPath},
+                    {COMMON_FILE_INPUT_NUM_2D_OBJECTS, num2dObjects},
+                    {COMMON_FILE_INPUT_NUM_3D_OBJECTS, num3dObjects},
+                    {COMMON_FILE_INPUT_NUM_ANNOTATION_OBJECTS, numAnnotationObjects},
+                    {COMMON_FILE_INPUT_NUM_UNKNOWN_OBJECTS, numUnknownObjects},
+                    {COMMON_FILE_INPUT_NUM_DISTINCT_XREFS, numDistinctXrefs},
+                    {COMMON_FILE_INPUT_NUM_XREF_INSTANCES, numXrefInstances},
+                    {COMMON_FILE_INPUT_NUM_DISTINCT_IMAGE_REFS, numDistinctImageRefs},
+                    {COMMON_FILE_INPUT_NUM_IMAGE_REF_INSTANCES, numImageRefInstances},
+                    {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LINE, prevOpenProductLine},
+                    {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_RELEASE, prevOpenProductRelease},
+                    {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LICENSE_FN, prevOpenProductLicenseFeatureName}}));
     Send(core, "CorvaneTavi::TrackFileInput");
 }
 
@@ -408,15 +406,16 @@ void CorvaneTavi::TrackUpdateLicense(const std::wstring& licensedProductKey, con
     Facet::Core core;
     SetEventType(core, "S");
     SetEventScope(core, EntitlementScope);
-    Facet::Base& entitlement = core.EntitlementFacet();
-    SetText(entitlement.GetFacetEntry(FacetFields().entitlement_usage), std::int64_t{entitlementUsage});
-    SetText(entitlement.GetFacetEntry(FacetFields().entitlement_license_id), serialNumber);
-    Facet::Base& product = core.ProductFacet();
-    SetText(product.GetFacetEntry(FacetFields().product_key), licensedProductKey);
-    SetText(product.GetFacetEntry(FacetFields().product_suite_name), featureName);
-    StoreAttributes(
-        entitlement, FacetFields().entitlement_properties,
-        {{CV_EXPIRY_DAYS, expiryDays}, {CV_FEATURE_VERSION, featureVersion}, {CV_LICENSE_BEHAVIOR, licenseBehavior}});
+    Facet::Base& entitlement = EntitlementFacet(core);
+    SetFacetEntry(entitlement, TextOf(FacetField::entitlement_usage), TextOf(entitlementUsage));
+    SetFacetEntry(entitlement, TextOf(FacetField::entitlement_license_id), TextOf(serialNumber));
+    Facet::Base& product = ProductFacet(core);
+    SetFacetEntry(product, TextOf(FacetField::product_key), TextOf(licensedProductKey));
+    SetFacetEntry(product, TextOf(FacetField::product_suite_name), TextOf(featureName));
+    SetFacetObjectMembers(entitlement, FacetField::entitlement_properties,
+                          Attributes({{CV_FEATURE_VERSION, featureVersion},
+                                      {CV_LICENSE_BEHAVIOR, licenseBehavior},
+                                      {CV_EXPIRY_DAYS, expiryDays}}));
     Send(core, "CorvaneTavi::TrackUpdateLicense");
 }
 
@@ -436,20 +435,8 @@ void CorvaneTavi::StartTrackFileChange(const std::wstring& name)
     document->TrackEvent(*this);
 }
 
-void CorvaneTavi::SendWaypoint(const std::wstring& name, std::initializer_list<Attribute> attributes)
-{
-    SendWaypoint(NarrowOf(name), std::span(attributes.begin(), attributes.size()));
-}
-
-void CorvaneTavi::SendWaypoint(const TaviString& name, std::span<const Attribute> attributes)
-{
-    Facet::Core core;
-    StoreAttributes(AddWaypoint(core, name), FacetFields().component_attributes, attributes);
-    Send(core, "CorvaneTavi::TrackWaypoint");
-}
-
 void CorvaneTavi::Send(const Facet::Core& core, const char* method) const
 {
-    if (Sdk::TrackEvent(hostProductText, core, nullptr) != Sdk::StatusSuccess)
+    if (Sdk::TrackEvent(TextOf(hostProduct), core, nullptr) != 0)
         std::cout << method << " TaviDesktopSDK::TrackEvent" << std::endl;
 }

@@ -17,17 +17,15 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
 #include <telemetry/AttributeMap.h>
 #include <telemetry/TaviDocument.h>
-
-class Attribute;
 
 // A tool of the navigation bar.
 struct NavBarToolState
@@ -145,9 +143,9 @@ public:
                         const std::wstring& prevOpenProductLicenseFeatureName);
 
     // Entitlement. The host product's details changed. `expiryDays` is in days, and may be negative; `licenseBehavior`
-    // and `entitlementUsage` are the host's codes. `licensedProductKey` is the caller's, and need not be that of
+    // and `entitlementUsage` are the host's codes. `productKey` is the caller's, and need not be that of
     // GetProductKey().
-    void TrackUpdateLicense(const std::wstring& licensedProductKey, const std::wstring& featureName,
+    void TrackUpdateLicense(const std::wstring& productKey, const std::wstring& featureName,
                             const std::wstring& featureVersion, const std::wstring& serialNumber,
                             std::int32_t licenseBehavior, std::int32_t entitlementUsage, std::int32_t expiryDays);
 
@@ -166,15 +164,10 @@ private:
     CorvaneTavi() = default;
     ~CorvaneTavi() = default;
 
-    // The attributes are in ascending order of their keys.
-    void SendWaypoint(const std::wstring& name, std::initializer_list<Attribute> attributes);
-    void SendWaypoint(const Veltrane::TaviDesktopSDK::TaviString& name, std::span<const Attribute> attributes);
-
     // Prints the diagnostic line of `method` when the library refuses the event.
     void Send(const Veltrane::TaviDesktopSDK::Facet::Core& core, const char* method) const;
 
-    std::string hostProduct;                              // empty: not started
-    Veltrane::TaviDesktopSDK::TaviString hostProductText; // the same for the library
+    std::string hostProduct; // empty: not started
     std::string productKey;
     std::map<std::wstring, std::shared_ptr<TaviDocument>> documents; // by name
 };

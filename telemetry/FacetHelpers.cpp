@@ -1,24 +1,21 @@
 #include <telemetry/FacetHelpers.h>
 
-#include <string>
 #include <string_view>
 #include <utility>
 
-#include <telemetry/FacetFieldTexts.h>
+#include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
+#include <telemetry/ValueText.h>
 
+using Corvane::FacetEntries;
+using Corvane::TextOf;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 
-void SetFacetEntry(Facet::Base& facet, const char* key, const JsonValue& value)
+void SetEventType(Facet::Core& core, const char* letter)
 {
-    facet.SetFacetEntry(TaviString(key), value);
-}
-
-void SetFacetEntry(Facet::Base& facet, const char* key, const TaviString& value)
-{
-    SetFacetEntry(facet, TaviString(key), value.c_str());
+    SetFacetEntry(core, TextOf(FacetField::type), letter);
 }
 
 void SetEventScope(Facet::Core& core, int code)
@@ -32,38 +29,48 @@ void SetEventScope(Facet::Core& core, int code)
 
     const bool isKnown = code >= 1 && code <= static_cast<int>(letters.size());
     const char letter[] = {isKnown ? letters[static_cast<std::size_t>(code - 1)] : '\0', '\0'};
-    SetFacetEntry(core, FacetFields().scope, isKnown ? letter : nullptr);
+    SetFacetEntry(core, TextOf(FacetField::scope), isKnown ? letter : nullptr);
 }
 
-void SetFacetObjectMember(Facet::Base& facet, const char* objectKey, const TaviString& key, const TaviString& value)
+void SetComponentName(Facet::Base& component, const TaviString& name)
 {
-    const TaviString objectName(objectKey);
+    SetFacetEntry(component, TextOf(FacetField::component_name), name);
+}
+
+void SetFacetObjectMember(Facet::Base& facet, const TaviString& objectKey, const TaviString& key,
+                          const TaviString& value)
+{
     if (key.size() == 0)
     {
-        facet.SetFacetEntry(objectName, JsonValue());
+        SetFacetEntry(facet, objectKey, JsonValue());
         return;
     }
-
-    JsonValue& object = facet.GetFacetEntry(objectName);
-    if (value.c_str() != nullptr)
-        object[key].SetString(value.c_str());
-    else
-        object.RemoveKey(key);
+    // Whether there is text is the library's to say, as for an entry.
+    JsonValue member;
+    member.SetString(value.c_str());
+    if (member.Compare(JsonValue()) != 0)
+    {
+        FacetEntries(facet)[objectKey][key] = std::move(member);
+        return;
+    }
+    JsonValue& object = FacetEntries(facet)[objectKey];
+    object.RemoveKey(key);
     if (object.GetCount() == 0)
-        facet.SetFacetEntry(objectName, JsonValue());
+        SetFacetEntry(facet, objectKey, JsonValue());
 }
 
 void SetFacetObjectMembers(Facet::Base& facet, const char* objectKey, const AttributeMap& attributes)
 {
+    const TaviString objectName = TextOf(objectKey);
     for (const auto& [key, value] : attributes)
-        SetFacetObjectMember(facet, objectKey, key, value);
+        SetFacetObjectMember(facet, objectName, key, value);
 }
 
 void SetComponentAttributes(Facet::Base& component, const AttributeMap& attributes)
 {
-    const TaviString objectName(FacetField::component_attributes);
-    for (const auto& [key, value] : ReadComponentAttributes(std::as_const(component).GetFacetEntry(objectName)))
-        SetFacetObjectMember(component, FacetField::component_attributes, key, TaviString());
+    const TaviString objectName = TextOf(FacetField::component_attributes);
+    for (const auto& [key, value] : ReadComponentAttributes(FacetEntries(std::as_const(component))[objectName]))
+        SetFacetObjectMember(component, objectName, key, TaviString());
     SetFacetObjectMembers(component, FacetField::component_attributes, attributes);
 }
 
@@ -73,8 +80,8 @@ AttributeMap ReadComponentAttributes(const JsonValue& object)
     const JsonValue keys = object.GetKeyList();
     for (int i = 0; i < keys.GetCount(); ++i)
     {
-        const auto key = static_cast<TaviString>(keys[i]);
-        attributes[key] = static_cast<TaviString>(object[key]);
+        const TaviString key = keys[i].operator TaviString();
+        attributes[key] = object[key].operator TaviString();
     }
     return attributes;
 }
@@ -82,13 +89,13 @@ AttributeMap ReadComponentAttributes(const JsonValue& object)
 void BuildProductKey(const Facet::Product& product, TaviString& key)
 {
     const auto read = [&product](const char* field)
-    { return static_cast<TaviString>(product.GetFacetEntry(TaviString(field))); };
+    { return FacetEntries(product)[TextOf(field)].operator TaviString(); };
     const TaviString line = read(FacetField::product_line_name);
     const TaviString release = read(FacetField::product_release_id);
     const TaviString master = read(FacetField::product_master_id);
     const TaviString build = read(FacetField::product_build_id);
     if (line.size() == 0 || release.size() == 0 || master.size() == 0 || build.size() == 0)
         return;
-    const TaviString separator("&");
+    const TaviString separator = TextOf("&");
     key = line + separator + release + separator + master + separator + build;
 }

@@ -1,32 +1,13 @@
-// How the wrapper fills the telemetry library's facets.
-//
-// One rule holds throughout, set-or-remove: a value that was never given text removes its key instead of storing it,
-// while an empty text is stored as an empty string. Field names are those of FacetFields.h.
+// How the wrapper fills the telemetry library's facets, by the set-or-remove rule of FacetAccess.h. Field names are
+// those of FacetFields.h.
 #pragma once
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/AttributeMap.h>
-#include <telemetry/FacetFieldTexts.h>
-
-void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* key,
-                   const Veltrane::TaviDesktopSDK::JsonValue& value);
-void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* key,
-                   const Veltrane::TaviDesktopSDK::TaviString& value);
-inline void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
-                          const char* value)
-{
-    if (value != nullptr)
-        facet.GetFacetEntry(key).SetString(value);
-    else
-        facet.SetFacetEntry(key, Veltrane::TaviDesktopSDK::JsonValue());
-}
 
 // One capital letter under "type": "C" for events with a component, "D" with a content, "S" with an entitlement.
-inline void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter)
-{
-    SetFacetEntry(core, FacetFields().type, letter);
-}
+void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter);
 
 // The codes of the scopes of our events.
 inline constexpr int ComponentScope = 25;
@@ -36,19 +17,17 @@ inline constexpr int EntitlementScope = 4;
 // The letter that stands for `code`, 1 to 39, under "scope"; several codes share one. Any other code removes the entry.
 void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, int code);
 
-inline void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
-                             const Veltrane::TaviDesktopSDK::TaviString& name)
-{
-    SetFacetEntry(component, FacetFields().component_name, name.c_str());
-}
+void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
+                      const Veltrane::TaviDesktopSDK::TaviString& name);
 
 // Sets or removes one member of the object that the facet holds under `objectKey`. The object is created with its first
 // member and removed with its last. An empty `key` removes the whole object.
-void SetFacetObjectMember(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* objectKey,
+void SetFacetObjectMember(Veltrane::TaviDesktopSDK::Facet::Base& facet,
+                          const Veltrane::TaviDesktopSDK::TaviString& objectKey,
                           const Veltrane::TaviDesktopSDK::TaviString& key,
                           const Veltrane::TaviDesktopSDK::TaviString& value);
 
-// Adds every attribute to the object under `objectKey`, in ascending order of the keys.
+// The same for every attribute, in ascending order of the keys. Members that are there already stay.
 void SetFacetObjectMembers(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* objectKey,
                            const AttributeMap& attributes);
 

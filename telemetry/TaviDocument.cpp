@@ -1,13 +1,15 @@
 #include <telemetry/TaviDocument.h>
 
-#include <TaviDesktopSDK/TaviDesktopSDK.h>
+#include <utility>
 
 #include <telemetry/CorvaneTavi.h>
+#include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
 #include <telemetry/ValueText.h>
 #include <telemetry/Vocabulary.h>
 
+using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
@@ -15,25 +17,24 @@ namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 namespace
 {
 
-Facet::Content MakeContent(const std::wstring& name, const std::wstring& extension, std::uint64_t size,
-                           std::uint32_t source)
+void FillContent(Facet::Content& content, const std::wstring& name, const std::wstring& extension, std::uint64_t size,
+                 std::uint32_t source)
 {
-    Facet::Content content;
-    SetFacetEntry(content, FacetField::content_name, TextOf(name));
-    SetFacetEntry(content, FacetField::content_type, TextOf(extension));
-    SetFacetEntry(content, FacetField::content_root, TextOf(std::uint64_t{source}));
-    SetFacetEntry(content, FacetField::content_size, JsonValue(static_cast<long long>(size)));
+    SetFacetEntry(content, TextOf(FacetField::content_name), TextOf(name));
+    SetFacetEntry(content, TextOf(FacetField::content_type), TextOf(extension));
+    SetFacetEntry(content, TextOf(FacetField::content_root), TextOf(std::uint64_t{source}));
+    SetFacetEntry(content, TextOf(FacetField::content_size), JsonValue(static_cast<long long>(size)));
 
-    const auto entry = [&content](const char* key) { return content.GetFacetEntry(TaviString(key)); };
-    const auto textEntry = [&entry](const char* key) { return static_cast<TaviString>(entry(key)); };
+    // Read back from the facet: what the library did not take as an entry is no member either.
+    const auto entry = [&content](const char* key) -> const JsonValue&
+    { return FacetEntries(std::as_const(content))[TextOf(key)]; };
     const std::int64_t sentSize = static_cast<long long>(entry(FacetField::content_size));
     AttributeMap meta;
-    meta[TextOf(Vocabulary::COMMON_FILE_NAME)] = textEntry(FacetField::content_name);
-    meta[TextOf(Vocabulary::COMMON_FILE_TYPE)] = textEntry(FacetField::content_type);
+    meta[TextOf(Vocabulary::COMMON_FILE_NAME)] = entry(FacetField::content_name).operator TaviString();
+    meta[TextOf(Vocabulary::COMMON_FILE_TYPE)] = entry(FacetField::content_type).operator TaviString();
     meta[TextOf(Vocabulary::COMMON_FILE_SIZE)] = TextOf(sentSize);
-    meta[TextOf(Vocabulary::COMMON_FILE_SOURCE)] = textEntry(FacetField::content_root);
+    meta[TextOf(Vocabulary::COMMON_FILE_SOURCE)] = entry(FacetField::content_root).operator TaviString();
     SetFacetObjectMembers(content, FacetField::content_meta, meta);
-    return content;
 }
 
 } // namespace
@@ -46,9 +47,10 @@ TaviDocument::TaviDocument(const std::wstring& name, const std::wstring& extensi
 {
     SetEventType(*core, "D");
     SetEventScope(*core, ContentScope);
-    Facet::Content content = MakeContent(name, extension, size, source);
+    Facet::Content content;
+    FillContent(content, name, extension, size, source);
     content.StartDocumentEditTimer();
-    core->ContentFacet() = content;
+    ContentFacet(*core) = content;
 }
 
 TaviDocument::~TaviDocument() = default;

@@ -8,10 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace Veltrane::TaviDesktopSDK::Facet
-{
-class Core;
-}
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 class CorvaneTavi;
 

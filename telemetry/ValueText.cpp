@@ -1,45 +1,42 @@
 #include <telemetry/ValueText.h>
 
 #include <array>
-#include <charconv>
-#include <type_traits>
 
-using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
+
+namespace Corvane
+{
 
 namespace
 {
 
-// Short ASCII, which is most of what is reported, stands for itself: converted here, it needs no string of the
-// library's.
-bool SetShortAscii(JsonValue& member, const std::wstring& text)
+TaviString DecimalText(bool isNegative, std::uint64_t magnitude)
 {
-    std::array<char, 64> narrow;
-    if (text.size() >= narrow.size())
-        return false;
-    char* end = narrow.data();
-    std::make_unsigned_t<wchar_t> all = 0;
-    for (const wchar_t unit : text)
+    std::array<char, 20> digits; // the longest has twenty, or a sign and nineteen; filled from the end
+    char* first = digits.data() + digits.size();
+    do
     {
-        all |= static_cast<std::make_unsigned_t<wchar_t>>(unit);
-        *end++ = static_cast<char>(unit);
-    }
-    if (all >= 0x80)
-        return false;
-    *end = '\0';
-    member.SetString(narrow.data());
-    return true;
-}
-
-template <typename Integer>
-void SetDecimal(JsonValue& member, Integer value)
-{
-    std::array<char, 21> text; // twenty digits, or a sign and nineteen, and a terminator
-    *std::to_chars(text.data(), text.data() + text.size(), value).ptr = '\0';
-    member.SetString(text.data());
+        *--first = static_cast<char>('0' + magnitude % 10);
+        magnitude /= 10;
+    } while (magnitude != 0);
+    if (isNegative)
+        *--first = '-';
+    return TextOf(std::string(first, digits.data() + digits.size()));
 }
 
 } // namespace
+
+TaviString TextOf(const char* value)
+{
+    TaviString text;
+    text.SetString(value);
+    return text;
+}
+
+TaviString TextOf(const std::string& value)
+{
+    return TextOf(value.c_str());
+}
 
 TaviString TextOf(const std::wstring& value)
 {
@@ -48,38 +45,26 @@ TaviString TextOf(const std::wstring& value)
     return text;
 }
 
-TaviString TextOf(const std::string& value)
+TaviString TextOf(std::int32_t value)
 {
-    return TaviString(value.c_str());
+    return TextOf(std::int64_t{value});
 }
 
 TaviString TextOf(std::int64_t value)
 {
-    return TextOf(std::to_string(value));
+    // The magnitude of the smallest value has no signed form.
+    const auto bits = static_cast<std::uint64_t>(value);
+    return DecimalText(value < 0, value < 0 ? 0 - bits : bits);
 }
 
 TaviString TextOf(std::uint64_t value)
 {
-    return TextOf(std::to_string(value));
+    return DecimalText(false, value);
 }
 
-void SetText(JsonValue& member, const std::wstring& value)
+TaviString TextOf(double value)
 {
-    if (!SetShortAscii(member, value))
-        member.SetString(TextOf(value).c_str());
+    return TaviString(value);
 }
 
-void SetText(JsonValue& member, std::int64_t value)
-{
-    SetDecimal(member, value);
-}
-
-void SetText(JsonValue& member, std::uint64_t value)
-{
-    SetDecimal(member, value);
-}
-
-void SetText(JsonValue& member, double value)
-{
-    member.SetString(TaviString(value).c_str());
-}
+} // namespace Corvane

@@ -10,19 +10,8 @@
 #include <TaviDesktopSDK/JsonValue.h>
 #include <TaviDesktopSDK/TaviString.h>
 
-namespace Veltrane::TaviDesktopSDK
-{
-class PayloadView;
-}
-
 namespace Veltrane::TaviDesktopSDK::Facet
 {
-
-enum FacetCreationAction : int
-{
-    FindOnly = 0,
-    CreateWhenMissing = 1,
-};
 
 class TAVI_SDK_API Base
 {
@@ -31,9 +20,9 @@ public:
     // which must outlive it; when not shared, on a copy of it.
     Base(JsonValue* data, bool shared);
 
-    // Copies entries and a running edit timer; a copy never shares its data, and assigning to a facet that does writes
-    // the caller's `*data`.
-    Base(const Base& other);
+    Base(const Base&) = delete;
+
+    // Copies entries and a running edit timer. Assigning to a facet that shares its data writes the caller's `*data`.
     Base& operator=(const Base& other);
 
     // The library frees what it allocates, whichever module creates or destroys the facet.
@@ -49,23 +38,17 @@ public:
     // What the class's FacetName() gives: a constant text of the library's.
     virtual const char* GetFacetName() const = 0;
 
-    // A new copy, owned by the caller.
+    // A new copy with data of its own, owned by the caller.
     virtual Base* Clone() const = 0;
 
     // Stores `value` under `key`; a null value removes the key instead.
     void SetFacetEntry(const TaviString& key, const JsonValue& value)
     {
-        if (!value.IsNull())
+        if (value.Compare(JsonValue()) != 0)
             Data()[key] = value;
         else
             Data().RemoveKey(key);
     }
-
-    // The entry for reading; null when absent.
-    const JsonValue& GetFacetEntry(const TaviString& key) const { return Data()[key]; }
-
-    // The entry for writing, added as null when absent; valid as a reference that JsonValue's operator[] gave.
-    JsonValue& GetFacetEntry(const TaviString& key) { return Data()[key]; }
 
 protected:
     // Also stops the edit timer.
@@ -75,21 +58,19 @@ protected:
     JsonValue& Data();
     const JsonValue& Data() const;
 
-    // Lives here so that it goes along when a facet is assigned or copied as a Base.
-    void StartEditTimer();
-
 private:
-    friend class TaviDesktopSDK::PayloadView;
+    friend class Content;
 
     JsonValue ownData;
-    JsonValue* sharedData = nullptr;
-    long long editTimerStart; // steady clock, nanoseconds; negative: not running
+    JsonValue* sharedData;
+    long long editTimerStart; // a content's, here so that it goes along in an assignment; negative: not running
 };
 
 class TAVI_SDK_API Product : public Base
 {
 public:
     Product() : Base(nullptr, false) {}
+    Product& operator=(const Product&) = delete;
 
     static const char* FacetName();
 
@@ -101,47 +82,60 @@ class TAVI_SDK_API Content : public Base
 {
 public:
     Content() : Base(nullptr, false) {}
+    Content& operator=(const Content&) = delete;
 
     static const char* FacetName();
 
+    // Adds "document_editing_length_ms" while the edit timer runs: an integer, milliseconds since its start.
+    JsonValue Build(const JsonValue& event) const override;
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
 
-    // Starts, or starts anew, the measuring of how long the document is edited. From then on every payload built from
-    // this facet or a copy of it holds "document_editing_length_ms", an integer: milliseconds since the start.
+    // Starts, or starts anew, the measuring of how long the document is edited. A content facet that this one is
+    // assigned to as a Base goes on measuring from the same start.
     void StartDocumentEditTimer();
 };
 
+// A sub-facet only: a core makes it.
 class TAVI_SDK_API Entitlement : public Base
 {
 public:
-    Entitlement() : Base(nullptr, false) {}
+    Entitlement& operator=(const Entitlement&) = delete;
 
     static const char* FacetName();
 
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
+
+private:
+    friend class Core;
+
+    Entitlement() : Base(nullptr, false) {}
 };
 
+// A sub-facet only: a core makes it.
 class TAVI_SDK_API Component : public Base
 {
 public:
-    Component() : Base(nullptr, false) {}
+    Component& operator=(const Component&) = delete;
 
     static const char* FacetName();
 
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
+
+private:
+    friend class Core;
+
+    Component() : Base(nullptr, false) {}
 };
 
 class TAVI_SDK_API Core : public Base
 {
 public:
     Core() : Base(nullptr, false) {}
-    ~Core() override { Clear(); }
-
-    Core(const Core& other);
     Core& operator=(const Core&) = delete;
+    ~Core() override { Clear(); }
 
     static const char* FacetName();
 
@@ -160,14 +154,16 @@ public:
     Base& ProductFacet() { return *GetFacetByName(Product::FacetName(), CreateWhenMissing); }
 
 private:
-    friend class TaviDesktopSDK::PayloadView;
-
-    struct FacetList;
+    enum FacetCreationAction : int
+    {
+        FindOnly = 0,
+        CreateWhenMissing = 1,
+    };
 
     // Null for an unknown name, and for an absent facet that is only to be found.
     Base* GetFacetByName(const char* name, FacetCreationAction action);
 
-    FacetList* facets = nullptr;
+    Base* subFacets[4] = {}; // in the order of creation, null from the first free place on
 };
 
 } // namespace Veltrane::TaviDesktopSDK::Facet

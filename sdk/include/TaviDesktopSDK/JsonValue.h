@@ -1,10 +1,14 @@
 // A JSON value (null, boolean, 64-bit integer, string, object or array) held by value through one pointer-sized handle.
 //
-// The handle of a null value is empty, and no other value's is. Strings and keys are 8-bit text as in TaviString.h; a
-// key without text is the empty key. Copies are deep. A reference that operator[] gave stays valid while other members
-// are added to the same object, and ends with its member. Assigning a value to one of its own members, or a member to
-// the value that holds it, copies first and is safe; only moving a value into one of its own members is not allowed.
-// Nothing here throws but for want of memory. Not safe for use by two threads at once.
+// The handle of a null value is empty, and no other value's is: `value.Compare(JsonValue()) == 0` asks for null.
+// Neither
+// `==` nor `if` does: both would take the value for a number, by its conversion. A pointer, a text among them, converts
+// to the boolean true. Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
+//
+// Copies are deep. A reference that operator[] gave stays valid while other members are added to the same object, and
+// ends with its member. Assigning a value to itself, to one of its own members, or a member to the value that holds it,
+// is safe; only moving a value into one of its own members is not allowed. Nothing here throws but for want of memory.
+// Not safe for use by two threads at once.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
@@ -18,11 +22,8 @@ class JsonValue
 public:
     JsonValue() noexcept : node(nullptr) {}
 
-    TAVI_SDK_API explicit JsonValue(bool value);
-    TAVI_SDK_API explicit JsonValue(long long value);
-
-    // A pointer would silently become a boolean.
-    JsonValue(const void*) = delete;
+    TAVI_SDK_API JsonValue(bool value);
+    TAVI_SDK_API JsonValue(long long value);
 
     TAVI_SDK_API JsonValue(const JsonValue& other);
 
@@ -38,15 +39,16 @@ public:
 
     JsonValue& operator=(JsonValue&& other) noexcept
     {
-        // `other` may be a member of this value: it is taken out before the tree around it goes.
+        // `other` may be a member of this value: it is taken out before the tree around it goes. For `*this` as `other`
+        // that would take away the tree itself.
+        if (this == &other)
+            return *this;
         Node* const taken = other.node;
         other.node = nullptr;
         Reset();
         node = taken;
         return *this;
     }
-
-    bool IsNull() const noexcept { return node == nullptr; }
 
     // Makes the value a string, a copy of the null-terminated `text`, or null when `text` is a null pointer.
     TAVI_SDK_API void SetString(const char* text);
@@ -77,14 +79,12 @@ public:
     TAVI_SDK_API bool RemoveKey(const TaviString& key);
 
     // A string's text; no text for null; the JSON text of every other value.
-    TAVI_SDK_API explicit operator TaviString() const;
+    TAVI_SDK_API operator TaviString() const;
 
     // An integer's value; 1 or 0 for a boolean; 0 for every other value.
-    TAVI_SDK_API explicit operator long long() const;
+    TAVI_SDK_API operator long long() const;
 
 private:
-    friend struct Members;
-
     struct Node;
 
     // Releases the tree and leaves null.

@@ -1,7 +1,7 @@
 // The telemetry library: opt-in query, start-up, event tracking and test mode.
 //
 // All calls are made on one thread, and the testing callback runs on it, inside TrackEvent. A status is 0 for success
-// and anything else for failure; only the statuses named here mean more than that.
+// and anything else for failure; IsOptedIn's alone means more than that.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
@@ -11,15 +11,6 @@
 
 namespace Veltrane::TaviDesktopSDK
 {
-
-inline constexpr int StatusSuccess = 0;
-inline constexpr int StatusNotOptedIn = 4; // from IsOptedIn
-
-// Receives each payload that would be uploaded, the context given at registration, and a reply to fill in. The payload
-// is one flat object: the host product's entries, the event's own, those of its sub-facets in the order of creation,
-// and the extra members; a later one replaces an earlier one of the same key. It lives for the call; a copy of it stays
-// valid. The result is not used.
-using TestingCallback = int (*)(const JsonValue& payload, void* context, JsonValue& reply);
 
 // Starts the library for `product`, whose entries as they are now go into every payload, and writes the text that
 // identifies the host product from then on. After success that text is not empty; after a failure it may be.
@@ -33,7 +24,7 @@ TAVI_SDK_API bool SetHostProduct(const TaviString& hostProduct);
 // Initialize did not give out fails and is shown to no callback.
 TAVI_SDK_API int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra);
 
-// Whether the user takes part in the usage-data programme; StatusNotOptedIn when not. `details` may be null.
+// Whether the user takes part in the usage-data programme: 4 when not. `details` may be null.
 TAVI_SDK_API int IsOptedIn(JsonValue* details);
 
 // `flags` is an object of booleans: "Testing_EnableCallback", "Testing_EnableWhitelistDownload",
@@ -42,8 +33,13 @@ TAVI_SDK_API int IsOptedIn(JsonValue* details);
 // master and build identifier joined by "&".
 TAVI_SDK_API int SetTestingFlags(const TaviString& productKey, const JsonValue& flags);
 
-// Registers `callback`, in place of any earlier one; a null `callback` withdraws it. `context` stays the caller's
-// and is handed over as it is, for as long as the registration holds.
-TAVI_SDK_API int SetTestingCallback(const TaviString& productKey, TestingCallback callback, void* context);
+// Registers `callback`, in place of any earlier one; a null `callback` withdraws it. It receives each payload that
+// would be uploaded, `context`, which stays the caller's and is handed over as it is, and a reply to fill in. The
+// payload is one flat object: the host product's entries, the event's own, those of its sub-facets in the order of
+// creation, and the extra members; a later one replaces an earlier one of the same key. It lives for the call; a copy
+// of it stays valid. The callback's result is not used.
+TAVI_SDK_API int SetTestingCallback(const TaviString& productKey,
+                                    int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
+                                    void* context);
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -15,11 +15,10 @@ class TaviString
 public:
     TaviString() noexcept : content(nullptr) {}
 
-    explicit TaviString(const char* text) : TaviString() { SetString(text); }
-
     // The number's text: fixed notation rounded to six decimals as printf's "%f" has it, without trailing zeros and
-    // without a trailing point (0.45, 1.12, 0, -0, inf, -inf, nan), whatever the process's locale.
-    TAVI_SDK_API explicit TaviString(double value);
+    // without a trailing point (0.45, 1.12, 0, -0, inf, -inf, nan), whatever the process's locale. Any number converts,
+    // integers and booleans too.
+    TAVI_SDK_API TaviString(double value);
 
     TAVI_SDK_API TaviString(const TaviString& other);
 
@@ -58,8 +57,6 @@ public:
     TAVI_SDK_API unsigned long long size() const;
 
 private:
-    friend struct Contents;
-
     struct Content;
 
     Content* content;

@@ -1,0 +1,85 @@
+// The names that the telemetry library's header gives to its inline facet members, and the way to a facet's protected
+// data. They are named here and nowhere else: for a library that names them otherwise, this file is edited and no
+// other.
+//
+// Facet fields are set by one rule, set-or-remove: a value that is null, a text that the library takes for none,
+// removes its key instead of being stored.
+#pragma once
+
+#include <concepts>
+
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+namespace Corvane
+{
+
+// Never made. It is derived so that pointers to the protected members can be formed.
+class FacetAccess : public Veltrane::TaviDesktopSDK::Facet::Base
+{
+public:
+    FacetAccess() = delete;
+
+    static Veltrane::TaviDesktopSDK::JsonValue& Entries(Veltrane::TaviDesktopSDK::Facet::Base& facet)
+    {
+        Veltrane::TaviDesktopSDK::JsonValue& (Base::*const data)() = &FacetAccess::Data;
+        return (facet.*data)();
+    }
+
+    static const Veltrane::TaviDesktopSDK::JsonValue& Entries(const Veltrane::TaviDesktopSDK::Facet::Base& facet)
+    {
+        const Veltrane::TaviDesktopSDK::JsonValue& (Base::*const data)() const = &FacetAccess::Data;
+        return (facet.*data)();
+    }
+};
+
+// The object that a facet's entries are members of: for reading without creating any, or to be changed in place.
+inline const Veltrane::TaviDesktopSDK::JsonValue& FacetEntries(const Veltrane::TaviDesktopSDK::Facet::Base& facet)
+{
+    return FacetAccess::Entries(facet);
+}
+inline Veltrane::TaviDesktopSDK::JsonValue& FacetEntries(Veltrane::TaviDesktopSDK::Facet::Base& facet)
+{
+    return FacetAccess::Entries(facet);
+}
+
+// The event's sub-facets, created on the first request; they live until the core is cleared or destroyed.
+inline Veltrane::TaviDesktopSDK::Facet::Base& ComponentFacet(Veltrane::TaviDesktopSDK::Facet::Core& core)
+{
+    return core.ComponentFacet();
+}
+inline Veltrane::TaviDesktopSDK::Facet::Base& ContentFacet(Veltrane::TaviDesktopSDK::Facet::Core& core)
+{
+    return core.ContentFacet();
+}
+inline Veltrane::TaviDesktopSDK::Facet::Base& EntitlementFacet(Veltrane::TaviDesktopSDK::Facet::Core& core)
+{
+    return core.EntitlementFacet();
+}
+inline Veltrane::TaviDesktopSDK::Facet::Base& ProductFacet(Veltrane::TaviDesktopSDK::Facet::Core& core)
+{
+    return core.ProductFacet();
+}
+
+} // namespace Corvane
+
+// Sets or removes one entry. A value and a string are taken as they are, and nothing that converts to one: a text would
+// become the boolean true, and a number or a flag a text.
+void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                   const std::same_as<Veltrane::TaviDesktopSDK::JsonValue> auto& value)
+{
+    facet.SetFacetEntry(key, value);
+}
+
+// The same for a text; null, or a string that was never given text, removes the key.
+inline void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                          const char* text)
+{
+    Veltrane::TaviDesktopSDK::JsonValue value;
+    value.SetString(text);
+    facet.SetFacetEntry(key, value);
+}
+void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                   const std::same_as<Veltrane::TaviDesktopSDK::TaviString> auto& text)
+{
+    SetFacetEntry(facet, key, text.c_str());
+}
