@@ -7,6 +7,7 @@
 
 #include <harness/ExpectedPayload.h>
 #include <harness/FacetKeys.h>
+#include <harness/NarrowText.h>
 #include <telemetry/CorvaneTavi.h>
 #include <telemetry/Vocabulary.h>
 
@@ -38,7 +39,7 @@ JsonValue ExpectEntitlement()
     JsonValue expected = ExpectObject({{FacetKeys::entitlement_license_id, L"serialNumber"},
                                        {FacetKeys::product_suite_name, L"featureName"},
                                        {FacetKeys::entitlement_usage, 14}});
-    expected[TaviString("entitlement_properties")] =
+    expected[NarrowText(FacetKeys::entitlement_properties)] =
         ExpectObject({{CV_FEATURE_VERSION, L"featureVersion"}, {CV_LICENSE_BEHAVIOR, 13}, {CV_EXPIRY_DAYS, 15}});
     return expected;
 }
@@ -55,8 +56,8 @@ void RunStartTrackFileChange(TestResultList& results)
                                      {COMMON_FILE_SIZE, 12},
                                      {COMMON_FILE_SOURCE, 12}}),
                       false};
-    const TaviString productKey(CorvaneTavi::Instance().GetProductKey().c_str());
-    if (Sdk::SetTestingCallback(productKey, VerifyFileInputPayload, &result) != Sdk::StatusSuccess)
+    const TaviString productKey = NarrowText(CorvaneTavi::Instance().GetProductKey().c_str());
+    if (Sdk::SetTestingCallback(productKey, VerifyFileInputPayload, &result) != 0)
     {
         // "flags", although it is the callback that was refused: the text is fixed.
         std::cout << "Error occurred setting testing flags" << std::endl;

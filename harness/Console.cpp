@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include <TaviDesktopSDK/TaviString.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 using Veltrane::TaviDesktopSDK::TaviString;
 

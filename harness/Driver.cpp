@@ -7,6 +7,7 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <harness/Catalogue.h>
+#include <harness/NarrowText.h>
 #include <telemetry/CorvaneTavi.h>
 
 using Veltrane::TaviDesktopSDK::JsonValue;
@@ -16,17 +17,19 @@ namespace Sdk = Veltrane::TaviDesktopSDK;
 namespace
 {
 
+constexpr int NotOptedIn = 4; // the one answer of IsOptedIn() with a meaning of its own
+
 TaviString ProductKey()
 {
-    return TaviString(CorvaneTavi::Instance().GetProductKey().c_str());
+    return NarrowText(CorvaneTavi::Instance().GetProductKey().c_str());
 }
 
 JsonValue TestingFlags()
 {
     JsonValue flags;
-    flags[TaviString("Testing_EnableCallback")] = JsonValue(true);
-    flags[TaviString("Testing_EnableWhitelistDownload")] = JsonValue(true);
-    flags[TaviString("Testing_EnableUpload")] = JsonValue(false);
+    flags[NarrowText("Testing_EnableCallback")] = JsonValue(true);
+    flags[NarrowText("Testing_EnableWhitelistDownload")] = JsonValue(true);
+    flags[NarrowText("Testing_EnableUpload")] = JsonValue(false);
     return flags;
 }
 
@@ -35,21 +38,21 @@ JsonValue TestingFlags()
 int RunDriver()
 {
     // Before the wrapper exists: nothing is read or started for a user who has not opted in.
-    if (Sdk::IsOptedIn(nullptr) == Sdk::StatusNotOptedIn)
+    if (Sdk::IsOptedIn(nullptr) == NotOptedIn)
     {
         std::cout << "Must be opted-in to KIVA (Veltrane Orvenna) to run tests for Tavi" << std::endl;
         return 1;
     }
 
-    if (const int status = Sdk::SetTestingFlags(ProductKey(), TestingFlags()); status != Sdk::StatusSuccess)
+    const JsonValue flags = TestingFlags();
+    if (const int status = Sdk::SetTestingFlags(ProductKey(), flags); status != 0)
     {
         std::cout << "Error occurred setting testing flags" << std::endl;
         return status;
     }
 
     TestResultList results;
-    if (const int status = Sdk::SetTestingCallback(ProductKey(), VerifyPayloadCallback, &results);
-        status != Sdk::StatusSuccess)
+    if (const int status = Sdk::SetTestingCallback(ProductKey(), VerifyPayloadCallback, &results); status != 0)
     {
         std::cout << "Error occurred setting testing callback" << std::endl;
         return status;

@@ -1,14 +1,22 @@
-// From the harness's wide text to the library's strings.
+// From the harness's texts to the library's strings.
 #pragma once
 
 #include <string>
 
-#include <TaviDesktopSDK/TaviString.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 // In UTF-8, up to the first null character.
 inline Veltrane::TaviDesktopSDK::TaviString NarrowText(const std::wstring& wide)
 {
     Veltrane::TaviDesktopSDK::TaviString narrow;
     narrow.SetStringW(wide.c_str());
+    return narrow;
+}
+
+// Byte for byte.
+inline Veltrane::TaviDesktopSDK::TaviString NarrowText(const char* text)
+{
+    Veltrane::TaviDesktopSDK::TaviString narrow;
+    narrow.SetString(text);
     return narrow;
 }

@@ -19,6 +19,12 @@ std::wstring WideOf(const TaviString& text)
     return text.c_strw() != nullptr ? text.c_strw() : L"";
 }
 
+// The library's conversions would have `==` and `if` ask something else.
+bool IsNull(const JsonValue& value)
+{
+    return value.Compare(JsonValue()) == 0;
+}
+
 bool PrintVerdict(bool passed)
 {
     std::cout << (passed ? "PASSED" : "FAILED") << std::endl;
@@ -28,9 +34,9 @@ bool PrintVerdict(bool passed)
 bool MatchesDocument(const JsonValue& payload, const JsonValue& expected)
 {
     const TaviString metaKey = NarrowText(FacetKeys::content_meta);
-    const JsonValue& payloadMeta = payload[metaKey];
-    const JsonValue& expectedMeta = expected[metaKey];
-    if (payloadMeta.IsNull() || expectedMeta.IsNull())
+    const JsonValue payloadMeta(payload[metaKey]);
+    const JsonValue expectedMeta(expected[metaKey]);
+    if (IsNull(payloadMeta) || IsNull(expectedMeta))
         return false;
     const auto isEqual = [](const JsonValue& left, const JsonValue& right, const std::wstring& key)
     { return left[NarrowText(key)].Compare(right[NarrowText(key)]) == 0; };
@@ -49,7 +55,7 @@ int VerifyPayloadCallback(const JsonValue& payload, void* context, JsonValue&)
     if (results.empty())
         return 0; // an event that no test has caused
     TestResult& record = results.back();
-    if (payload.IsNull() && !record.expected.IsNull())
+    if (IsNull(payload) && !IsNull(record.expected))
     {
         std::cout << "Unexpectedly recieved null JSON." << std::endl;
         std::cout
@@ -62,8 +68,8 @@ int VerifyPayloadCallback(const JsonValue& payload, void* context, JsonValue&)
     bool passed = true;
     for (const TaviString& key : GetSortedKeys(record.expected))
     {
-        const JsonValue& expected = std::as_const(record.expected)[key];
-        const JsonValue& received = payload[key];
+        const JsonValue expected(std::as_const(record.expected)[key]);
+        const JsonValue received(payload[key]);
         if (expected.Compare(received) == 0)
             continue;
         passed = false;
@@ -84,7 +90,7 @@ int VerifyPayloadCallback(const JsonValue& payload, void* context, JsonValue&)
 int VerifyFileInputPayload(const JsonValue& payload, void* context, JsonValue&)
 {
     TestResult& record = *static_cast<TestResult*>(context);
-    if (payload.IsNull() && !record.expected.IsNull())
+    if (IsNull(payload) && !IsNull(record.expected))
     {
         std::cout << "Unexpectedly recieved null JSON." << std::endl;
         std::cout << "This could indicate a failure to download a whitelist, or a failure to have specified a waypoint "
@@ -101,13 +107,13 @@ std::set<TaviString> GetSortedKeys(const JsonValue& value)
     std::set<TaviString> sorted;
     const JsonValue keys = value.GetKeyList();
     for (int i = 0; i < keys.GetCount(); ++i)
-        sorted.insert(static_cast<TaviString>(keys[i]));
+        sorted.insert(keys[i].operator TaviString());
     return sorted;
 }
 
 void PrintJsonValue(const JsonValue& value, unsigned depth)
 {
-    if (value.IsNull())
+    if (IsNull(value))
         return;
     const std::wstring indent(std::size_t{depth} * 4, L' ');
     if (value.GetCount() == 0)

@@ -5,8 +5,12 @@
 #include <filesystem>
 #include <optional>
 
-// The folder of the running program's file; nothing when the system does not tell, which on Windows includes a path of
-// 260 characters or more. Independent of the working folder and of how the program was called.
+namespace Corvane
+{
+
+// The folder of the running program's file; nothing when the system does not tell. Independent of the working folder
+// and of how the program was called. On Windows a path of 260 characters or more is cut off there, and the folder is
+// that of what is left.
 std::optional<std::filesystem::path> ExecutableFolder();
 
 // The folder of the program or shared library that this code is linked into; nothing as above.
@@ -14,3 +18,5 @@ std::optional<std::filesystem::path> ModuleFolder();
 
 // In text mode. Null when the file cannot be opened. The caller closes it.
 std::FILE* OpenForReading(const std::filesystem::path& file);
+
+} // namespace Corvane

@@ -5,6 +5,9 @@
 
 #include <system_error>
 
+namespace Corvane
+{
+
 namespace
 {
 
@@ -41,3 +44,5 @@ std::FILE* OpenForReading(const std::filesystem::path& file)
 {
     return std::fopen(file.c_str(), "r");
 }
+
+} // namespace Corvane

@@ -6,15 +6,16 @@
 
 #include <cwchar>
 
+namespace Corvane
+{
+
 namespace
 {
 
 std::optional<std::filesystem::path> FolderOf(HMODULE module)
 {
     wchar_t buffer[MAX_PATH] = {};
-    const DWORD length = GetModuleFileNameW(module, buffer, MAX_PATH);
-    // A path that does not fit is cut off, and what is left of it may name another folder.
-    if (length == 0 || length >= MAX_PATH)
+    if (GetModuleFileNameW(module, buffer, MAX_PATH) == 0)
         return std::nullopt;
     PathRemoveFileSpecW(buffer);
     return std::filesystem::path(buffer);
@@ -42,3 +43,5 @@ std::FILE* OpenForReading(const std::filesystem::path& file)
     std::FILE* opened = nullptr;
     return _wfopen_s(&opened, file.c_str(), L"r") == 0 ? opened : nullptr;
 }
+
+} // namespace Corvane

@@ -1,5 +1,8 @@
 #include <telemetry/MiniXml.h>
 
+namespace Corvane
+{
+
 namespace
 {
 
@@ -18,10 +21,10 @@ public:
 
 } // namespace
 
-mxml_node_t* LoadXmlFile(mxml_node_t* parent, std::FILE* file)
+mxml_node_t* LoadXmlFile(std::FILE* file)
 {
     const SilentMiniXml silent;
-    return mxmlLoadFile(parent, file, nullptr);
+    return mxmlLoadFile(nullptr, file, nullptr);
 }
 
 mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, bool descend)
@@ -29,13 +32,4 @@ mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* eleme
     return mxmlFindElement(start, top, element, nullptr, nullptr, descend ? MXML_DESCEND : MXML_NO_DESCEND);
 }
 
-bool IsDirective(mxml_node_t* node)
-{
-    const char* const name = mxmlGetElement(node);
-    return name != nullptr && *name == '?';
-}
-
-const char* TextOf(mxml_node_t* node)
-{
-    return mxmlGetType(node) == MXML_TEXT ? mxmlGetText(node, nullptr) : nullptr;
-}
+} // namespace Corvane

@@ -2,13 +2,16 @@
 
 #include <memory>
 
-mxml_node_t* LoadXmlFile(mxml_node_t* parent, std::FILE* file)
+namespace Corvane
+{
+
+mxml_node_t* LoadXmlFile(std::FILE* file)
 {
     // Without a callback Mini-XML reports on the error stream.
     const std::unique_ptr<mxml_options_t, decltype(&mxmlOptionsDelete)> options(mxmlOptionsNew(), &mxmlOptionsDelete);
     mxmlOptionsSetErrorCallback(
         options.get(), [](void*, const char*) {}, nullptr);
-    return mxmlLoadFile(parent, options.get(), file);
+    return mxmlLoadFile(nullptr, options.get(), file);
 }
 
 mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* element, bool descend)
@@ -16,12 +19,4 @@ mxml_node_t* FindElement(mxml_node_t* start, mxml_node_t* top, const char* eleme
     return mxmlFindElement(start, top, element, nullptr, nullptr, descend ? MXML_DESCEND_ALL : MXML_DESCEND_NONE);
 }
 
-bool IsDirective(mxml_node_t* node)
-{
-    return mxmlGetType(node) == MXML_TYPE_DIRECTIVE;
-}
-
-const char* TextOf(mxml_node_t* node)
-{
-    return mxmlGetType(node) == MXML_TYPE_TEXT ? mxmlGetText(node, nullptr) : nullptr;
-}
+} // namespace Corvane

@@ -8,6 +8,8 @@
 #include <telemetry/ExecutableFolder.h>
 #include <telemetry/MiniXml.h>
 
+using namespace Corvane;
+
 namespace
 {
 
@@ -19,44 +21,6 @@ std::optional<std::filesystem::path> ConfigPath(bool fromExecutable)
     if (path)
         *path /= std::filesystem::path("UPI") / "upiconfig.xml";
     return path;
-}
-
-using XmlTree = std::unique_ptr<mxml_node_t, decltype(&mxmlDelete)>;
-
-XmlTree Owned(mxml_node_t* tree)
-{
-    return {tree, &mxmlDelete};
-}
-
-// Mini-XML loses memory over an error in the first tag and over text beside the root element. Here a parent of our own
-// takes such nodes. Its name is no UTF-8, so that no closing tag in the file can be its. Null when the file is not
-// well-formed.
-XmlTree LoadBelowParent(std::FILE* file)
-{
-    XmlTree parent = Owned(mxmlNewElement(nullptr, "\xFF"));
-    if (LoadXmlFile(parent.get(), file) == nullptr)
-        return Owned(nullptr);
-    for (mxml_node_t* node = mxmlGetFirstChild(parent.get()); node != nullptr; node = mxmlGetNextSibling(node))
-    {
-        const char* const text = TextOf(node);
-        if (text != nullptr && *text != '\0')
-            return Owned(nullptr);
-    }
-    return parent;
-}
-
-// Null when the file cannot be opened or is not well-formed.
-XmlTree LoadXml(const std::filesystem::path& path)
-{
-    const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(OpenForReading(path), &std::fclose);
-    if (file == nullptr)
-        return Owned(nullptr);
-    XmlTree tree = LoadBelowParent(file.get());
-    // Without a parent of ours, a declaration that comes first holds all that follows: there is the same below either.
-    if (tree == nullptr || IsDirective(mxmlGetFirstChild(tree.get())))
-        return tree;
-    std::rewind(file.get());
-    return Owned(LoadXmlFile(nullptr, file.get()));
 }
 
 } // namespace
@@ -95,9 +59,12 @@ bool UpiProductInfo::GetUpiConfigPath(bool fromExecutable, std::wstring& path)
     }
 }
 
-void UpiProductInfo::Read(const std::filesystem::path& file)
+void UpiProductInfo::Read(const std::filesystem::path& path)
 {
-    const XmlTree tree = LoadXml(file);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenForReading(path), &std::fclose);
+    if (file == nullptr)
+        return;
+    const std::unique_ptr<mxml_node_t, void (*)(mxml_node_t*)> tree(LoadXmlFile(file.get()), &mxmlDelete);
     if (tree == nullptr)
         return;
 

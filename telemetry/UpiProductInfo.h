@@ -38,7 +38,7 @@ public:
 private:
     UpiProductInfo();
 
-    void Read(const std::filesystem::path& file);
+    void Read(const std::filesystem::path& path);
 
     std::map<std::string, std::string> levels; // identifier by level name
 };
