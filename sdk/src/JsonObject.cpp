@@ -1,162 +1,88 @@
-#include "JsonObject.h"
+#include <algorithm>
+#include <iterator>
+
+#include "JsonNode.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-JsonValue& JsonValue::Node::Object::FindOrAddOtherwise(const KeyText& key)
+JsonObject::JsonObject(const JsonObject& other)
 {
-    if (Member* const member = Find(key))
-        return member->value;
-    MakeRoom();
-    ownsKeys = ownsKeys || !key.IsKept();
-    return AddWithTable(key.Share()).value;
+    for (const Member& member : other.members)
+    {
+        members.push_back(member);
+        EnterInIndex();
+    }
 }
 
-Member& JsonValue::Node::Object::AddWithTable(const KeyText* key) noexcept
+JsonObject::Members::iterator JsonObject::Find(std::string_view key)
 {
-    Member& member = Add(key);
-    if (table != nullptr)
-        EnterInTable({&member, key->hash});
-    return member;
+    if (index == nullptr)
+        return std::find_if(members.begin(), members.end(), [key](const Member& member) { return member.text == key; });
+    const auto found = index->find(key);
+    return found != index->end() ? found->second : members.end();
 }
 
-bool JsonValue::Node::Object::Remove(const KeyText& key) noexcept
+JsonValue& JsonObject::FindOrAdd(const TaviString& key)
 {
-    Member* const member = Find(key);
-    if (member == nullptr)
+    const auto found = Find(ViewOf(key));
+    if (found != members.end())
+        return found->value;
+    members.emplace_back(key);
+    EnterInIndex();
+    return members.back().value;
+}
+
+bool JsonObject::Remove(std::string_view key)
+{
+    const auto found = Find(key);
+    if (found == members.end())
         return false;
-    *member->link = member->next;
-    (member->next != nullptr ? member->next->link : end) = member->link;
-    if (table != nullptr)
-        RemoveFromTable(*member->key);
-    JsonValue::Node::Release(member->value.node);
-    member->key->GiveUp();
-    member->next = std::exchange(removed, member);
-    Blocks::Hide(member, sizeof(Member));
-    --count;
+    if (index != nullptr)
+        index->erase(key);
+    members.erase(found);
     return true;
 }
 
-void JsonValue::Node::Object::BorrowOneByOne(const Object& from)
+void JsonObject::TakeMembers(JsonObject& from)
 {
-    from.ForEach(
-        [this](const Member& lent)
+    from.index.reset();
+    while (!from.members.empty())
+    {
+        Member& taken = from.members.front();
+        const auto present = Find(taken.text);
+        if (present != members.end())
         {
-            Member* const present = Find(*lent.key);
-            if (present == nullptr)
-                MakeRoom();
-            Member& member = present != nullptr ? *present : AddWithTable(lent.key);
-            member.value.node = lent.value.node;
-        });
-}
-
-JsonValue::Node::Object::TablePlace* JsonValue::Node::Object::FindInTable(const KeyText& key) const
-{
-    std::uint32_t place = key.hash & lastInTable;
-    while (table[place].member != nullptr && !(table[place].hash == key.hash && key.Is(*table[place].member->key)))
-        place = (place + 1) & lastInTable;
-    return table + place;
-}
-
-void JsonValue::Node::Object::EnterInTable(TablePlace entered) noexcept
-{
-    std::uint32_t place = entered.hash & lastInTable;
-    while (table[place].member != nullptr)
-        place = (place + 1) & lastInTable;
-    table[place] = entered;
-}
-
-// Closes the gap, so that no member that had to go on from its place becomes unreachable.
-void JsonValue::Node::Object::RemoveFromTable(const KeyText& key) noexcept
-{
-    auto gap = static_cast<std::uint32_t>(FindInTable(key) - table);
-    for (std::uint32_t place = (gap + 1) & lastInTable; table[place].member != nullptr;
-         place = (place + 1) & lastInTable)
-    {
-        const std::uint32_t wentOn = (place - table[place].hash) & lastInTable;
-        if (wentOn >= ((place - gap) & lastInTable))
-            table[std::exchange(gap, place)] = table[place];
+            present->value = std::move(taken.value);
+            from.members.pop_front();
+            continue;
+        }
+        members.splice(members.end(), from.members, from.members.begin());
+        EnterInIndex();
     }
-    table[gap] = {};
 }
 
-void JsonValue::Node::Object::MakeRoom()
+void JsonObject::EnterInIndex()
 {
-    if (unused == unusedEnd && removed != nullptr)
-    {
-        Blocks::Show(removed, sizeof(Member));
-        unused = std::exchange(removed, removed->next);
-        unusedEnd = unused + 1;
-    }
-    else if (unused == unusedEnd)
-    {
-        AddPlaces();
-    }
-    if (table != nullptr && count >= LargestCount(lastInTable + 1))
-        MakeTable(2 * (lastInTable + 1));
-}
-
-void JsonValue::Node::Object::AddPlaces()
-{
-    const std::uint32_t added = places;
-    void* const block = AllocateBlock(Places::BlockSize(added));
-    morePlaces = new (block) Places{morePlaces, added};
-    places += added;
-    unused = reinterpret_cast<Member*>(morePlaces + 1);
-    unusedEnd = unused + added;
-    if (table == nullptr && places > LargestScanned)
-        MakeTable(2 * std::bit_ceil(places));
-}
-
-void JsonValue::Node::Object::MakeTable(std::uint32_t size)
-{
-    auto* const made = static_cast<TablePlace*>(AllocateBlock(size * sizeof(TablePlace)));
-    std::uninitialized_value_construct_n(made, size);
-    TablePlace* const smaller = std::exchange(table, made);
-    const std::uint32_t lastInSmaller = std::exchange(lastInTable, size - 1);
-    if (smaller == nullptr)
-    {
-        for (Member* member = first; member != nullptr; member = member->next)
-            EnterInTable({member, member->key->hash});
+    if (index == nullptr && members.size() <= MostWithoutIndex)
         return;
-    }
-    for (std::uint32_t place = 0; place <= lastInSmaller; ++place)
+    try
     {
-        if (smaller[place].member != nullptr)
-            EnterInTable(smaller[place]);
+        if (index != nullptr)
+        {
+            index->emplace(members.back().text, std::prev(members.end()));
+            return;
+        }
+        auto made = std::make_unique<Index>();
+        for (auto member = members.begin(); member != members.end(); ++member)
+            made->emplace(member->text, member);
+        index = std::move(made);
     }
-    FreeBlock(smaller, (std::size_t{lastInSmaller} + 1) * sizeof(TablePlace));
-}
-
-void JsonValue::Node::Object::MakeFirstTable(Object* made)
-{
-    std::uint32_t size = std::bit_ceil(made->capacity);
-    if (LargestCount(size) < made->capacity)
-        size *= 2;
-    JsonValue owner = Holding(made);
-    made->MakeTable(size);
-    static_cast<void>(std::exchange(owner.node, nullptr));
-}
-
-void JsonValue::Node::Object::GiveUpKeys() noexcept
-{
-    for (const Member* member = first; member != nullptr; member = member->next)
-        member->key->GiveUp();
-}
-
-void JsonValue::Node::Object::FreeMorePlaces() noexcept
-{
-    for (Places* block = morePlaces; block != nullptr;)
+    catch (...)
     {
-        Places* const next = block->next;
-        FreeBlock(block, Places::BlockSize(block->capacity));
-        block = next;
+        members.pop_back();
+        throw;
     }
-}
-
-void JsonValue::Node::Object::FreeTable() noexcept
-{
-    FreeBlock(table, (std::size_t{lastInTable} + 1) * sizeof(TablePlace));
 }
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -4,163 +4,135 @@
 #include <utility>
 
 #include "JsonNode.h"
-#include "JsonObject.h"
-#include "Members.h"
-#include "StringContent.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-JsonValue::Node* JsonValue::Node::CopyOfNode(const JsonValue& value)
+JsonValue::Node* JsonValue::Node::CopyOf(Node* node)
 {
-    switch (value.node->kind)
-    {
-    case Kind::Integer:
-        return OfInteger(IntegerIn(value));
-    case Kind::Text:
-        return Text::Make(TextIn(value));
-    case Kind::Object:
-    {
-        const Object* const object = ObjectIn(value);
-        JsonValue copy; // owns what there is of the copy, should memory run out
-        auto* const copied = Object::MakeFor(object->Count());
-        copy.node = copied;
-        object->ForEach([copied](const Member& member) { copied->FindOrAdd(*member.key).node = CopyOf(member.value); });
-        return std::exchange(copy.node, nullptr);
-    }
-    default:
-    {
-        Array* const array = ArrayIn(value);
-        JsonValue copy;
-        auto* const copied = Array::Make(array->size);
-        copy.node = copied;
-        std::transform(array->begin(), array->end(), copied->begin(),
-                       [](const JsonValue& element) { return JsonValue(element); });
-        return std::exchange(copy.node, nullptr);
-    }
-    }
+    if (node == nullptr)
+        return nullptr;
+    if (const auto* const object = std::get_if<JsonObject>(&node->held))
+        return Make<JsonObject>(*object);
+    if (const auto* const array = std::get_if<JsonArray>(&node->held))
+        return Make<JsonArray>(*array);
+    ++node->owners;
+    return node;
 }
 
-void JsonValue::Node::ReleaseNode(Node* node) noexcept
+void JsonValue::Node::Release(Node* node) noexcept
 {
-    switch (node->kind)
-    {
-    case Kind::Integer:
-        FreeBlock(node, sizeof(Integer));
-        break;
-    case Kind::Text:
-        Text::Release(static_cast<Text*>(node));
-        break;
-    case Kind::Object:
-        Object::Release(static_cast<Object*>(node));
-        break;
-    default:
-        Array::Release(static_cast<Array*>(node));
-    }
+    if (node != nullptr && --node->owners == 0)
+        delete node;
 }
 
 bool JsonValue::Node::AreEqual(const JsonValue& left, const JsonValue& right)
 {
-    if (KindOf(left) != KindOf(right))
-        return false;
-    switch (KindOf(left))
+    if (left.node == nullptr || right.node == nullptr)
+        return left.node == right.node;
+    if (const auto* const object = In<JsonObject>(left))
     {
-    case Kind::Integer:
-        return IntegerIn(left) == IntegerIn(right);
-    case Kind::Text:
-        return TextIn(left) == TextIn(right);
-    case Kind::Object:
+        const auto* const other = In<JsonObject>(right);
+        return other != nullptr && object->All().size() == other->All().size() &&
+               std::all_of(object->All().begin(), object->All().end(),
+                           [other](const Member& member)
+                           {
+                               const auto found = other->Find(member.text);
+                               return found != other->All().end() && AreEqual(member.value, found->value);
+                           });
+    }
+    if (const auto* const array = In<JsonArray>(left))
     {
-        const Object* const other = ObjectIn(right);
-        bool areEqual = ObjectIn(left)->Count() == other->Count();
-        const Member* next = other->First(); // the order is mostly the same
-        ObjectIn(left)->ForEach(
-            [other, &areEqual, &next](const Member& member)
-            {
-                if (!areEqual)
-                    return;
-                const bool isNext = next != nullptr && member.key->Is(*next->key);
-                const Member* const found = isNext ? next : other->Find(*member.key);
-                areEqual = found != nullptr && AreEqual(member.value, found->value);
-                next = found != nullptr ? found->next : nullptr;
-            });
-        return areEqual;
+        const auto* const other = In<JsonArray>(right);
+        return other != nullptr && std::equal(array->begin(), array->end(), other->begin(), other->end(), AreEqual);
     }
-    case Kind::Array:
-        return std::equal(ArrayIn(left)->begin(), ArrayIn(left)->end(), ArrayIn(right)->begin(), ArrayIn(right)->end(),
-                          AreEqual);
-    default:
-        return left.node == right.node; // null or a boolean
+    if (const auto* const text = In<TaviString>(left))
+    {
+        const auto* const other = In<TaviString>(right);
+        return other != nullptr && ViewOf(*text) == ViewOf(*other);
     }
+    const auto isSame = [&]<typename Number>(const Number* number)
+    {
+        const auto* const other = In<Number>(right);
+        return number != nullptr && other != nullptr && *number == *other;
+    };
+    return isSame(In<bool>(left)) || isSame(In<long long>(left));
 }
 
-JsonValue::JsonValue(bool value) : node(Node::OfBoolean(value)) {}
+JsonValue::JsonValue(bool value) : node(Node::Make<bool>(value)) {}
 
-JsonValue::JsonValue(long long value) : node(Node::OfInteger(value)) {}
+JsonValue::JsonValue(long long value) : node(Node::Make<long long>(value)) {}
 
-JsonValue::JsonValue(const JsonValue& other) : node(Node::CopyOf(other)) {}
+JsonValue::JsonValue(const JsonValue& other) : node(Node::CopyOf(other.node)) {}
 
 JsonValue& JsonValue::operator=(const JsonValue& other)
 {
-    return *this = JsonValue(other);
+    if (this != &other) // references to this value's members stay valid
+        *this = JsonValue(other);
+    return *this;
 }
 
 void JsonValue::SetString(const char* text)
 {
+    TaviString string;
+    string.SetString(text);
     // The new text is complete before the old value goes: it may be part of it.
-    Node::Release(std::exchange(node, text != nullptr ? Node::OfText(Node::ViewOf(text)) : nullptr));
+    Node* const made = text != nullptr ? Node::Make<TaviString>(std::move(string)) : nullptr;
+    Node::Release(std::exchange(node, made));
 }
 
 JsonValue& JsonValue::operator[](const TaviString& key)
 {
-    auto* object = Node::ObjectIn(*this);
-    if (object == nullptr)
-    {
-        object = Node::Object::Make(Node::Object::SmallestCapacity);
-        Node::Release(std::exchange(node, object));
-    }
-    return object->FindOrAdd(KeyOf(key));
+    if (Node::In<JsonObject>(*this) == nullptr)
+        Node::Release(std::exchange(node, Node::Make<JsonObject>()));
+    return Node::In<JsonObject>(*this)->FindOrAdd(key);
 }
 
 const JsonValue& JsonValue::operator[](const TaviString& key) const
 {
     static const JsonValue null;
-    const Node::Object* const object = Node::ObjectIn(*this);
-    const Member* const member = object != nullptr ? object->Find(KeyOf(key)) : nullptr;
-    return member != nullptr ? member->value : null;
+    const auto* const object = Node::In<JsonObject>(*this);
+    if (object == nullptr)
+        return null;
+    const auto found = object->Find(ViewOf(key));
+    return found != object->All().end() ? found->value : null;
 }
 
 const JsonValue& JsonValue::operator[](int index) const
 {
     static const JsonValue null;
-    Node::Array* const array = Node::ArrayIn(*this);
-    return array != nullptr && index >= 0 && index < GetCount() ? array->begin()[index] : null;
+    const auto* const array = Node::In<JsonArray>(*this);
+    return array != nullptr && index >= 0 && index < GetCount() ? (*array)[static_cast<std::size_t>(index)] : null;
 }
 
 int JsonValue::GetCount() const
 {
-    if (const Node::Object* const object = Node::ObjectIn(*this))
-        return static_cast<int>(object->Count());
-    if (const Node::Array* const array = Node::ArrayIn(*this))
-        return static_cast<int>(array->size);
+    if (const auto* const object = Node::In<JsonObject>(*this))
+        return static_cast<int>(object->All().size());
+    if (const auto* const array = Node::In<JsonArray>(*this))
+        return static_cast<int>(array->size());
     return 0;
 }
 
 JsonValue JsonValue::GetKeyList() const
 {
-    const Node::Object* const object = Node::ObjectIn(*this);
-    auto* const keys = Node::Array::Make(object != nullptr ? object->Count() : 0);
-    JsonValue list;
-    list.node = keys;
-    if (object != nullptr)
-        object->ForEach([key = keys->begin()](const Member& member) mutable
-                        { key++->node = Node::OfText(member.key->View()); });
-    return list;
+    JsonArray keys;
+    if (const auto* const object = Node::In<JsonObject>(*this))
+    {
+        keys.reserve(object->All().size());
+        for (const Member& member : object->All())
+            keys.push_back(Node::Holding(Node::Make<TaviString>(member.key)));
+    }
+    return Node::Holding(Node::Make<JsonArray>(std::move(keys)));
 }
 
 TaviString JsonValue::GetJsonString() const
 {
-    return Node::JsonText(*this);
+    std::string text;
+    Node::AppendText(text, *this);
+    TaviString string;
+    string.SetString(text.c_str());
+    return string;
 }
 
 int JsonValue::Compare(const JsonValue& other) const
@@ -170,53 +142,28 @@ int JsonValue::Compare(const JsonValue& other) const
 
 bool JsonValue::RemoveKey(const TaviString& key)
 {
-    Node::Object* const object = Node::ObjectIn(*this);
-    return object != nullptr && object->Remove(KeyOf(key));
+    auto* const object = Node::In<JsonObject>(*this);
+    return object != nullptr && object->Remove(ViewOf(key));
 }
 
 JsonValue::operator TaviString() const
 {
-    switch (Node::KindOf(*this))
-    {
-    case Node::Kind::Null:
-        return TaviString();
-    case Node::Kind::Text:
-        return Contents::Of(Node::TextIn(*this));
-    default:
-        return GetJsonString();
-    }
+    if (const auto* const text = Node::In<TaviString>(*this))
+        return *text;
+    return node != nullptr ? GetJsonString() : TaviString();
 }
 
 JsonValue::operator long long() const
 {
-    switch (Node::KindOf(*this))
-    {
-    case Node::Kind::Boolean:
-        return Node::BooleanIn(*this) ? 1 : 0;
-    case Node::Kind::Integer:
-        return Node::IntegerIn(*this);
-    default:
-        return 0;
-    }
+    if (const auto* const number = Node::In<long long>(*this))
+        return *number;
+    const auto* const flag = Node::In<bool>(*this);
+    return flag != nullptr && *flag ? 1 : 0;
 }
 
 void JsonValue::Reset() noexcept
 {
     Node::Release(std::exchange(node, nullptr));
-}
-
-void Members::Merge(JsonValue& into, const JsonValue& from)
-{
-    const Node::Object* const source = Node::ObjectIn(from);
-    if (source == nullptr || source->Count() == 0)
-        return;
-    Node::Object* const object = Node::ObjectIn(into);
-    if (object == nullptr)
-    {
-        into = from;
-        return;
-    }
-    source->ForEach([object](const Member& member) { object->FindOrAdd(*member.key) = member.value; });
 }
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -1,11 +1,11 @@
 // The stand-in for the telemetry library: it builds and hands over every payload, and uploads nothing.
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <map>
 #include <string>
 #include <utility>
 
-#include "Blocks.h"
-#include "PayloadView.h"
+#include "JsonNode.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
@@ -13,13 +13,14 @@ namespace Veltrane::TaviDesktopSDK
 namespace
 {
 
+constexpr int StatusSuccess = 0;
 constexpr int StatusFailure = 1;
 
 struct Library
 {
-    JsonValue productDescriptions; // by host-product identifier; none is null
+    std::map<std::string, JsonValue, std::less<>> products; // their descriptions, by host-product identifier
     bool callbackEnabled = false;
-    TestingCallback callback = nullptr;
+    int (*callback)(const JsonValue&, void*, JsonValue&) = nullptr;
     void* callbackContext = nullptr;
 };
 
@@ -34,37 +35,32 @@ Library& TheLibrary()
 
 int Initialize(const Facet::Product& product, TaviString& hostProduct)
 {
-    Blocks::Keep();
-    JsonValue& descriptions = TheLibrary().productDescriptions;
-    hostProduct = TaviString(("host-product-" + std::to_string(descriptions.GetCount() + 1)).c_str());
-    JsonValue description = product.Build(JsonValue());
-    if (description.IsNull())
-        description = JsonValue(true); // has no members either
-    descriptions[hostProduct] = std::move(description);
+    auto& products = TheLibrary().products;
+    const std::string identifier = "host-product-" + std::to_string(products.size() + 1);
+    products[identifier] = product.Build(JsonValue());
+    hostProduct.SetString(identifier.c_str());
     return StatusSuccess;
 }
 
 bool SetHostProduct(const TaviString& hostProduct)
 {
-    return !std::as_const(TheLibrary().productDescriptions)[hostProduct].IsNull();
+    return TheLibrary().products.contains(ViewOf(hostProduct));
 }
 
 int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
 {
     const Library& library = TheLibrary();
-    const JsonValue& description = library.productDescriptions[hostProduct];
-    if (description.IsNull())
+    const auto product = library.products.find(ViewOf(hostProduct));
+    if (product == library.products.end())
         return StatusFailure;
     if (!library.callbackEnabled || library.callback == nullptr)
         return StatusSuccess;
 
-    PayloadView view;
-    view.Add(description);
-    view.Add(core);
+    JsonValue payload = core.Build(product->second);
     if (extra != nullptr)
-        view.Add(*extra);
+        AddMembers(payload, *extra);
     JsonValue reply;
-    library.callback(view.Payload(), library.callbackContext, reply);
+    library.callback(payload, library.callbackContext, reply);
     return StatusSuccess;
 }
 
@@ -78,11 +74,14 @@ int SetTestingFlags(const TaviString&, const JsonValue& flags)
     const bool isObject = *flags.GetJsonString().c_str() == '{';
     if (!isObject)
         return StatusFailure;
-    TheLibrary().callbackEnabled = flags[TaviString("Testing_EnableCallback")].Compare(JsonValue(true)) == 0;
+    TaviString enableCallback;
+    enableCallback.SetString("Testing_EnableCallback");
+    TheLibrary().callbackEnabled = flags[enableCallback].Compare(JsonValue(true)) == 0;
     return StatusSuccess;
 }
 
-int SetTestingCallback(const TaviString&, TestingCallback callback, void* context)
+int SetTestingCallback(const TaviString&, int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
+                       void* context)
 {
     TheLibrary().callback = callback;
     TheLibrary().callbackContext = context;

@@ -4,104 +4,95 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
 #include <cwchar>
+#include <iterator>
 #include <limits>
+#include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 
-#include "KeyText.h"
-#include "StringContent.h"
+#include "Blocks.h"
+#include "TextView.h"
 #include "Unicode.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-namespace
+// Never changed, and so shared by a string and its copies. One block: this, the text, and a terminator.
+struct TaviString::Content
 {
+    unsigned owners;
+    std::size_t size;
+    std::unique_ptr<std::wstring> wide; // made on the first c_strw()
 
-// Sign, digits of the largest double, terminator.
-using NumberText = std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1>;
+    char* Text() { return reinterpret_cast<char*>(this + 1); }
 
-// From here on, a double is a whole number.
-constexpr double SmallestWhole = 9007199254740992; // 2 to the power of 53
-
-// In fixed notation, correctly rounded to six decimals, ties to even, without zeros at the end. Takes up to 24 bytes.
-char* WriteDecimals(char* out, double magnitude)
-{
-    auto whole = static_cast<std::uint64_t>(magnitude);
-    const double part = magnitude - static_cast<double>(whole);
-    // The product's rounding error is known exactly, by way of two halves whose products are exact, so that its
-    // rounding to a whole number can be exact as well.
-    const double product = part * 1e6;
-    const double upperHalf = static_cast<float>(part);
-    const double error = (upperHalf * 1e6 - product) + (part - upperHalf) * 1e6;
-    auto millionths = static_cast<std::uint32_t>(product);
-    const double beyondHalf = (product - millionths - 0.5) + error;
-    if (beyondHalf > 0 || (beyondHalf == 0 && millionths % 2 == 1))
-        ++millionths;
-    if (millionths == 1'000'000)
+    // The text is yet to be filled in.
+    static Content* Make(std::size_t size)
     {
-        millionths = 0;
-        ++whole;
+        auto* const content = new (AllocateBlock(BlockSize(size))) Content{1, size, nullptr};
+        content->Text()[size] = '\0';
+        return content;
     }
-    out = std::to_chars(out, out + 20, whole).ptr;
-    if (millionths == 0)
-        return out;
-    *out++ = '.';
-    for (; millionths != 0; millionths %= 1'000'000)
+
+    static Content* Make(std::string_view text)
     {
-        millionths *= 10;
-        *out++ = static_cast<char>('0' + millionths / 1'000'000);
+        Content* const content = Make(text.size());
+        std::copy(text.begin(), text.end(), content->Text());
+        return content;
     }
-    return out;
-}
 
-} // namespace
+    static Content* Share(Content* content)
+    {
+        if (content != nullptr)
+            ++content->owners;
+        return content;
+    }
 
-void TaviString::Content::ReleaseDerived(Content& content) noexcept
-{
-    delete content.wide;
-    if (const KeyText* const key = content.key.load(std::memory_order_acquire))
-        key->GiveUp();
-}
+    static void Release(Content* content) noexcept
+    {
+        if (content == nullptr || --content->owners != 0)
+            return;
+        const std::size_t blockSize = BlockSize(content->size);
+        content->~Content();
+        FreeBlock(content, blockSize);
+    }
+
+private:
+    static std::size_t BlockSize(std::size_t textSize) { return sizeof(Content) + textSize + 1; }
+};
 
 TaviString::TaviString(double value) : TaviString()
 {
-    NumberText buffer;
-    char* const begin = buffer.data();
-    char* end = begin;
-    if (std::abs(value) < SmallestWhole)
-    {
-        if (std::signbit(value))
-            *end++ = '-';
-        end = WriteDecimals(end, std::abs(value));
-    }
-    else if (std::isnan(value))
+    if (std::isnan(value))
     {
         // Systems differ over the sign of what is no number, and it says nothing.
-        end = std::copy_n("nan", 3, begin);
+        SetString("nan");
+        return;
     }
-    else
+    // Sign, digits of the largest double, point, six decimals.
+    std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6> buffer;
+    char* const begin = buffer.data();
+    char* end = std::to_chars(begin, begin + buffer.size(), value, std::chars_format::fixed, 6).ptr;
+    if (std::isfinite(value))
     {
-        // Without decimals the locale has no say. std::to_chars would have the library load the mathematical one.
-        end += std::snprintf(begin, buffer.size(), "%.0f", value);
+        end = std::find_if(std::reverse_iterator(end), std::reverse_iterator(begin), [](char c) { return c != '0'; })
+                  .base();
+        if (end[-1] == '.')
+            --end;
     }
     content = Content::Make(std::string_view(begin, static_cast<std::size_t>(end - begin)));
 }
 
-TaviString::TaviString(const TaviString& other) : TaviString()
-{
-    if (other.content != nullptr)
-        content = Content::Make(Contents::View(other));
-}
+TaviString::TaviString(const TaviString& other) : content(Content::Share(other.content)) {}
 
 TaviString& TaviString::operator=(const TaviString& other)
 {
-    return *this = TaviString(other);
+    Content::Release(std::exchange(content, Content::Share(other.content)));
+    return *this;
 }
 
 void TaviString::SetString(const char* text)
@@ -117,16 +108,16 @@ void TaviString::SetStringW(const wchar_t* text)
         SetString(nullptr);
         return;
     }
+    // Nearly all text is ASCII, and each of its characters stands for itself.
     const std::size_t length = std::wcslen(text);
     Content* made = Content::Make(length);
-    char* const narrow = made->Text();
     std::make_unsigned_t<wchar_t> all = 0;
     for (std::size_t i = 0; i < length; ++i)
     {
         all |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
-        narrow[i] = static_cast<char>(text[i]);
+        made->Text()[i] = static_cast<char>(text[i]);
     }
-    if (all >= 0x80) // not ASCII
+    if (all >= 0x80)
     {
         Content::Release(made);
         made = Content::Make(Utf8FromWide({text, length}));
@@ -144,7 +135,7 @@ const wchar_t* TaviString::c_strw() const
     if (content == nullptr)
         return nullptr;
     if (content->wide == nullptr)
-        content->wide = new std::wstring(WideFromUtf8(Contents::View(*this)));
+        content->wide = std::make_unique<std::wstring>(WideFromUtf8(ViewOf(*this)));
     return content->wide->c_str();
 }
 
@@ -157,14 +148,16 @@ TaviString operator+(const TaviString& left, const TaviString& right)
 {
     if (left.c_str() == nullptr)
         return right;
-    std::string text(Contents::View(left));
-    text += Contents::View(right);
-    return Contents::Of(text);
+    std::string text(ViewOf(left));
+    text += ViewOf(right);
+    TaviString sum;
+    sum.SetString(text.c_str());
+    return sum;
 }
 
 bool operator<(const TaviString& left, const TaviString& right)
 {
-    return Contents::View(left) < Contents::View(right);
+    return ViewOf(left) < ViewOf(right);
 }
 
 } // namespace Veltrane::TaviDesktopSDK
