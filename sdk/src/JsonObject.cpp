@@ -1,87 +1,77 @@
-#include <algorithm>
-#include <iterator>
-
-#include "JsonNode.h"
+#include "JsonObject.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-JsonObject::JsonObject(const JsonObject& other)
+JsonValue::Node::Member* JsonValue::Node::Object::FindInIndex(std::string_view key) const
 {
-    for (const Member& member : other.members)
-    {
-        members.push_back(member);
-        EnterInIndex();
-    }
-}
-
-JsonObject::Members::iterator JsonObject::Find(std::string_view key)
-{
-    if (index == nullptr)
-        return std::find_if(members.begin(), members.end(), [key](const Member& member) { return member.text == key; });
     const auto found = index->find(key);
-    return found != index->end() ? found->second : members.end();
+    return found != index->end() ? found->second : nullptr;
 }
 
-JsonValue& JsonObject::FindOrAdd(const TaviString& key)
+void JsonValue::Node::Object::EnterInIndex(Member* member)
 {
-    const auto found = Find(ViewOf(key));
-    if (found != members.end())
-        return found->value;
-    members.emplace_back(key);
-    EnterInIndex();
-    return members.back().value;
-}
-
-bool JsonObject::Remove(std::string_view key)
-{
-    const auto found = Find(key);
-    if (found == members.end())
-        return false;
-    if (index != nullptr)
-        index->erase(key);
-    members.erase(found);
-    return true;
-}
-
-void JsonObject::TakeMembers(JsonObject& from)
-{
-    from.index.reset();
-    while (!from.members.empty())
+    std::unique_ptr<Member> owner(member);
+    if (index == nullptr)
     {
-        Member& taken = from.members.front();
-        const auto present = Find(taken.text);
-        if (present != members.end())
-        {
-            present->value = std::move(taken.value);
-            from.members.pop_front();
-            continue;
-        }
-        members.splice(members.end(), from.members, from.members.begin());
-        EnterInIndex();
-    }
-}
-
-void JsonObject::EnterInIndex()
-{
-    if (index == nullptr && members.size() <= MostWithoutIndex)
-        return;
-    try
-    {
-        if (index != nullptr)
-        {
-            index->emplace(members.back().text, std::prev(members.end()));
-            return;
-        }
-        auto made = std::make_unique<Index>();
-        for (auto member = members.begin(); member != members.end(); ++member)
-            made->emplace(member->text, member);
+        auto made = std::make_unique<std::unordered_map<std::string_view, Member*>>();
+        for (Member* present = first; present != nullptr; present = present->next)
+            made->emplace(present->key->View(), present);
         index = std::move(made);
     }
-    catch (...)
+    index->emplace(member->key->View(), member);
+    static_cast<void>(owner.release());
+}
+
+std::unique_ptr<JsonValue::Node::Member> JsonValue::Node::Object::Take(Member& member)
+{
+    if (index != nullptr)
+        index->erase(member.key->View());
+    *member.link = member.next;
+    (member.next != nullptr ? member.next->link : end) = member.link;
+    member.next = nullptr;
+    --count;
+    return std::unique_ptr<Member>(&member);
+}
+
+void JsonValue::Node::CopyMembers(JsonValue& into, const JsonValue& from)
+{
+    const auto* const source = In<Object>(from);
+    if (source == nullptr || source->First() == nullptr)
+        return;
+    auto* const object = In<Object>(into);
+    if (object == nullptr)
     {
-        members.pop_back();
-        throw;
+        into = from;
+        return;
+    }
+    for (const Member* member = source->First(); member != nullptr; member = member->next)
+    {
+        if (Member* const present = object->Find(member->key->View()))
+            present->value = member->value;
+        else
+            object->Append(new Member(*member));
+    }
+}
+
+void JsonValue::Node::MoveMembers(JsonValue& into, JsonValue& from)
+{
+    auto* const source = In<Object>(from);
+    if (source == nullptr || source->First() == nullptr)
+        return;
+    auto* const object = In<Object>(into);
+    if (object == nullptr)
+    {
+        into = std::move(from);
+        return;
+    }
+    while (source->First() != nullptr)
+    {
+        std::unique_ptr<Member> member = source->Take(*source->First());
+        if (Member* const present = object->Find(member->key->View()))
+            present->value = std::move(member->value);
+        else
+            object->Append(member.release());
     }
 }
 

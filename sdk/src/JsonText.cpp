@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-#include "JsonNode.h"
+#include "JsonObject.h"
 #include "Unicode.h"
 
 namespace Veltrane::TaviDesktopSDK
@@ -18,82 +18,87 @@ bool IsPlain(char byte)
            byte != '\\';
 }
 
-void AppendEscaped(std::string& text, char control)
+void AppendEscaped(std::string& json, char control)
 {
     constexpr std::string_view hexDigits = "0123456789abcdef";
     constexpr std::string_view escaped = "\b\f\n\r\t\"\\";
     constexpr std::string_view letters = "bfnrt\"\\";
     const std::size_t found = escaped.find(control);
-    text += '\\';
+    json += '\\';
     if (found != std::string_view::npos)
     {
-        text += letters[found];
+        json += letters[found];
         return;
     }
-    text += "u00";
-    text += hexDigits[static_cast<unsigned char>(control) >> 4];
-    text += hexDigits[static_cast<unsigned char>(control) & 0xF];
+    json += "u00";
+    json += hexDigits[static_cast<unsigned char>(control) >> 4];
+    json += hexDigits[static_cast<unsigned char>(control) & 0xF];
 }
 
-void AppendQuoted(std::string& text, std::string_view quoted)
+void AppendQuoted(std::string& json, std::string_view text)
 {
     constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
-    text += '"';
-    while (!quoted.empty())
+    json += '"';
+    while (!text.empty())
     {
-        const auto plainEnd = std::find_if_not(quoted.begin(), quoted.end(), IsPlain);
-        const auto plain = static_cast<std::size_t>(plainEnd - quoted.begin());
-        text += quoted.substr(0, plain);
-        quoted.remove_prefix(plain);
-        if (quoted.empty())
+        const auto plain = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsPlain) - text.begin());
+        json += text.substr(0, plain);
+        text.remove_prefix(plain);
+        if (text.empty())
             break;
-        const DecodedCharacter decoded = DecodeUtf8(quoted);
+        const DecodedCharacter decoded = DecodeUtf8(text);
         if (decoded.character < 0x80)
-            AppendEscaped(text, quoted.front());
+            AppendEscaped(json, text.front());
         else
-            text += decoded.wellFormed ? quoted.substr(0, decoded.length) : replacementCharacter;
-        quoted.remove_prefix(decoded.length);
+            json += decoded.wellFormed ? text.substr(0, decoded.length) : replacementCharacter;
+        text.remove_prefix(decoded.length);
     }
-    text += '"';
-}
-
-// The members of an object, or the elements of an array, between brackets and commas.
-template <typename List, typename Append>
-void AppendList(std::string& text, std::string_view brackets, const List& list, const Append& append)
-{
-    text += brackets.front();
-    for (bool isFirst = true; const auto& item : list)
-    {
-        if (!isFirst)
-            text += ',';
-        isFirst = false;
-        append(item);
-    }
-    text += brackets.back();
+    json += '"';
 }
 
 } // namespace
 
-void JsonValue::Node::AppendText(std::string& text, const JsonValue& value)
+void JsonValue::Node::AppendJson(std::string& json, const JsonValue& value)
 {
     if (value.node == nullptr)
-        text += "null";
-    else if (const auto* const flag = In<bool>(value))
-        text += *flag ? "true" : "false";
-    else if (const auto* const number = In<long long>(value))
-        text += std::to_string(*number);
-    else if (const auto* const string = In<TaviString>(value))
-        AppendQuoted(text, ViewOf(*string));
-    else if (const auto* const array = In<JsonArray>(value))
-        AppendList(text, "[]", *array, [&text](const JsonValue& element) { AppendText(text, element); });
-    else if (const auto* const object = In<JsonObject>(value))
-        AppendList(text, "{}", object->All(),
-                   [&text](const Member& member)
-                   {
-                       AppendQuoted(text, member.text);
-                       text += ':';
-                       AppendText(text, member.value);
-                   });
+    {
+        json += "null";
+        return;
+    }
+    switch (value.node->kind)
+    {
+    case Kind::Boolean:
+        json += In<Boolean>(value)->value ? "true" : "false";
+        break;
+    case Kind::Integer:
+        json += std::to_string(In<Integer>(value)->value);
+        break;
+    case Kind::Text:
+        AppendQuoted(json, In<Text>(value)->View());
+        break;
+    case Kind::Array:
+        json += '[';
+        for (const JsonValue& element : In<Array>(value)->elements)
+        {
+            if (json.back() != '[')
+                json += ',';
+            AppendJson(json, element);
+        }
+        json += ']';
+        break;
+    case Kind::Object:
+        json += '{';
+        for (const Member* member = In<Object>(value)->First(); member != nullptr; member = member->next)
+        {
+            AppendQuoted(json, member->key->View());
+            json += ':';
+            AppendJson(json, member->value);
+            if (member->next != nullptr)
+                json += ',';
+        }
+        json += '}';
+        break;
+    }
 }
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -1,67 +1,80 @@
 #include <TaviDesktopSDK/JsonValue.h>
 
 #include <algorithm>
+#include <memory>
+#include <string>
 #include <utility>
 
-#include "JsonNode.h"
+#include "JsonObject.h"
+#include "TextView.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-JsonValue::Node* JsonValue::Node::CopyOf(Node* node)
+JsonValue::Node* JsonValue::Node::DeepCopyOf(const Node& node)
 {
-    if (node == nullptr)
-        return nullptr;
-    if (const auto* const object = std::get_if<JsonObject>(&node->held))
-        return Make<JsonObject>(*object);
-    if (const auto* const array = std::get_if<JsonArray>(&node->held))
-        return Make<JsonArray>(*array);
-    ++node->owners;
-    return node;
+    if (node.kind == Kind::Object)
+        return new Object(static_cast<const Object&>(node));
+    auto copy = std::make_unique<Array>();
+    copy->elements = static_cast<const Array&>(node).elements;
+    return copy.release();
 }
 
-void JsonValue::Node::Release(Node* node) noexcept
+void JsonValue::Node::Delete(Node* node) noexcept
 {
-    if (node != nullptr && --node->owners == 0)
-        delete node;
+    switch (node->kind)
+    {
+    case Kind::Boolean:
+        delete static_cast<Boolean*>(node);
+        break;
+    case Kind::Integer:
+        delete static_cast<Integer*>(node);
+        break;
+    case Kind::Text:
+        Text::Delete(static_cast<Text*>(node));
+        break;
+    case Kind::Array:
+        delete static_cast<Array*>(node);
+        break;
+    case Kind::Object:
+        delete static_cast<Object*>(node);
+        break;
+    }
 }
 
 bool JsonValue::Node::AreEqual(const JsonValue& left, const JsonValue& right)
 {
-    if (left.node == nullptr || right.node == nullptr)
+    if (left.node == nullptr || right.node == nullptr || left.node->kind != right.node->kind)
         return left.node == right.node;
-    if (const auto* const object = In<JsonObject>(left))
+    switch (left.node->kind)
     {
-        const auto* const other = In<JsonObject>(right);
-        return other != nullptr && object->All().size() == other->All().size() &&
-               std::all_of(object->All().begin(), object->All().end(),
-                           [other](const Member& member)
-                           {
-                               const auto found = other->Find(member.text);
-                               return found != other->All().end() && AreEqual(member.value, found->value);
-                           });
+    case Kind::Boolean:
+        return In<Boolean>(left)->value == In<Boolean>(right)->value;
+    case Kind::Integer:
+        return In<Integer>(left)->value == In<Integer>(right)->value;
+    case Kind::Text:
+        return In<Text>(left)->View() == In<Text>(right)->View();
+    case Kind::Array:
+        return std::equal(In<Array>(left)->elements.begin(), In<Array>(left)->elements.end(),
+                          In<Array>(right)->elements.begin(), In<Array>(right)->elements.end(), AreEqual);
+    case Kind::Object:
+        break;
     }
-    if (const auto* const array = In<JsonArray>(left))
+    const Object& other = *In<Object>(right);
+    if (In<Object>(left)->Count() != other.Count())
+        return false;
+    for (const Member* member = In<Object>(left)->First(); member != nullptr; member = member->next)
     {
-        const auto* const other = In<JsonArray>(right);
-        return other != nullptr && std::equal(array->begin(), array->end(), other->begin(), other->end(), AreEqual);
+        const Member* const found = other.Find(member->key->View());
+        if (found == nullptr || !AreEqual(member->value, found->value))
+            return false;
     }
-    if (const auto* const text = In<TaviString>(left))
-    {
-        const auto* const other = In<TaviString>(right);
-        return other != nullptr && ViewOf(*text) == ViewOf(*other);
-    }
-    const auto isSame = [&]<typename Number>(const Number* number)
-    {
-        const auto* const other = In<Number>(right);
-        return number != nullptr && other != nullptr && *number == *other;
-    };
-    return isSame(In<bool>(left)) || isSame(In<long long>(left));
+    return true;
 }
 
-JsonValue::JsonValue(bool value) : node(Node::Make<bool>(value)) {}
+JsonValue::JsonValue(bool value) : node(new Node::Boolean(value)) {}
 
-JsonValue::JsonValue(long long value) : node(Node::Make<long long>(value)) {}
+JsonValue::JsonValue(long long value) : node(new Node::Integer(value)) {}
 
 JsonValue::JsonValue(const JsonValue& other) : node(Node::CopyOf(other.node)) {}
 
@@ -74,65 +87,65 @@ JsonValue& JsonValue::operator=(const JsonValue& other)
 
 void JsonValue::SetString(const char* text)
 {
-    TaviString string;
-    string.SetString(text);
     // The new text is complete before the old value goes: it may be part of it.
-    Node* const made = text != nullptr ? Node::Make<TaviString>(std::move(string)) : nullptr;
-    Node::Release(std::exchange(node, made));
+    Node::Release(std::exchange(node, text != nullptr ? Node::Text::Make(text) : nullptr));
 }
 
 JsonValue& JsonValue::operator[](const TaviString& key)
 {
-    if (Node::In<JsonObject>(*this) == nullptr)
-        Node::Release(std::exchange(node, Node::Make<JsonObject>()));
-    return Node::In<JsonObject>(*this)->FindOrAdd(key);
+    auto* object = Node::In<Node::Object>(*this);
+    if (object == nullptr)
+    {
+        object = new Node::Object;
+        Node::Release(std::exchange(node, object));
+    }
+    return object->FindOrAdd(ViewOf(key));
 }
 
 const JsonValue& JsonValue::operator[](const TaviString& key) const
 {
     static const JsonValue null;
-    const auto* const object = Node::In<JsonObject>(*this);
-    if (object == nullptr)
-        return null;
-    const auto found = object->Find(ViewOf(key));
-    return found != object->All().end() ? found->value : null;
+    const auto* const object = Node::In<Node::Object>(*this);
+    const Node::Member* const member = object != nullptr ? object->Find(ViewOf(key)) : nullptr;
+    return member != nullptr ? member->value : null;
 }
 
 const JsonValue& JsonValue::operator[](int index) const
 {
     static const JsonValue null;
-    const auto* const array = Node::In<JsonArray>(*this);
-    return array != nullptr && index >= 0 && index < GetCount() ? (*array)[static_cast<std::size_t>(index)] : null;
+    const auto* const array = Node::In<Node::Array>(*this);
+    return array != nullptr && index >= 0 && index < GetCount() ? array->elements[static_cast<std::size_t>(index)]
+                                                                : null;
 }
 
 int JsonValue::GetCount() const
 {
-    if (const auto* const object = Node::In<JsonObject>(*this))
-        return static_cast<int>(object->All().size());
-    if (const auto* const array = Node::In<JsonArray>(*this))
-        return static_cast<int>(array->size());
+    if (const auto* const object = Node::In<Node::Object>(*this))
+        return static_cast<int>(object->Count());
+    if (const auto* const array = Node::In<Node::Array>(*this))
+        return static_cast<int>(array->elements.size());
     return 0;
 }
 
 JsonValue JsonValue::GetKeyList() const
 {
-    JsonArray keys;
-    if (const auto* const object = Node::In<JsonObject>(*this))
+    auto keys = std::make_unique<Node::Array>();
+    if (const auto* const object = Node::In<Node::Object>(*this))
     {
-        keys.reserve(object->All().size());
-        for (const Member& member : object->All())
-            keys.push_back(Node::Holding(Node::Make<TaviString>(member.key)));
+        keys->elements.reserve(object->Count());
+        for (const Node::Member* member = object->First(); member != nullptr; member = member->next)
+            keys->elements.push_back(Node::Holding(Node::CopyOf(member->key)));
     }
-    return Node::Holding(Node::Make<JsonArray>(std::move(keys)));
+    return Node::Holding(keys.release());
 }
 
 TaviString JsonValue::GetJsonString() const
 {
-    std::string text;
-    Node::AppendText(text, *this);
-    TaviString string;
-    string.SetString(text.c_str());
-    return string;
+    std::string json;
+    Node::AppendJson(json, *this);
+    TaviString text;
+    text.SetString(json.c_str());
+    return text;
 }
 
 int JsonValue::Compare(const JsonValue& other) const
@@ -142,23 +155,29 @@ int JsonValue::Compare(const JsonValue& other) const
 
 bool JsonValue::RemoveKey(const TaviString& key)
 {
-    auto* const object = Node::In<JsonObject>(*this);
-    return object != nullptr && object->Remove(ViewOf(key));
+    auto* const object = Node::In<Node::Object>(*this);
+    Node::Member* const member = object != nullptr ? object->Find(ViewOf(key)) : nullptr;
+    return member != nullptr && object->Take(*member) != nullptr;
 }
 
 JsonValue::operator TaviString() const
 {
-    if (const auto* const text = Node::In<TaviString>(*this))
-        return *text;
-    return node != nullptr ? GetJsonString() : TaviString();
+    if (node == nullptr)
+        return TaviString();
+    const auto* const held = Node::In<Node::Text>(*this);
+    if (held == nullptr)
+        return GetJsonString();
+    TaviString text;
+    text.SetString(std::string(held->View()).c_str());
+    return text;
 }
 
 JsonValue::operator long long() const
 {
-    if (const auto* const number = Node::In<long long>(*this))
-        return *number;
-    const auto* const flag = Node::In<bool>(*this);
-    return flag != nullptr && *flag ? 1 : 0;
+    if (const auto* const number = Node::In<Node::Integer>(*this))
+        return number->value;
+    const auto* const flag = Node::In<Node::Boolean>(*this);
+    return flag != nullptr && flag->value ? 1 : 0;
 }
 
 void JsonValue::Reset() noexcept

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "JsonNode.h"
+#include "TextView.h"
 
 namespace Veltrane::TaviDesktopSDK
 {

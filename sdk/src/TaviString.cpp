@@ -7,7 +7,6 @@
 #include <cwchar>
 #include <iterator>
 #include <limits>
-#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
@@ -21,19 +20,18 @@
 namespace Veltrane::TaviDesktopSDK
 {
 
-// Never changed, and so shared by a string and its copies. One block: this, the text, and a terminator.
+// One block: this, the text, and a terminator.
 struct TaviString::Content
 {
-    unsigned owners;
     std::size_t size;
-    std::unique_ptr<std::wstring> wide; // made on the first c_strw()
+    std::wstring* wide; // made on the first c_strw()
 
     char* Text() { return reinterpret_cast<char*>(this + 1); }
 
     // The text is yet to be filled in.
     static Content* Make(std::size_t size)
     {
-        auto* const content = new (AllocateBlock(BlockSize(size))) Content{1, size, nullptr};
+        auto* const content = new (AllocateBlock(BlockSize(size))) Content{size, nullptr};
         content->Text()[size] = '\0';
         return content;
     }
@@ -41,24 +39,16 @@ struct TaviString::Content
     static Content* Make(std::string_view text)
     {
         Content* const content = Make(text.size());
-        std::copy(text.begin(), text.end(), content->Text());
-        return content;
-    }
-
-    static Content* Share(Content* content)
-    {
-        if (content != nullptr)
-            ++content->owners;
+        text.copy(content->Text(), text.size());
         return content;
     }
 
     static void Release(Content* content) noexcept
     {
-        if (content == nullptr || --content->owners != 0)
+        if (content == nullptr)
             return;
-        const std::size_t blockSize = BlockSize(content->size);
-        content->~Content();
-        FreeBlock(content, blockSize);
+        delete content->wide;
+        FreeBlock(content, BlockSize(content->size));
     }
 
 private:
@@ -87,18 +77,23 @@ TaviString::TaviString(double value) : TaviString()
     content = Content::Make(std::string_view(begin, static_cast<std::size_t>(end - begin)));
 }
 
-TaviString::TaviString(const TaviString& other) : content(Content::Share(other.content)) {}
+TaviString::TaviString(const TaviString& other)
+    : content(other.content != nullptr ? Content::Make(ViewOf(other)) : nullptr)
+{
+}
 
 TaviString& TaviString::operator=(const TaviString& other)
 {
-    Content::Release(std::exchange(content, Content::Share(other.content)));
-    return *this;
+    return *this = TaviString(other);
 }
 
 void TaviString::SetString(const char* text)
 {
+    if (text == nullptr && content == nullptr)
+        return; // nearly every string ends so, for what it held was moved away
     // The new content is complete before the old one goes: `text` may point into it.
-    Content::Release(std::exchange(content, text != nullptr ? Content::Make(std::string_view(text)) : nullptr));
+    Content* const made = text != nullptr ? Content::Make(std::string_view(text)) : nullptr;
+    Content::Release(std::exchange(content, made));
 }
 
 void TaviString::SetStringW(const wchar_t* text)
@@ -111,11 +106,12 @@ void TaviString::SetStringW(const wchar_t* text)
     // Nearly all text is ASCII, and each of its characters stands for itself.
     const std::size_t length = std::wcslen(text);
     Content* made = Content::Make(length);
+    char* const narrow = made->Text();
     std::make_unsigned_t<wchar_t> all = 0;
     for (std::size_t i = 0; i < length; ++i)
     {
         all |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
-        made->Text()[i] = static_cast<char>(text[i]);
+        narrow[i] = static_cast<char>(text[i]);
     }
     if (all >= 0x80)
     {
@@ -135,7 +131,7 @@ const wchar_t* TaviString::c_strw() const
     if (content == nullptr)
         return nullptr;
     if (content->wide == nullptr)
-        content->wide = std::make_unique<std::wstring>(WideFromUtf8(ViewOf(*this)));
+        content->wide = new std::wstring(WideFromUtf8(ViewOf(*this)));
     return content->wide->c_str();
 }
 

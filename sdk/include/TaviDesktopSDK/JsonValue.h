@@ -7,8 +7,8 @@
 //
 // Copies are deep. A reference that operator[] gave stays valid while other members are added to the same object, and
 // ends with its member. Assigning a value to itself, to one of its own members, or a member to the value that holds it,
-// is safe; only moving a value into one of its own members is not allowed. Nothing here throws but for want of memory.
-// Not safe for use by two threads at once.
+// is safe; only moving a value into one of its own members is not allowed. Nothing here throws unless memory runs out.
+// No two values may be used by two threads at once, not even a value and its copy: they share what is never changed.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
