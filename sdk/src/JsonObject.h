@@ -15,12 +15,12 @@ namespace Veltrane::TaviDesktopSDK
 struct JsonValue::Node::Member : InBlocks
 {
     explicit Member(std::string_view name) : key(Text::Make(name)) {}
-    Member(const Member& other) : key(static_cast<Text*>(CopyOf(other.key))), value(other.value) {}
+    Member(const Member& other) : value(other.value), key(static_cast<Text*>(CopyOf(other.key))) {}
     Member& operator=(const Member&) = delete;
     ~Member() { Release(key); }
 
-    Text* key;
     JsonValue value;
+    Text* key;
     Member** link = nullptr; // what points to this member: the one before, or the object
     Member* next = nullptr;
 };

@@ -1,8 +1,7 @@
 // The telemetry library: opt-in query, start-up, event tracking and test mode.
 //
-// All calls are made on one thread, and all strings, values and facets used there; the testing callback runs on it,
-// inside TrackEvent. A status is 0 for success
-// and anything else for failure; IsOptedIn's alone means more than that.
+// All calls are made on one thread, and all strings, values and facets are used there; the testing callback runs on it,
+// inside TrackEvent. A status is 0 for success and anything else for failure; IsOptedIn's alone means more than that.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
