@@ -2,11 +2,10 @@
 # Veltrane::TaviSDKWrapper. The folder holds include/TaviDesktopSDK/, lib/ and, on Windows, bin/.
 
 set(missing)
-foreach(header IN ITEMS Facet JsonValue TaviDesktopSDK TaviString)
-    if(NOT EXISTS "${TaviSDKWrapper_ROOT}/include/TaviDesktopSDK/${header}.h")
-        list(APPEND missing "include/TaviDesktopSDK/${header}.h")
-    endif()
-endforeach()
+# Into which further headers it is divided is the library's own affair.
+if(NOT EXISTS "${TaviSDKWrapper_ROOT}/include/TaviDesktopSDK/TaviDesktopSDK.h")
+    list(APPEND missing include/TaviDesktopSDK/TaviDesktopSDK.h)
+endif()
 
 set(thereOnly PATHS "${TaviSDKWrapper_ROOT}" NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
 set(TaviSDKWrapper_INCLUDE_DIR "${TaviSDKWrapper_ROOT}/include")

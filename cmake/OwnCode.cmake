@@ -47,17 +47,6 @@ function(static_runtime)
     endforeach()
 endfunction()
 
-# short_start(<target>...): less to do between a process's start and main(). What of the static run time nothing calls is
-# left out, symbols are bound at once, and there are fewer pieces to map.
-function(short_start)
-    if(NOT CMAKE_SYSTEM_NAME STREQUAL "Linux" OR CORVANE_SANITIZE OR CORVANE_COVERAGE)
-        return()
-    endif()
-    foreach(target IN LISTS ARGN)
-        target_link_options(${target} PRIVATE LINKER:--gc-sections LINKER:-z,now LINKER:-z,noseparate-code)
-    endforeach()
-endfunction()
-
 # copy_runtime_libraries(<target>...): on Windows, the shared libraries of a program stand beside it.
 function(copy_runtime_libraries)
     if(NOT WIN32)

@@ -8,44 +8,7 @@ set(folder "${WORK_DIR}/${TEST}")
 file(REMOVE_RECURSE "${folder}")
 file(MAKE_DIRECTORY "${folder}")
 
-# run(<command>...): must succeed; its output is shown when it does not.
-function(run)
-    execute_process(COMMAND ${ARGV} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
-    if(NOT status EQUAL 0)
-        message(FATAL_ERROR "${ARGV}\n${output}\nended with ${status}")
-    endif()
-endfunction()
-
-# run_program([<variable>=<value>...] <program> [<argument>...]): with these variables, in another folder; sets status,
-# output and errors.
-macro(run_program)
-    file(MAKE_DIRECTORY "${folder}/elsewhere")
-    execute_process(
-        COMMAND "${CMAKE_COMMAND}" -E env ${ARGN}
-        WORKING_DIRECTORY "${folder}/elsewhere"
-        RESULT_VARIABLE status
-        OUTPUT_VARIABLE output
-        ERROR_VARIABLE errors
-    )
-    string(REPLACE "\r\n" "\n" output "${output}")
-    string(REPLACE "\r\n" "\n" errors "${errors}")
-endmacro()
-
-# expect_run(<status> <output> <errors>): of the latest run_program().
-function(expect_run expectedStatus expectedOutput expectedErrors)
-    if(NOT status STREQUAL expectedStatus OR NOT output STREQUAL expectedOutput OR NOT errors STREQUAL expectedErrors)
-        message(FATAL_ERROR "exit status ${status}, not ${expectedStatus}\nprinted:\n${output}\nexpected:\n"
-                            "${expectedOutput}\nerrors:\n${errors}\nexpected:\n${expectedErrors}"
-        )
-    endif()
-endfunction()
-
-# expect_output(<expected text> <program> [<variable>=<value>...]): the program, with these variables, prints the text and
-# nothing on the error stream, and ends with 0.
-function(expect_output expected program)
-    run_program(${ARGN} ${EMULATOR} "${program}${EXECUTABLE_SUFFIX}")
-    expect_run(0 "${expected}" "")
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/Steps.cmake")
 
 function(expect_file path)
     if(NOT EXISTS "${path}")
@@ -92,9 +55,6 @@ function(build_host example prefix build)
         file(COPY "${prefix}/bin/TaviSDKWrapper.dll" DESTINATION "${build}")
     endif()
 endfunction()
-
-get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
-file(READ "${SOURCE_DIR}/tests/data/good_run.txt" goodRun)
 
 function(TheInstalledProgramRunsFromAMovedFolder)
     install_to("${folder}/prefix")
@@ -289,19 +249,22 @@ function(expect_product_line place line)
     endif()
 endfunction()
 
-# The path is cut off where the buffer ends, and what is left of it names a folder that has a product file.
-function(AProgramInAPathLongerThanItsBufferReportsNoProduct)
+# The path is cut off where the buffer ends: the product file is that of a folder on the way.
+function(AProgramInAPathLongerThanItsBufferLooksInTheFolderOfWhatIsLeft)
     install_to("${folder}/prefix")
     set(place "${folder}")
-    foreach(letter IN ITEMS a b c d)
+    foreach(letter IN ITEMS a b c)
         string(REPEAT "${letter}" 70 name)
         string(APPEND place "/${name}")
         file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${place}")
     endforeach()
+    string(REPEAT d 70 name)
+    string(APPEND place "/${name}")
     file(COPY "${folder}/prefix/bin/cvtavi_test.exe" DESTINATION "${place}")
-    expect_product_line("${place}" undefined)
-    # What would be seen if there were room for the path.
-    expect_product_line("${folder}/prefix/bin" CVSTUDIO)
+    expect_product_line("${place}" CVSTUDIO)
+    # What would be seen if the folder were the program's own.
+    file(REMOVE_RECURSE "${folder}/prefix/bin/UPI")
+    expect_product_line("${folder}/prefix/bin" undefined)
 endfunction()
 
 # expect_lack(<file>): a library's folder without that file, which is there, is refused with a message that names it.
@@ -327,7 +290,7 @@ endfunction()
 
 function(WhatTheFolderOfALibraryLacksIsSaid)
     install_to("${folder}/library")
-    set(files include/TaviDesktopSDK/TaviDesktopSDK.h include/TaviDesktopSDK/Facet.h)
+    set(files include/TaviDesktopSDK/TaviDesktopSDK.h)
     if(SYSTEM STREQUAL "Windows")
         list(APPEND files bin/TaviSDKWrapper.dll lib/libTaviSDKWrapper.dll.a)
     else()

@@ -1,0 +1,77 @@
+# Builds the project on a library in the stand-in's place, and tests it there.
+#
+#     cmake -D SETTINGS=<file> -D CONFIG=<build type> -D LIBRARY=<its folder> -D FOLDER=<the test's own> -D TEST=<name>
+#           -P SecondLibraryTest.cmake
+cmake_minimum_required(VERSION 3.25)
+
+include("${SETTINGS}")
+set(folder "${FOLDER}")
+include("${CMAKE_CURRENT_LIST_DIR}/../package/Steps.cmake")
+set(program "${folder}/build/bin/cvtavi_test")
+set(ctest "${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}" --no-tests=error --output-on-failure)
+
+function(ProgramAndWrapperBuildAndPassOnIt)
+    run(
+        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS} "-DTAVI_SDK_DIR=${LIBRARY}"
+        "-DCORVANE_SANITIZE=${SANITIZE}"
+    )
+    run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
+    expect_output("${goodRun}" "${program}")
+    run(${ctest})
+endfunction()
+
+function(TheyDoSoWithExplicitConversions)
+    ProgramAndWrapperBuildAndPassOnIt()
+endfunction()
+
+function(OnlyTheAssumptionThatEmptyTextIsTextMayFail)
+    set(noText SECOND_LIBRARY_EMPTY_IS_NO_TEXT=1)
+    expect_output("${goodRun}" "${program}" ${noText})
+    run_program(${noText} ${ctest})
+    # Ctest lists them at the end, each with its number and what became of it.
+    string(REGEX MATCHALL "\n[\t ]*[0-9]+ - [^ ]+ \\([^\n]*\\)" failed "${output}${errors}")
+    string(REGEX REPLACE "\n[\t ]*[0-9]+ - ([^ ]+) [^;]*" "\\1" failed "${failed}")
+    if(NOT failed STREQUAL "Contract.Assumed.AnEmptyTextIsText")
+        message(FATAL_ERROR "What fails is \"${failed}\":\n${output}${errors}")
+    endif()
+    if(NOT output MATCHES "takes \"\" for no text")
+        message(FATAL_ERROR "It does not say why:\n${output}")
+    endif()
+endfunction()
+
+# expect_statuses(<function> <expected status> <expected output> <status>...): what becomes of a run in which the library's
+# function returns each of these.
+function(expect_statuses function expectedStatus expectedOutput)
+    foreach(returned IN LISTS ARGN)
+        run_program("SECOND_LIBRARY_${function}=${returned}" ${EMULATOR} "${program}${EXECUTABLE_SUFFIX}")
+        message(STATUS "${function} returned ${returned}")
+        expect_run("${expectedStatus}" "${expectedOutput}" "")
+    endforeach()
+endfunction()
+
+function(StatusesOfEveryKindAreTold)
+    set(refused "Must be opted-in to KIVA (Veltrane Orvenna) to run tests for Tavi\n")
+    expect_statuses(IsOptedIn 1 "${refused}" 4)
+    expect_statuses(IsOptedIn 0 "${goodRun}" 0 1 2 3 5 -1 2147483647)
+
+    expect_statuses(Initialize 0 "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize\n${goodRun}" 1 3 -1)
+    foreach(status IN ITEMS 1 7 255)
+        expect_statuses(SetTestingFlags ${status} "Error occurred setting testing flags\n" ${status})
+        expect_statuses(SetTestingCallback ${status} "Error occurred setting testing callback\n" ${status})
+    endforeach()
+
+    # A refused event is told below its verdict, by whoever sent it.
+    set(sender "CorvaneTavi::TrackWaypoint")
+    string(REPLACE "\nPASSED\n" "\nPASSED\n${sender} TaviDesktopSDK::TrackEvent\n" expected "${goodRun}")
+    foreach(title IN ITEMS CommandInvoked FileInput UpdateLicense UserEvent)
+        string(REPLACE "Testing ${title}\nPASSED\n${sender} " "Testing ${title}\nPASSED\nCorvaneTavi::Track${title} "
+                       expected "${expected}"
+        )
+    endforeach()
+    string(REPLACE "Testing StartTrackFileChange\nPASSED\n${sender} "
+                   "Testing StartTrackFileChange\nPASSED\nTaviDocument::TrackEvent " expected "${expected}"
+    )
+    expect_statuses(TrackEvent 0 "${expected}" 1 4 -1)
+endfunction()
+
+cmake_language(CALL "${TEST}")
