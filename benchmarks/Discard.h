@@ -7,7 +7,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <rapidjson/fwd.h>
 
-#include <TaviDesktopSDK/JsonValue.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 int DiscardValue(const Veltrane::TaviDesktopSDK::JsonValue& payload, void* context,
                  Veltrane::TaviDesktopSDK::JsonValue& reply);

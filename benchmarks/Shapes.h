@@ -12,8 +12,9 @@ class Members
 public:
     explicit Members(std::size_t count)
     {
+        keys.resize(count);
         for (std::size_t i = 0; i < count; ++i)
-            keys.emplace_back(("member" + std::to_string(i)).c_str());
+            keys[i].SetString(("member" + std::to_string(i)).c_str());
     }
 
     Veltrane::TaviDesktopSDK::JsonValue Build() const
@@ -28,7 +29,7 @@ public:
     {
         bool found = true;
         for (const Veltrane::TaviDesktopSDK::TaviString& key : keys)
-            found &= !object[key].IsNull();
+            found &= object[key].Compare(Veltrane::TaviDesktopSDK::JsonValue()) != 0;
         return found;
     }
 
@@ -39,7 +40,7 @@ private:
 class Levels
 {
 public:
-    explicit Levels(std::size_t depth) : count(depth) {}
+    explicit Levels(std::size_t depth) : count(depth) { key.SetString("level"); }
 
     Veltrane::TaviDesktopSDK::JsonValue Build() const
     {
@@ -56,10 +57,10 @@ public:
         const Veltrane::TaviDesktopSDK::JsonValue* level = &object;
         for (std::size_t i = 0; i < count; ++i)
             level = &(*level)[key];
-        return !level->IsNull();
+        return level->Compare(Veltrane::TaviDesktopSDK::JsonValue()) != 0;
     }
 
 private:
     std::size_t count;
-    Veltrane::TaviDesktopSDK::TaviString key{"level"};
+    Veltrane::TaviDesktopSDK::TaviString key;
 };

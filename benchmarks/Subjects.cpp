@@ -5,22 +5,24 @@
 #include <sstream>
 #include <string>
 
+#include <telemetry/ValueText.h>
+
 #include "Discard.h"
 #include "Events.h"
 
+using Corvane::TextOf;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Sdk = Veltrane::TaviDesktopSDK;
 
-void UseCallback(Sdk::TestingCallback callback, void* context)
+void UseCallback(int (*callback)(const JsonValue& payload, void* context, JsonValue& reply), void* context)
 {
-    const TaviString productKey(CorvaneTavi::Instance().GetProductKey().c_str());
+    const TaviString productKey = TextOf(CorvaneTavi::Instance().GetProductKey());
     JsonValue flags;
-    flags[TaviString("Testing_EnableCallback")] = JsonValue(true);
-    flags[TaviString("Testing_EnableWhitelistDownload")] = JsonValue(true);
-    flags[TaviString("Testing_EnableUpload")] = JsonValue(false);
-    if (Sdk::SetTestingFlags(productKey, flags) != Sdk::StatusSuccess ||
-        Sdk::SetTestingCallback(productKey, callback, context) != Sdk::StatusSuccess)
+    flags[TextOf("Testing_EnableCallback")] = JsonValue(true);
+    flags[TextOf("Testing_EnableWhitelistDownload")] = JsonValue(true);
+    flags[TextOf("Testing_EnableUpload")] = JsonValue(false);
+    if (Sdk::SetTestingFlags(productKey, flags) != 0 || Sdk::SetTestingCallback(productKey, callback, context) != 0)
     {
         std::cerr << "The library does not go into test mode" << std::endl;
         std::exit(1);

@@ -13,7 +13,9 @@
 #include "RapidJsonTree.h"
 
 // Puts the library into test mode and registers the callback. Ends the process when the library refuses.
-void UseCallback(Veltrane::TaviDesktopSDK::TestingCallback callback, void* context);
+void UseCallback(int (*callback)(const Veltrane::TaviDesktopSDK::JsonValue& payload, void* context,
+                                 Veltrane::TaviDesktopSDK::JsonValue& reply),
+                 void* context);
 
 // The product as the wrapper describes it.
 ProductDescription DescribeProduct();

@@ -10,8 +10,6 @@
 #include "Shapes.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
-using Veltrane::TaviDesktopSDK::TaviString;
-namespace Sdk = Veltrane::TaviDesktopSDK;
 
 namespace
 {
@@ -27,9 +25,9 @@ bool Run(std::string_view action, std::size_t size, unsigned long count)
     for (unsigned long i = 0; i < count; ++i)
     {
         if (action == "build")
-            isDone &= !shape.Build().IsNull();
+            isDone &= shape.Build().GetCount() > 0;
         else if (action == "copy")
-            isDone &= !JsonValue(object).IsNull();
+            isDone &= JsonValue(object).GetCount() > 0;
         else if (action == "compare")
             isDone &= object.Compare(other) == 0;
         else if (action == "look_up")
@@ -46,8 +44,6 @@ bool Run(std::string_view action, std::size_t size, unsigned long count)
 
 int main(int argc, char** argv)
 {
-    TaviString hostProduct;
-    Sdk::Initialize(Sdk::Facet::Product(), hostProduct);
     const std::string_view shape = argc == 5 ? argv[1] : "";
     if (shape == "members" &&
         Run<Members>(argv[2], std::strtoul(argv[3], nullptr, 10), std::strtoul(argv[4], nullptr, 10)))

@@ -45,13 +45,13 @@ void SetFacetObjectMember(Facet::Base& facet, const TaviString& objectKey, const
         SetFacetEntry(facet, objectKey, JsonValue());
         return;
     }
-    // Whether there is text is the library's to say, as for an entry.
-    JsonValue member;
-    member.SetString(value.c_str());
-    if (member.Compare(JsonValue()) != 0)
+    if (value.c_str() != nullptr)
     {
-        FacetEntries(facet)[objectKey][key] = std::move(member);
-        return;
+        JsonValue& member = FacetEntries(facet)[objectKey][key];
+        member.SetString(value.c_str());
+        if (member.Compare(JsonValue()) != 0)
+            return;
+        // The library takes this text for none.
     }
     JsonValue& object = FacetEntries(facet)[objectKey];
     object.RemoveKey(key);

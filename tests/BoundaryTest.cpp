@@ -7,6 +7,11 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <telemetry/FacetAccess.h>
+
+#include "Text.h"
+
+using namespace Corvane;
 using namespace Veltrane::TaviDesktopSDK;
 
 namespace
@@ -57,7 +62,7 @@ TEST(Boundary, FacetsKeepTheirSizes)
     EXPECT_EQ(sizeof(Facet::Content), Base);
     EXPECT_EQ(sizeof(Facet::Entitlement), Base);
     EXPECT_EQ(sizeof(Facet::Component), Base);
-    EXPECT_EQ(sizeof(Facet::Core), Base + sizeof(void*));
+    EXPECT_EQ(sizeof(Facet::Core), Base + 4 * sizeof(void*)); // sub-facets
 }
 
 // The destructor, which has two entries, comes first.
@@ -68,6 +73,7 @@ TEST(Boundary, VirtualFunctionsKeepTheirOrder)
     EXPECT_EQ(SlotOf(&Facet::Base::Clone), 4U);
     EXPECT_EQ(SlotOf(Opened::RemoveFacetEntriesMember()), 5U);
 
+    EXPECT_EQ(SlotOf(&Facet::Content::Build), 2U);
     EXPECT_EQ(SlotOf(&Facet::Core::Build), 2U);
     EXPECT_EQ(SlotOf(&Facet::Core::GetFacetName), 3U);
     EXPECT_EQ(SlotOf(&Facet::Core::Clone), 4U);
@@ -76,11 +82,11 @@ TEST(Boundary, VirtualFunctionsKeepTheirOrder)
 // By way of the library's own tables, as a program that was built against an earlier library goes.
 TEST(Boundary, TheLibrarysTablesHoldTheFunctionsInThatOrder)
 {
-    const Facet::Core core;
+    Facet::Core core;
     const Facet::Product product;
     const Facet::Content content;
-    const Facet::Entitlement entitlement;
-    const Facet::Component component;
+    const Facet::Base& entitlement = EntitlementFacet(core);
+    const Facet::Base& component = ComponentFacet(core);
     const struct
     {
         const Facet::Base& facet;
@@ -95,9 +101,9 @@ TEST(Boundary, TheLibrarysTablesHoldTheFunctionsInThatOrder)
         Facet::Base* const clone = EntryOf<Facet::Base* (*)(const Facet::Base*)>(row.facet, 4)(&row.facet);
         ASSERT_NE(clone, nullptr) << row.name;
         EXPECT_STREQ(EntryOf<const char* (*)(const Facet::Base*)>(*clone, 3)(clone), row.name);
-        clone->SetFacetEntry(TaviString("key"), JsonValue(1LL));
+        SetFacetEntry(*clone, Key("key"), JsonValue(1LL));
         EntryOf<void (*)(Facet::Base*)>(*clone, 5)(clone); // removes the entries
-        EXPECT_TRUE(clone->GetFacetEntry(TaviString("key")).IsNull()) << row.name;
+        EXPECT_TRUE(IsNull(FacetEntries(*clone)[Key("key")])) << row.name;
         EntryOf<void (*)(Facet::Base*)>(*clone, 1)(clone); // destroys and frees
     }
 }

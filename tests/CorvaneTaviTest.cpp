@@ -107,7 +107,7 @@ JsonValue EventOf(const Call& call)
 
 std::string EntryOf(const JsonValue& event, const char* key)
 {
-    return Text(static_cast<TaviString>(event[Key(key)]));
+    return Text(TextValue(event[Key(key)]));
 }
 
 void ExpectEqual(const JsonValue& event, const JsonValue& expected)

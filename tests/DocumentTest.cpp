@@ -279,7 +279,7 @@ TEST(Document, IsReplacedWhileItsEventIsHandedOver)
     tavi.AddDocument(name, L"first extension", 1, 1);
     Sdk::SetTestingCallback(Key(tavi.GetProductKey().c_str()), replaceAndCopy, &meta);
     tavi.StartTrackFileChange(name);
-    EXPECT_EQ(Text(static_cast<Sdk::TaviString>(meta[Key("COMMON.FILE.TYPE")])), "first extension");
+    EXPECT_EQ(Text(TextValue(meta[Key("COMMON.FILE.TYPE")])), "first extension");
     tavi.StartTrackFileChange(name);
-    EXPECT_EQ(Text(static_cast<Sdk::TaviString>(meta[Key("COMMON.FILE.TYPE")])), "a longer extension");
+    EXPECT_EQ(Text(TextValue(meta[Key("COMMON.FILE.TYPE")])), "a longer extension");
 }

@@ -6,10 +6,12 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <telemetry/FacetAccess.h>
 #include <telemetry/FacetHelpers.h>
 
 #include "Text.h"
 
+using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
@@ -23,73 +25,107 @@ std::string Entries(const Facet::Base& facet)
     return Json(facet.Build(JsonValue()));
 }
 
-Facet::Component ComponentWith(const char* key, const JsonValue& value)
+// The core's component, which holds {"kept":"as it is"} and the entry.
+Facet::Base& ComponentWith(Facet::Core& core, const char* key, const JsonValue& value)
 {
-    Facet::Component component;
-    component.SetFacetEntry(Key("kept"), String("as it is"));
-    component.SetFacetEntry(Key(key), value);
+    Facet::Base& component = ComponentFacet(core);
+    SetFacetEntry(component, Key("kept"), String("as it is"));
+    SetFacetEntry(component, Key(key), value);
     return component;
 }
 
-// Holds {"kept":"as it is"} and, under "object", the members "a" and "b".
-Facet::Component ComponentWithObject()
+// {"a":"1","b":"2"} under "object".
+Facet::Base& ComponentWithObject(Facet::Core& core)
 {
     JsonValue object;
     object[Key("a")] = String("1");
     object[Key("b")] = String("2");
-    return ComponentWith("object", object);
+    return ComponentWith(core, "object", object);
 }
 
-Facet::Component ComponentWithAttributes()
+Facet::Base& ComponentWithAttributes(Facet::Core& core)
 {
     JsonValue attributes;
     attributes[Key("old")] = String("1");
     attributes[Key("common")] = String("2");
-    return ComponentWith("component_attributes", attributes);
+    return ComponentWith(core, "component_attributes", attributes);
 }
+
+template <typename Value>
+concept CanBeSet = requires(Facet::Base& facet, const TaviString& key, const Value& value)
+{
+    SetFacetEntry(facet, key, value);
+};
+
+static_assert(CanBeSet<JsonValue> && CanBeSet<TaviString> && CanBeSet<const char*> && CanBeSet<char[2]>);
+// All of them convert to the library's types, pointers to the boolean true.
+static_assert(!CanBeSet<bool> && !CanBeSet<int> && !CanBeSet<long long> && !CanBeSet<double>);
+static_assert(!CanBeSet<const wchar_t*> && !CanBeSet<wchar_t[2]> && !CanBeSet<const void*>);
 
 } // namespace
 
 TEST(FacetHelpers, AJsonEntryIsStoredAndReplaced)
 {
-    Facet::Component component = ComponentWith("k", String("before"));
-    SetFacetEntry(component, "k", JsonValue(-1LL));
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "k", String("before"));
+    SetFacetEntry(component, Key("k"), JsonValue(-1LL));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":-1})");
-    SetFacetEntry(component, "k", JsonValue(false));
+    SetFacetEntry(component, Key("k"), JsonValue(false));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":false})");
-    SetFacetEntry(component, "k", String(""));
+    SetFacetEntry(component, Key("k"), String(""));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":""})");
 }
 
 TEST(FacetHelpers, ANullJsonEntryIsRemoved)
 {
-    Facet::Component component = ComponentWith("k", String("before"));
-    SetFacetEntry(component, "k", JsonValue());
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "k", String("before"));
+    SetFacetEntry(component, Key("k"), JsonValue());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-    SetFacetEntry(component, "k", JsonValue());
+    SetFacetEntry(component, Key("k"), JsonValue());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
 TEST(FacetHelpers, ATextEntryIsStoredAndReplaced)
 {
-    Facet::Component component = ComponentWith("k", String("before"));
-    SetFacetEntry(component, "k", Key("after"));
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "k", String("before"));
+    SetFacetEntry(component, Key("k"), Key("after"));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"after"})");
-    SetFacetEntry(component, "new", Key("text"));
+    SetFacetEntry(component, Key("new"), Key("text"));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"after","new":"text"})");
+}
+
+TEST(FacetHelpers, ALiteralIsStoredAsTextAndNotAsTrue)
+{
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "k", String("before"));
+    SetFacetEntry(component, Key("k"), "C");
+    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"C"})");
+    const char* const text = "true";
+    SetFacetEntry(component, Key("new"), text);
+    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"C","new":"true"})");
 }
 
 TEST(FacetHelpers, AnEmptyTextEntryIsStored)
 {
-    Facet::Component component = ComponentWith("k", String("before"));
-    SetFacetEntry(component, "k", Key(""));
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "k", String("before"));
+    SetFacetEntry(component, Key("k"), Key(""));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":""})");
+    SetFacetEntry(component, Key("new"), "");
+    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"","new":""})");
 }
 
 TEST(FacetHelpers, ATextEntryNeverSetIsRemoved)
 {
-    Facet::Component component = ComponentWith("k", String("before"));
-    SetFacetEntry(component, "k", TaviString());
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "k", String("before"));
+    SetFacetEntry(component, Key("k"), TaviString());
+    EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
+    SetFacetEntry(component, Key("k"), "again");
+    const char* const noText = nullptr;
+    SetFacetEntry(component, Key("k"), noText);
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
@@ -106,7 +142,8 @@ TEST(FacetHelpers, TheEventTypeIsSetOrRemoved)
 
 TEST(FacetHelpers, TheComponentNameIsSetOrRemoved)
 {
-    Facet::Component component = ComponentWith("component_name", String("before"));
+    Facet::Core core;
+    Facet::Base& component = ComponentWith(core, "component_name", String("before"));
     SetComponentName(component, Key("after"));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_name":"after"})");
     SetComponentName(component, Key(""));
@@ -148,35 +185,39 @@ TEST(FacetHelpers, AScopeCodeOutsideTheTableRemovesTheScope)
 
 TEST(FacetHelpers, AMemberWithTextIsSetOrReplaced)
 {
-    Facet::Component component = ComponentWithObject();
-    SetFacetObjectMember(component, "object", Key("a"), Key("new"));
+    Facet::Core core;
+    Facet::Base& component = ComponentWithObject(core);
+    SetFacetObjectMember(component, Key("object"), Key("a"), Key("new"));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"new","b":"2"}})");
-    SetFacetObjectMember(component, "object", Key("c"), Key(""));
+    SetFacetObjectMember(component, Key("object"), Key("c"), Key(""));
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"new","b":"2","c":""}})");
 }
 
 TEST(FacetHelpers, TheFirstMemberCreatesTheObject)
 {
-    Facet::Component component;
-    SetFacetObjectMember(component, "object", Key("a"), Key("1"));
+    Facet::Core core;
+    Facet::Base& component = ComponentFacet(core);
+    SetFacetObjectMember(component, Key("object"), Key("a"), Key("1"));
     EXPECT_EQ(Entries(component), R"({"object":{"a":"1"}})");
 }
 
 TEST(FacetHelpers, AMemberNeverSetIsRemovedAndTheLastOneTakesTheObjectAlong)
 {
-    Facet::Component component = ComponentWithObject();
-    SetFacetObjectMember(component, "object", Key("a"), TaviString());
+    Facet::Core core;
+    Facet::Base& component = ComponentWithObject(core);
+    SetFacetObjectMember(component, Key("object"), Key("a"), TaviString());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"b":"2"}})");
-    SetFacetObjectMember(component, "object", Key("absent"), TaviString());
+    SetFacetObjectMember(component, Key("object"), Key("absent"), TaviString());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"b":"2"}})");
-    SetFacetObjectMember(component, "object", Key("b"), TaviString());
+    SetFacetObjectMember(component, Key("object"), Key("b"), TaviString());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
 TEST(FacetHelpers, RemovingAMemberOfAnAbsentObjectLeavesNoEntry)
 {
-    Facet::Component component = ComponentWithObject();
-    SetFacetObjectMember(component, "other", Key("a"), TaviString());
+    Facet::Core core;
+    Facet::Base& component = ComponentWithObject(core);
+    SetFacetObjectMember(component, Key("other"), Key("a"), TaviString());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"1","b":"2"}})");
 }
 
@@ -188,10 +229,11 @@ TEST(FacetHelpers, AnEmptyMemberKeyRemovesTheWholeObject)
     {
         for (const TaviString& value : values)
         {
-            Facet::Component component = ComponentWithObject();
-            SetFacetObjectMember(component, "object", key, value);
+            Facet::Core core;
+            Facet::Base& component = ComponentWithObject(core);
+            SetFacetObjectMember(component, Key("object"), key, value);
             EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-            SetFacetObjectMember(component, "object", key, value);
+            SetFacetObjectMember(component, Key("object"), key, value);
             EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
         }
     }
@@ -199,21 +241,24 @@ TEST(FacetHelpers, AnEmptyMemberKeyRemovesTheWholeObject)
 
 TEST(FacetHelpers, ManyMembersAreAddedInTheOrderOfTheirKeysBesideThoseThere)
 {
-    Facet::Component component = ComponentWithObject();
+    Facet::Core core;
+    Facet::Base& component = ComponentWithObject(core);
     SetFacetObjectMembers(component, "object", {{Key("z"), Key("26")}, {Key("a"), Key("new")}, {Key("c"), Key("3")}});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"new","b":"2","c":"3","z":"26"}})");
 }
 
 TEST(FacetHelpers, ComponentAttributesReplaceAllThatWereThere)
 {
-    Facet::Component component = ComponentWithAttributes();
+    Facet::Core core;
+    Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {{Key("new"), Key("")}, {Key("common"), Key("3")}});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_attributes":{"common":"3","new":""}})");
 }
 
 TEST(FacetHelpers, NoComponentAttributesLeaveNoEntry)
 {
-    Facet::Component component = ComponentWithAttributes();
+    Facet::Core core;
+    Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
     SetComponentAttributes(component, {});
@@ -222,21 +267,24 @@ TEST(FacetHelpers, NoComponentAttributesLeaveNoEntry)
 
 TEST(FacetHelpers, AComponentAttributeNeverSetIsLeftOut)
 {
-    Facet::Component component = ComponentWithAttributes();
+    Facet::Core core;
+    Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {{Key("a"), Key("1")}, {Key("common"), TaviString()}, {Key("z"), Key("26")}});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_attributes":{"a":"1","z":"26"}})");
 }
 
 TEST(FacetHelpers, OnlyComponentAttributesNeverSetLeaveNoEntry)
 {
-    Facet::Component component = ComponentWithAttributes();
+    Facet::Core core;
+    Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {{Key("common"), TaviString()}});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
 TEST(FacetHelpers, AComponentAttributeWithAnEmptyKeyAddsNothingAndTheOthersAreKept)
 {
-    Facet::Component component = ComponentWithAttributes();
+    Facet::Core core;
+    Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {{Key("a"), Key("1")}, {Key(""), Key("lost")}, {Key("z"), Key("26")}});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_attributes":{"a":"1","z":"26"}})");
 }
@@ -262,8 +310,10 @@ TEST(FacetHelpers, NoMembersAreReadOfAnythingButAnObject)
     JsonValue emptyObject;
     emptyObject[Key("a")];
     emptyObject.RemoveKey(Key("a"));
+    JsonValue object;
+    object[Key("a")] = String("1");
     const JsonValue values[] = {JsonValue(),    JsonValue(true), JsonValue(1LL),
-                                String("text"), emptyObject,     ComponentWithObject().Build(JsonValue()).GetKeyList()};
+                                String("text"), emptyObject,     object.GetKeyList()};
     for (const JsonValue& value : values)
         EXPECT_TRUE(ReadComponentAttributes(value).empty()) << Json(value);
 }
@@ -271,10 +321,10 @@ TEST(FacetHelpers, NoMembersAreReadOfAnythingButAnObject)
 TEST(FacetHelpers, TheProductKeyJoinsTheFourIdentifiers)
 {
     Facet::Product product;
-    product.SetFacetEntry(Key("product_build_id"), String("B"));
-    product.SetFacetEntry(Key("product_master_id"), String("M"));
-    product.SetFacetEntry(Key("product_release_id"), String("R"));
-    product.SetFacetEntry(Key("product_line_name"), String("L"));
+    SetFacetEntry(product, Key("product_build_id"), String("B"));
+    SetFacetEntry(product, Key("product_master_id"), String("M"));
+    SetFacetEntry(product, Key("product_release_id"), String("R"));
+    SetFacetEntry(product, Key("product_line_name"), String("L"));
     TaviString key = Key("before");
     BuildProductKey(product, key);
     EXPECT_EQ(Text(key), "L&R&M&B");
@@ -290,8 +340,8 @@ TEST(FacetHelpers, TheProductKeyIsLeftAsItIsWhenAnIdentifierIsMissingOrEmpty)
         {
             Facet::Product product;
             for (const char* const field : fields)
-                product.SetFacetEntry(Key(field), String("X"));
-            product.SetFacetEntry(Key(lackingField), value);
+                SetFacetEntry(product, Key(field), String("X"));
+            SetFacetEntry(product, Key(lackingField), value);
 
             TaviString given = Key("before");
             BuildProductKey(product, given);

@@ -1,26 +1,50 @@
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <memory>
+#include <set>
 #include <string>
+#include <thread>
 #include <type_traits>
+#include <typeindex>
 #include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include <TaviDesktopSDK/Facet.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+#include <telemetry/FacetAccess.h>
 
 #include "Text.h"
 
+using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;
+using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 
 namespace
 {
 
+template <typename... Facets>
+constexpr bool AreNeverCopied = ((!std::is_copy_constructible_v<Facets> && !std::is_copy_assignable_v<Facets>)&&...);
+
+template <typename Class>
+concept GivesEntries = requires(Class& facet, const TaviString& key)
+{
+    facet.GetFacetEntry(key);
+};
+
 static_assert(std::has_virtual_destructor_v<Facet::Base> && std::is_abstract_v<Facet::Base>);
-static_assert(!std::is_copy_assignable_v<Facet::Core>);
+// Entries are copied by Clone(), and by an assignment to a facet as a Base.
+static_assert(AreNeverCopied<Facet::Core, Facet::Product, Facet::Content, Facet::Entitlement, Facet::Component>);
+static_assert(std::is_copy_assignable_v<Facet::Base>);
+// Only a core makes these two.
+static_assert(!std::is_default_constructible_v<Facet::Entitlement> &&
+              !std::is_default_constructible_v<Facet::Component>);
+// Entries are read by way of the protected data.
+static_assert(!GivesEntries<Facet::Base> && !GivesEntries<const Facet::Base>);
 
 // A facet of another module than the library.
 class OwnFacet : public Facet::Base
@@ -28,10 +52,9 @@ class OwnFacet : public Facet::Base
 public:
     using Base::Base;
     using Base::Data;
-    using Base::RemoveFacetEntries;
 
     const char* GetFacetName() const override { return "own"; }
-    Base* Clone() const override { return new OwnFacet(*this); }
+    Base* Clone() const override { return nullptr; }
 };
 
 class CountingFacet : public OwnFacet
@@ -46,39 +69,50 @@ private:
     int* destructions;
 };
 
-struct NamedFacet
-{
-    const char* name;
-    std::unique_ptr<Facet::Base> facet;
-};
-
-// One of each class of the library.
-std::vector<NamedFacet> FacetsOfEveryClass()
-{
-    std::vector<NamedFacet> facets;
-    facets.push_back({Facet::Core::FacetName(), std::make_unique<Facet::Core>()});
-    facets.push_back({Facet::Product::FacetName(), std::make_unique<Facet::Product>()});
-    facets.push_back({Facet::Content::FacetName(), std::make_unique<Facet::Content>()});
-    facets.push_back({Facet::Entitlement::FacetName(), std::make_unique<Facet::Entitlement>()});
-    facets.push_back({Facet::Component::FacetName(), std::make_unique<Facet::Component>()});
-    return facets;
-}
-
 // The core's sub-facets by the name of their class.
 struct SubFacet
 {
     const char* name;
-    Facet::Base& (Facet::Core::*get)();
+    std::type_index type;
+    Facet::Base& (*get)(Facet::Core& core);
 };
 
 std::vector<SubFacet> SubFacets()
 {
     return {
-        {Facet::Product::FacetName(), &Facet::Core::ProductFacet},
-        {Facet::Content::FacetName(), &Facet::Core::ContentFacet},
-        {Facet::Entitlement::FacetName(), &Facet::Core::EntitlementFacet},
-        {Facet::Component::FacetName(), &Facet::Core::ComponentFacet},
+        {Facet::Product::FacetName(), typeid(Facet::Product), ProductFacet},
+        {Facet::Content::FacetName(), typeid(Facet::Content), ContentFacet},
+        {Facet::Entitlement::FacetName(), typeid(Facet::Entitlement), EntitlementFacet},
+        {Facet::Component::FacetName(), typeid(Facet::Component), ComponentFacet},
     };
+}
+
+struct NamedFacet
+{
+    const char* name;
+    std::unique_ptr<Facet::Base> owner; // the facet itself, or the core whose sub-facet it is
+    Facet::Base* facet;
+};
+
+// One of each class of the library, and a core's sub-facet of each class that it has.
+std::vector<NamedFacet> FacetsOfEveryClass()
+{
+    std::vector<NamedFacet> facets;
+    const auto add = [&facets](const char* name, std::unique_ptr<Facet::Base> facet)
+    {
+        Facet::Base* const itself = facet.get();
+        facets.push_back({name, std::move(facet), itself});
+    };
+    add(Facet::Core::FacetName(), std::make_unique<Facet::Core>());
+    add(Facet::Product::FacetName(), std::make_unique<Facet::Product>());
+    add(Facet::Content::FacetName(), std::make_unique<Facet::Content>());
+    for (const SubFacet& row : SubFacets())
+    {
+        auto core = std::make_unique<Facet::Core>();
+        Facet::Base& facet = row.get(*core);
+        facets.push_back({row.name, std::move(core), &facet});
+    }
+    return facets;
 }
 
 // What the facet alone would put into a payload.
@@ -100,8 +134,8 @@ constexpr const char* SomeEntriesJson = R"({"a":"text","b":{"c":1}})";
 
 void SetSomeEntries(Facet::Base& facet)
 {
-    facet.SetFacetEntry(Key("a"), SomeEntries()[Key("a")]);
-    facet.SetFacetEntry(Key("b"), SomeEntries()[Key("b")]);
+    SetFacetEntry(facet, Key("a"), SomeEntries()[Key("a")]);
+    SetFacetEntry(facet, Key("b"), SomeEntries()[Key("b")]);
 }
 
 constexpr long long NoTimer = -1;
@@ -111,7 +145,7 @@ long long EditingLength(const Facet::Base& facet)
 {
     const JsonValue payload = facet.Build(JsonValue());
     const JsonValue& length = payload[Key("document_editing_length_ms")];
-    if (length.IsNull())
+    if (IsNull(length))
         return NoTimer;
     const auto milliseconds = static_cast<long long>(length);
     EXPECT_EQ(length.Compare(JsonValue(milliseconds)), 0) << "the length is no integer: " << Json(length);
@@ -124,11 +158,18 @@ bool HasTimer(const Facet::Base& facet)
     return EditingLength(facet) != NoTimer;
 }
 
-Facet::Content ContentWithTimer()
+class ContentWithTimer : public Facet::Content
 {
-    Facet::Content content;
-    content.StartDocumentEditTimer();
-    return content;
+public:
+    using Content::RemoveFacetEntries;
+
+    ContentWithTimer() { StartDocumentEditTimer(); }
+};
+
+// Keeps the class of `target`, and what belongs to it alone.
+void Assign(Facet::Base& target, const Facet::Base& source)
+{
+    target = source;
 }
 
 } // namespace
@@ -139,10 +180,10 @@ TEST(Facet, WithoutDataHoldsEntriesOfItsOwn)
     {
         SCOPED_TRACE(shared);
         OwnFacet facet(nullptr, shared);
-        EXPECT_TRUE(facet.Data().IsNull());
+        EXPECT_TRUE(IsNull(facet.Data()));
         SetSomeEntries(facet);
         EXPECT_EQ(Json(facet.Data()), SomeEntriesJson);
-        EXPECT_TRUE(OwnFacet(nullptr, shared).Data().IsNull());
+        EXPECT_TRUE(IsNull(OwnFacet(nullptr, shared).Data()));
     }
 }
 
@@ -153,7 +194,7 @@ TEST(Facet, WithSharedDataWorksOnTheCallersValue)
         OwnFacet facet(&data, true);
         EXPECT_EQ(&facet.Data(), &data);
         EXPECT_EQ(&std::as_const(facet).Data(), &data);
-        facet.SetFacetEntry(Key("a"), JsonValue(2LL));
+        SetFacetEntry(facet, Key("a"), JsonValue(2LL));
         EXPECT_EQ(Json(data), R"({"a":2,"b":{"c":1}})");
         data[Key("d")] = JsonValue(3LL);
         EXPECT_EQ(Built(facet), R"({"a":2,"b":{"c":1},"d":3})");
@@ -165,25 +206,23 @@ TEST(Facet, WithUnsharedDataWorksOnACopy)
 {
     JsonValue data = SomeEntries();
     OwnFacet facet(&data, false);
-    facet.SetFacetEntry(Key("a"), JsonValue(2LL));
+    SetFacetEntry(facet, Key("a"), JsonValue(2LL));
     EXPECT_EQ(Json(data), SomeEntriesJson);
     data[Key("b")] = JsonValue();
     EXPECT_EQ(Built(facet), R"({"a":2,"b":{"c":1}})");
 }
 
-TEST(Facet, CopyNeverSharesItsData)
+TEST(Facet, AssignmentOfAFacetWithSharedDataCopiesTheCallersValue)
 {
     JsonValue data = SomeEntries();
     const OwnFacet source(&data, true);
-    OwnFacet copy(source);
-    const std::unique_ptr<Facet::Base> clone(source.Clone());
-    copy.SetFacetEntry(Key("a"), JsonValue());
-    clone->SetFacetEntry(Key("b"), JsonValue());
+    Facet::Product target;
+    Assign(target, source);
+    SetFacetEntry(target, Key("a"), JsonValue());
     EXPECT_EQ(Json(data), SomeEntriesJson);
 
     data = JsonValue();
-    EXPECT_EQ(Built(copy), R"({"b":{"c":1}})");
-    EXPECT_EQ(Built(*clone), R"({"a":"text"})");
+    EXPECT_EQ(Built(target), R"({"b":{"c":1}})");
 }
 
 TEST(Facet, AssignmentCopiesEntries)
@@ -191,11 +230,11 @@ TEST(Facet, AssignmentCopiesEntries)
     OwnFacet source(nullptr, false);
     SetSomeEntries(source);
     OwnFacet target(nullptr, false);
-    target.SetFacetEntry(Key("old"), JsonValue(true));
+    SetFacetEntry(target, Key("old"), JsonValue(true));
     target = source;
     EXPECT_EQ(Built(target), SomeEntriesJson);
 
-    source.GetFacetEntry(Key("b"))[Key("c")] = JsonValue(2LL);
+    FacetEntries(source)[Key("b")][Key("c")] = JsonValue(2LL);
     EXPECT_EQ(Built(target), SomeEntriesJson);
 
     OwnFacet& same = target;
@@ -222,15 +261,14 @@ TEST(Facet, AssignmentThroughTheBaseLeavesSubFacetsAlone)
     Facet::Content source;
     SetSomeEntries(source);
     Facet::Core core;
-    core.ContentFacet().SetFacetEntry(Key("sub"), JsonValue(true));
-    Facet::Base& base = core;
-    base = source;
+    SetFacetEntry(ContentFacet(core), Key("sub"), JsonValue(true));
+    Assign(core, source);
     EXPECT_EQ(Built(core), R"({"a":"text","b":{"c":1},"sub":true})");
-    EXPECT_STREQ(base.GetFacetName(), Facet::Core::FacetName());
+    EXPECT_STREQ(core.GetFacetName(), Facet::Core::FacetName());
 
-    core.ContentFacet() = source;
-    core.SetFacetEntry(Key("a"), JsonValue());
-    core.SetFacetEntry(Key("b"), JsonValue());
+    ContentFacet(core) = source;
+    SetFacetEntry(core, Key("a"), JsonValue());
+    SetFacetEntry(core, Key("b"), JsonValue());
     EXPECT_EQ(Built(core), SomeEntriesJson);
 }
 
@@ -240,42 +278,49 @@ TEST(Facet, SettingAnEntryStoresItOrRemovesItForANullValue)
     {
         SCOPED_TRACE(row.name);
         Facet::Base& facet = *row.facet;
-        facet.SetFacetEntry(Key("absent"), JsonValue());
+        SetFacetEntry(facet, Key("absent"), JsonValue());
         EXPECT_EQ(Built(facet), "null");
 
-        facet.SetFacetEntry(Key("false"), JsonValue(false));
-        facet.SetFacetEntry(Key("zero"), JsonValue(0LL));
-        facet.SetFacetEntry(Key("empty"), String(""));
+        SetFacetEntry(facet, Key("false"), JsonValue(false));
+        SetFacetEntry(facet, Key("zero"), JsonValue(0LL));
+        SetFacetEntry(facet, Key("empty"), String(""));
         EXPECT_EQ(Built(facet), R"({"false":false,"zero":0,"empty":""})");
 
-        facet.SetFacetEntry(Key("zero"), String("replaced"));
-        facet.SetFacetEntry(Key("false"), JsonValue());
-        facet.SetFacetEntry(Key("empty"), String(nullptr));
-        facet.SetFacetEntry(Key("absent"), JsonValue());
+        SetFacetEntry(facet, Key("zero"), String("replaced"));
+        SetFacetEntry(facet, Key("false"), JsonValue());
+        SetFacetEntry(facet, Key("empty"), String(nullptr));
+        SetFacetEntry(facet, Key("absent"), JsonValue());
         EXPECT_EQ(Built(facet), R"({"zero":"replaced"})");
     }
 }
 
-TEST(Facet, ReadingAnEntryDoesNotCreateIt)
+TEST(Facet, EntriesAreReadWithoutBeingCreated)
 {
     OwnFacet facet(nullptr, false);
     const Facet::Base& reading = facet;
-    EXPECT_TRUE(reading.GetFacetEntry(Key("a")).IsNull());
-    EXPECT_TRUE(facet.Data().IsNull());
+    EXPECT_TRUE(IsNull(FacetEntries(reading)));
+    EXPECT_TRUE(IsNull(FacetEntries(reading)[Key("a")]));
+    EXPECT_TRUE(IsNull(facet.Data()));
 
     SetSomeEntries(facet);
-    EXPECT_EQ(Json(reading.GetFacetEntry(Key("b"))), R"({"c":1})");
-    EXPECT_TRUE(reading.GetFacetEntry(Key("absent")).IsNull());
+    EXPECT_EQ(Json(FacetEntries(reading)), SomeEntriesJson);
+    EXPECT_EQ(Json(FacetEntries(reading)[Key("b")]), R"({"c":1})");
+    EXPECT_TRUE(IsNull(FacetEntries(reading)[Key("absent")]));
     EXPECT_EQ(Built(facet), SomeEntriesJson);
 }
 
-TEST(Facet, WritingAnEntryCreatesItAsNull)
+TEST(Facet, EntriesAreChangedInPlace)
 {
-    Facet::Component facet;
-    EXPECT_TRUE(facet.GetFacetEntry(Key("a")).IsNull());
-    EXPECT_EQ(Built(facet), R"({"a":null})");
-    facet.GetFacetEntry(Key("a")) = JsonValue(true);
-    EXPECT_EQ(Built(facet), R"({"a":true})");
+    for (const NamedFacet& row : FacetsOfEveryClass())
+    {
+        SCOPED_TRACE(row.name);
+        JsonValue& entries = FacetEntries(*row.facet);
+        EXPECT_TRUE(IsNull(entries[Key("a")]));
+        EXPECT_EQ(Built(*row.facet), R"({"a":null})");
+        entries[Key("a")][Key("b")] = JsonValue(true);
+        EXPECT_EQ(Built(*row.facet), R"({"a":{"b":true}})");
+        EXPECT_EQ(&FacetEntries(*row.facet), &entries);
+    }
 }
 
 TEST(Facet, BuildAddsEntriesToTheEventAndReplacesThoseOfTheSameKey)
@@ -297,14 +342,13 @@ TEST(Facet, BuildAddsEntriesToTheEventAndReplacesThoseOfTheSameKey)
 
 TEST(Facet, NamesAreDistinctAndThoseOfTheClasses)
 {
-    const std::vector<NamedFacet> facets = FacetsOfEveryClass();
-    for (std::size_t i = 0; i < facets.size(); ++i)
-    {
-        EXPECT_STREQ(facets[i].facet->GetFacetName(), facets[i].name);
-        EXPECT_STRNE(facets[i].name, "");
-        for (std::size_t j = 0; j < i; ++j)
-            EXPECT_STRNE(facets[i].name, facets[j].name);
-    }
+    const std::set<std::string> names = {Facet::Core::FacetName(), Facet::Product::FacetName(),
+                                         Facet::Content::FacetName(), Facet::Entitlement::FacetName(),
+                                         Facet::Component::FacetName()};
+    EXPECT_EQ(names.size(), 5U);
+    EXPECT_FALSE(names.contains(""));
+    for (const NamedFacet& row : FacetsOfEveryClass())
+        EXPECT_STREQ(row.facet->GetFacetName(), row.name);
 }
 
 TEST(Facet, CloneIsADeepCopyOfTheSameClass)
@@ -320,9 +364,9 @@ TEST(Facet, CloneIsADeepCopyOfTheSameClass)
         EXPECT_EQ(typeid(clone), typeid(facet));
         EXPECT_EQ(Built(clone), SomeEntriesJson);
 
-        facet.GetFacetEntry(Key("b"))[Key("c")] = JsonValue(2LL);
+        FacetEntries(facet)[Key("b")][Key("c")] = JsonValue(2LL);
         EXPECT_EQ(Built(clone), SomeEntriesJson);
-        clone.SetFacetEntry(Key("a"), JsonValue());
+        SetFacetEntry(clone, Key("a"), JsonValue());
         EXPECT_EQ(Built(facet), R"({"a":"text","b":{"c":2}})");
     }
 }
@@ -333,7 +377,7 @@ TEST(Facet, CloneOutlivesItsSource)
     {
         SetSomeEntries(*row.facet);
         const std::unique_ptr<Facet::Base> clone(row.facet->Clone());
-        row.facet.reset();
+        row.owner.reset();
         EXPECT_EQ(Built(*clone), SomeEntriesJson) << row.name;
     }
 }
@@ -349,14 +393,13 @@ TEST(Facet, MayBeDeletedThroughTheBase)
 
 TEST(Facet, RemovingEntriesDropsAllAndStopsTheTimer)
 {
-    OwnFacet facet(nullptr, false);
-    static_cast<Facet::Base&>(facet) = ContentWithTimer();
-    SetSomeEntries(facet);
-    facet.RemoveFacetEntries();
-    EXPECT_EQ(Built(facet), "null");
+    ContentWithTimer content;
+    SetSomeEntries(content);
+    content.RemoveFacetEntries();
+    EXPECT_EQ(Built(content), "null");
 
-    SetSomeEntries(facet);
-    EXPECT_EQ(Built(facet), SomeEntriesJson);
+    SetSomeEntries(content);
+    EXPECT_EQ(Built(content), SomeEntriesJson);
 }
 
 TEST(CoreFacet, SubFacetIsCreatedOnceAndOfItsClass)
@@ -364,15 +407,16 @@ TEST(CoreFacet, SubFacetIsCreatedOnceAndOfItsClass)
     Facet::Core core;
     for (const SubFacet& row : SubFacets())
     {
-        Facet::Base& facet = (core.*row.get)();
+        Facet::Base& facet = row.get(core);
+        EXPECT_EQ(std::type_index(typeid(facet)), row.type) << row.name;
         EXPECT_STREQ(facet.GetFacetName(), row.name);
-        facet.SetFacetEntry(Key(row.name), JsonValue(true));
+        SetFacetEntry(facet, Key(row.name), JsonValue(true));
         EXPECT_EQ(Built(facet), std::string("{\"") + row.name + "\":true}") << "it shares nothing with the others";
     }
     for (const SubFacet& row : SubFacets())
     {
-        Facet::Base& facet = (core.*row.get)();
-        EXPECT_EQ(&(core.*row.get)(), &facet) << row.name;
+        Facet::Base& facet = row.get(core);
+        EXPECT_EQ(&row.get(core), &facet) << row.name;
         EXPECT_EQ(Built(facet), std::string("{\"") + row.name + "\":true}");
     }
 }
@@ -383,9 +427,9 @@ TEST(CoreFacet, SubFacetBelongsToOneCore)
     Facet::Core other;
     for (const SubFacet& row : SubFacets())
     {
-        (core.*row.get)().SetFacetEntry(Key("a"), JsonValue(true));
-        EXPECT_NE(&(core.*row.get)(), &(other.*row.get)()) << row.name;
-        EXPECT_EQ(Built((other.*row.get)()), "null") << row.name;
+        SetFacetEntry(row.get(core), Key("a"), JsonValue(true));
+        EXPECT_NE(&row.get(core), &row.get(other)) << row.name;
+        EXPECT_EQ(Built(row.get(other)), "null") << row.name;
     }
 }
 
@@ -399,13 +443,13 @@ TEST(CoreFacet, BuildsItsEntriesThenSubFacetsInTheOrderOfCreation)
         std::string expected = R"({"core":0)";
         for (const SubFacet& row : order)
         {
-            (core.*row.get)();
+            row.get(core);
             expected += std::string(",\"") + row.name + "\":0";
         }
         // The order in which entries are set does not matter.
         for (const SubFacet& row : SubFacets())
-            (core.*row.get)().SetFacetEntry(Key(row.name), JsonValue(0LL));
-        core.SetFacetEntry(Key("core"), JsonValue(0LL));
+            SetFacetEntry(row.get(core), Key(row.name), JsonValue(0LL));
+        SetFacetEntry(core, Key("core"), JsonValue(0LL));
         EXPECT_EQ(Built(core), expected + "}");
         std::rotate(order.begin(), order.begin() + 1, order.end());
     }
@@ -417,11 +461,11 @@ TEST(CoreFacet, LaterEntryReplacesAnEarlierOneOfTheSameKey)
     for (const char* key : {"a", "b", "c", "d"})
         event[Key(key)] = String("event");
     Facet::Core core;
-    core.EntitlementFacet().SetFacetEntry(Key("d"), String("first sub-facet"));
-    core.EntitlementFacet().SetFacetEntry(Key("c"), String("first sub-facet"));
-    core.ComponentFacet().SetFacetEntry(Key("d"), String("second sub-facet"));
+    SetFacetEntry(EntitlementFacet(core), Key("d"), String("first sub-facet"));
+    SetFacetEntry(EntitlementFacet(core), Key("c"), String("first sub-facet"));
+    SetFacetEntry(ComponentFacet(core), Key("d"), String("second sub-facet"));
     for (const char* key : {"b", "c", "d"})
-        core.SetFacetEntry(Key(key), String("core"));
+        SetFacetEntry(core, Key(key), String("core"));
     EXPECT_EQ(Json(core.Build(event)), R"({"a":"event","b":"core","c":"first sub-facet","d":"second sub-facet"})");
     EXPECT_EQ(Json(event), R"({"a":"event","b":"event","c":"event","d":"event"})");
 }
@@ -431,31 +475,32 @@ TEST(CoreFacet, CloneHasClonesOfTheSubFacets)
     Facet::Core core;
     SetSomeEntries(core);
     for (const SubFacet& row : SubFacets())
-        (core.*row.get)().SetFacetEntry(Key(row.name), SomeEntries());
+        SetFacetEntry(row.get(core), Key(row.name), SomeEntries());
     const std::string before = Built(core);
 
-    const std::unique_ptr<Facet::Base> clone(core.Clone());
-    Facet::Core copy(core);
-    EXPECT_EQ(Built(*clone), before);
-    EXPECT_EQ(Built(copy), before);
+    const std::unique_ptr<Facet::Base> owner(core.Clone());
+    auto& clone = dynamic_cast<Facet::Core&>(*owner);
+    EXPECT_EQ(Built(clone), before);
 
     for (const SubFacet& row : SubFacets())
     {
-        EXPECT_NE(&(copy.*row.get)(), &(core.*row.get)()) << row.name;
-        EXPECT_STREQ((copy.*row.get)().GetFacetName(), row.name);
-        (core.*row.get)().GetFacetEntry(Key(row.name))[Key("a")] = JsonValue(false);
+        const Facet::Base& cloned = row.get(clone);
+        EXPECT_NE(&cloned, &row.get(core)) << row.name;
+        EXPECT_EQ(std::type_index(typeid(cloned)), row.type) << row.name;
+        FacetEntries(row.get(core))[Key(row.name)][Key("a")] = JsonValue(false);
     }
-    EXPECT_EQ(Built(*clone), before);
-    EXPECT_EQ(Built(copy), before);
+    EXPECT_EQ(Built(clone), before);
 
     const std::string changed = Built(core);
     EXPECT_NE(changed, before);
-    copy.ComponentFacet().SetFacetEntry(Key(Facet::Component::FacetName()), JsonValue());
-    copy.Clear();
+    SetFacetEntry(ComponentFacet(clone), Key(Facet::Component::FacetName()), JsonValue());
     EXPECT_EQ(Built(core), changed);
 
+    const std::unique_ptr<Facet::Base> other(core.Clone());
+    clone.Clear();
+    EXPECT_EQ(Built(core), changed);
     core.Clear();
-    EXPECT_EQ(Built(*clone), before);
+    EXPECT_EQ(Built(*other), changed);
 }
 
 TEST(CoreFacet, ClearDropsEntriesAndSubFacets)
@@ -464,25 +509,25 @@ TEST(CoreFacet, ClearDropsEntriesAndSubFacets)
     core.Clear();
     EXPECT_EQ(Built(core), "null");
 
-    static_cast<Facet::Base&>(core) = ContentWithTimer();
     SetSomeEntries(core);
     for (const SubFacet& row : SubFacets())
-        (core.*row.get)().SetFacetEntry(Key(row.name), JsonValue(true));
+        SetFacetEntry(row.get(core), Key(row.name), JsonValue(true));
+    ContentFacet(core) = ContentWithTimer();
     core.Clear();
     EXPECT_EQ(Built(core), "null");
     for (const SubFacet& row : SubFacets())
-        EXPECT_EQ(Built((core.*row.get)()), "null") << row.name;
+        EXPECT_EQ(Built(row.get(core)), "null") << row.name;
 }
 
 TEST(CoreFacet, MayBeUsedAgainAfterClear)
 {
     Facet::Core core;
-    core.ProductFacet().SetFacetEntry(Key("product"), JsonValue(1LL));
-    core.ContentFacet().SetFacetEntry(Key("content"), JsonValue(1LL));
+    SetFacetEntry(ProductFacet(core), Key("product"), JsonValue(1LL));
+    SetFacetEntry(ContentFacet(core), Key("content"), JsonValue(1LL));
     core.Clear();
-    core.ContentFacet().SetFacetEntry(Key("content"), JsonValue(2LL));
-    core.ProductFacet().SetFacetEntry(Key("product"), JsonValue(2LL));
-    core.SetFacetEntry(Key("core"), JsonValue(2LL));
+    SetFacetEntry(ContentFacet(core), Key("content"), JsonValue(2LL));
+    SetFacetEntry(ProductFacet(core), Key("product"), JsonValue(2LL));
+    SetFacetEntry(core, Key("core"), JsonValue(2LL));
     EXPECT_EQ(Built(core), R"({"core":2,"content":2,"product":2})");
     core.Clear();
     core.Clear();
@@ -507,7 +552,7 @@ TEST(EditTimer, RunsFromItsStartOn)
 
 TEST(EditTimer, IsNeverSmallerInALaterPayload)
 {
-    const Facet::Content content = ContentWithTimer();
+    const ContentWithTimer content;
     long long earlier = 0;
     for (int i = 0; i < 1000; ++i)
     {
@@ -519,16 +564,16 @@ TEST(EditTimer, IsNeverSmallerInALaterPayload)
 
 TEST(EditTimer, IsNoEntryOfTheFacet)
 {
-    const Facet::Content content = ContentWithTimer();
-    EXPECT_TRUE(content.GetFacetEntry(Key("document_editing_length_ms")).IsNull());
+    const ContentWithTimer content;
+    EXPECT_TRUE(IsNull(FacetEntries(content)));
 }
 
 TEST(EditTimer, RunsInNoOtherFacet)
 {
     Facet::Core core;
-    core.ContentFacet();
+    ContentFacet(core);
     const Facet::Content before;
-    const Facet::Content running = ContentWithTimer();
+    const ContentWithTimer running;
     const Facet::Content after;
     EXPECT_TRUE(HasTimer(running));
     EXPECT_FALSE(HasTimer(before));
@@ -536,36 +581,53 @@ TEST(EditTimer, RunsInNoOtherFacet)
     EXPECT_FALSE(HasTimer(core));
 }
 
-TEST(EditTimer, GoesAlongWithACopy)
+TEST(EditTimer, ShowsInAContentOnly)
 {
-    const Facet::Content content = ContentWithTimer();
-    const long long earlier = EditingLength(content);
+    const ContentWithTimer content;
+    for (const NamedFacet& row : FacetsOfEveryClass())
+    {
+        const bool isContent = row.name == std::string(Facet::Content::FacetName());
+        Assign(*row.facet, content);
+        EXPECT_EQ(HasTimer(*row.facet), isContent) << row.name;
+    }
+    OwnFacet facet(nullptr, false);
+    Assign(facet, content);
+    EXPECT_FALSE(HasTimer(facet));
+}
 
-    EXPECT_GE(EditingLength(Facet::Content(content)), earlier);
+TEST(EditTimer, GoesAlongWithACloneAndAnAssignment)
+{
+    // Long enough to show that none starts anew.
+    constexpr std::chrono::milliseconds Pause(20);
+    const ContentWithTimer content;
+    std::this_thread::sleep_for(Pause);
+    const long long earlier = EditingLength(content);
+    EXPECT_GE(earlier, Pause.count());
+
     const std::unique_ptr<Facet::Base> clone(content.Clone());
     EXPECT_GE(EditingLength(*clone), earlier);
-    OwnFacet assigned(nullptr, false);
-    static_cast<Facet::Base&>(assigned) = content;
+    Facet::Content assigned;
+    Assign(assigned, content);
     EXPECT_GE(EditingLength(assigned), earlier);
 
     Facet::Core core;
-    core.ContentFacet() = content;
+    ContentFacet(core) = content;
     EXPECT_GE(EditingLength(core), earlier);
-    EXPECT_GE(EditingLength(Facet::Core(core)), earlier);
     const std::unique_ptr<Facet::Base> clonedCore(core.Clone());
     EXPECT_GE(EditingLength(*clonedCore), earlier);
 }
 
 TEST(EditTimer, StopsWhenAFacetWithoutTimerIsAssigned)
 {
-    Facet::Content content = ContentWithTimer();
-    const Facet::Content copy(content);
-    content = Facet::Content();
-    EXPECT_FALSE(HasTimer(content));
-    EXPECT_TRUE(HasTimer(copy)) << "a copy's timer runs on";
-
+    ContentWithTimer content;
+    const std::unique_ptr<Facet::Base> clone(content.Clone());
     Facet::Core core;
-    core.ContentFacet() = copy;
-    core.ContentFacet() = content;
+    ContentFacet(core) = content;
+    Assign(content, Facet::Content());
+    EXPECT_FALSE(HasTimer(content));
+    EXPECT_TRUE(HasTimer(*clone)) << "that of a copy runs on";
+    EXPECT_TRUE(HasTimer(core));
+
+    ContentFacet(core) = content;
     EXPECT_FALSE(HasTimer(core));
 }

@@ -18,6 +18,8 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include "support/Text.h"
+
 using nlohmann::json;
 
 namespace Veltrane::TaviDesktopSDK
@@ -26,14 +28,11 @@ namespace Veltrane::TaviDesktopSDK
 namespace
 {
 
-std::string Text(const TaviString& text)
-{
-    return text.c_str() != nullptr ? text.c_str() : "";
-}
+using Callback = int (*)(const JsonValue& payload, void* context, JsonValue& reply);
 
 json FromValue(const JsonValue& value)
 {
-    return json::parse(Text(value.GetJsonString()));
+    return json::parse(Json(value));
 }
 
 JsonValue ToValue(const json& source)
@@ -53,16 +52,16 @@ JsonValue ToValue(const json& source)
     }
     else if (source.is_object())
     {
-        value[TaviString("")] = JsonValue(); // even without members it is an object
-        value.RemoveKey(TaviString(""));
+        value[Key("")] = JsonValue(); // even without members it is an object
+        value.RemoveKey(Key(""));
         for (const auto& [key, member] : source.items())
-            value[TaviString(key.c_str())] = ToValue(member);
+            value[Key(key.c_str())] = ToValue(member);
     }
     else if (source.is_array())
     {
         JsonValue keys;
         for (const json& element : source)
-            keys[TaviString(element.get<std::string>().c_str())] = JsonValue();
+            keys[Key(element.get<std::string>().c_str())] = JsonValue();
         value = keys.GetKeyList();
     }
     else if (!source.is_null())
@@ -94,7 +93,7 @@ public:
     }
 
     JsonValue productDescription;
-    TestingCallback callback = nullptr;
+    Callback callback = nullptr;
     void* callbackContext = nullptr;
 
 private:
@@ -111,7 +110,7 @@ Faults& TheFaults()
 
 int StatusOf(const json& answer)
 {
-    return answer.value("status", StatusSuccess);
+    return answer.value("status", 0);
 }
 
 } // namespace
@@ -127,7 +126,7 @@ int Initialize(const Facet::Product& product, TaviString& hostProduct)
 
 bool SetHostProduct(const TaviString& hostProduct)
 {
-    return StatusOf(TheFaults().Answer("SetHostProduct", {{"hostProduct", Text(hostProduct)}})) == StatusSuccess;
+    return StatusOf(TheFaults().Answer("SetHostProduct", {{"hostProduct", Text(hostProduct)}})) == 0;
 }
 
 int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
@@ -158,10 +157,10 @@ int SetTestingFlags(const TaviString& productKey, const JsonValue& flags)
         TheFaults().Answer("SetTestingFlags", {{"productKey", Text(productKey)}, {"flags", FromValue(flags)}}));
 }
 
-int SetTestingCallback(const TaviString& productKey, TestingCallback callback, void* context)
+int SetTestingCallback(const TaviString& productKey, Callback callback, void* context)
 {
     const int status = StatusOf(TheFaults().Answer("SetTestingCallback", {{"productKey", Text(productKey)}}));
-    if (status == StatusSuccess)
+    if (status == 0)
     {
         TheFaults().callback = callback;
         TheFaults().callbackContext = context;

@@ -16,8 +16,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <TaviDesktopSDK/JsonValue.h>
-#include <TaviDesktopSDK/TaviString.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include "Text.h"
 
@@ -165,11 +164,11 @@ void ExpectAsModelled(ConstPlace place)
     const auto& [value, model] = place;
     const std::string json = Dump(model);
     ASSERT_EQ(Json(value), json);
-    EXPECT_EQ(value.IsNull(), model.is_null());
+    EXPECT_EQ(IsNull(value), model.is_null());
     EXPECT_EQ(value.GetCount(), model.is_structured() ? static_cast<int>(model.size()) : 0);
     EXPECT_EQ(Json(value.GetKeyList()), Dump(KeyListOf(model)));
 
-    const auto text = static_cast<TaviString>(value);
+    const TaviString text = TextValue(value);
     EXPECT_EQ(text.c_str() == nullptr, model.is_null());
     EXPECT_EQ(Text(text), model.is_null() ? "" : model.is_string() ? model.get<std::string>() : json);
 
@@ -252,7 +251,7 @@ private:
     ConstPlace ReadTo(ConstPlace place, std::size_t depth)
     {
         static const Model null;
-        EXPECT_EQ(place.value.IsNull(), place.model.is_null());
+        EXPECT_EQ(IsNull(place.value), place.model.is_null());
         if (depth == 0 || (!place.model.is_structured() && random.OneIn(2)))
             return place;
         // Elements by index, members by key, and now and then the other way, which finds nothing.

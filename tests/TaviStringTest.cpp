@@ -8,11 +8,12 @@
 #include <map>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include <gtest/gtest.h>
 
-#include <TaviDesktopSDK/TaviString.h>
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include "Text.h"
 
@@ -26,6 +27,9 @@ constexpr wchar_t HighSurrogate = 0xD83D;
 constexpr wchar_t LowSurrogate = 0xDE00;
 
 static_assert(sizeof(TaviString) == sizeof(void*));
+static_assert(!std::is_constructible_v<TaviString, const char*> &&
+              !std::is_constructible_v<TaviString, const wchar_t*>);
+static_assert(std::is_nothrow_move_constructible_v<TaviString> && std::is_nothrow_move_assignable_v<TaviString>);
 
 TaviString FromWide(const std::wstring& text)
 {
@@ -121,18 +125,18 @@ String Repeated(const String& part)
 TEST(TaviString, HasNoTextUntilItIsGivenSome)
 {
     ExpectNoText(TaviString());
-    ExpectNoText(TaviString(NoText));
+    ExpectNoText(Key(NoText));
 }
 
 TEST(TaviString, NullPointerReleasesTheContent)
 {
-    TaviString narrow("text");
+    TaviString narrow = Key("text");
     narrow.SetString(nullptr);
     ExpectNoText(narrow);
     narrow.SetString(nullptr);
     ExpectNoText(narrow);
 
-    TaviString wide("text");
+    TaviString wide = Key("text");
     wide.SetStringW(nullptr);
     ExpectNoText(wide);
     wide.SetStringW(nullptr);
@@ -141,20 +145,20 @@ TEST(TaviString, NullPointerReleasesTheContent)
 
 TEST(TaviString, EmptyTextIsText)
 {
-    ExpectEmptyText(TaviString(""));
+    ExpectEmptyText(Key(""));
 
-    TaviString narrow("text");
+    TaviString narrow = Key("text");
     narrow.SetString("");
     ExpectEmptyText(narrow);
 
-    TaviString wide("text");
+    TaviString wide = Key("text");
     wide.SetStringW(L"");
     ExpectEmptyText(wide);
 }
 
 TEST(TaviString, TextEndsAtTheFirstNullCharacter)
 {
-    EXPECT_EQ(Text(TaviString("ab\0cd")), "ab");
+    EXPECT_EQ(Text(Key("ab\0cd")), "ab");
 
     TaviString wide;
     wide.SetStringW(L"ab\0cd");
@@ -170,29 +174,26 @@ TEST(TaviString, SizeCountsBytes)
         unsigned long long size;
     } rows[] = {{"a", 1}, {"\xC3\xA4", 2}, {"\xE4\xB8\xAD", 3}, {"\xF0\x9F\x98\x80", 4}, {"a\xFFz", 3}};
     for (const auto& row : rows)
-        EXPECT_EQ(TaviString(row.text).size(), row.size) << row.text;
+        EXPECT_EQ(Key(row.text).size(), row.size) << row.text;
 }
 
 TEST(TaviString, KeepsACopyOfTheTextItIsGiven)
 {
     char narrow[] = "text";
     wchar_t wide[] = L"text";
-    const TaviString fromNarrow(narrow);
+    const TaviString fromNarrow = Key(narrow);
     const TaviString fromWide = FromWide(wide);
-    TaviString set;
-    set.SetString(narrow);
     narrow[0] = 'n';
     wide[0] = L'n';
     EXPECT_EQ(Text(fromNarrow), "text");
     EXPECT_EQ(Text(fromWide), "text");
-    EXPECT_EQ(Text(set), "text");
 }
 
 TEST(TaviString, CopyIsIndependentOfItsSource)
 {
-    TaviString source("first");
+    TaviString source = Key("first");
     const TaviString constructed(source);
-    TaviString assigned("old");
+    TaviString assigned = Key("old");
     assigned = source;
     source.SetString("second");
     EXPECT_EQ(Text(constructed), "first");
@@ -205,10 +206,10 @@ TEST(TaviString, CopyIsIndependentOfItsSource)
 TEST(TaviString, CopyTellsNoTextFromEmptyText)
 {
     TaviString none;
-    TaviString empty("");
+    TaviString empty = Key("");
     const TaviString copyOfNone(none);
     const TaviString copyOfEmpty(empty);
-    TaviString assigned("old");
+    TaviString assigned = Key("old");
     assigned = empty;
     ExpectEmptyText(assigned);
     assigned = none;
@@ -222,14 +223,14 @@ TEST(TaviString, CopyTellsNoTextFromEmptyText)
 
 TEST(TaviString, MoveTakesTheContentOver)
 {
-    TaviString source("text");
+    TaviString source = Key("text");
     const char* const content = source.c_str();
 
     TaviString constructed(std::move(source));
     EXPECT_EQ(static_cast<const void*>(constructed.c_str()), content);
     ExpectNoText(source); // NOLINT(bugprone-use-after-move): moved-from is without text
 
-    TaviString assigned("old");
+    TaviString assigned = Key("old");
     assigned = std::move(constructed);
     EXPECT_EQ(static_cast<const void*>(assigned.c_str()), content);
     ExpectNoText(constructed); // NOLINT(bugprone-use-after-move): moved-from is without text
@@ -243,7 +244,7 @@ TEST(TaviString, MoveTakesTheContentOver)
 
 TEST(TaviString, SelfAssignmentKeepsTheText)
 {
-    TaviString text("text");
+    TaviString text = Key("text");
     TaviString& same = text;
     text = same;
     EXPECT_EQ(Text(text), "text");
@@ -258,11 +259,11 @@ TEST(TaviString, TakesTextFromItsOwnContent)
     for (const std::size_t start : {std::size_t{0}, std::size_t{1}, whole.size() / 2, whole.size()})
     {
         SCOPED_TRACE(start);
-        TaviString narrow(whole.c_str());
+        TaviString narrow = Key(whole.c_str());
         narrow.SetString(narrow.c_str() + start);
         EXPECT_EQ(Text(narrow), whole.substr(start));
 
-        TaviString wide(whole.c_str());
+        TaviString wide = Key(whole.c_str());
         wide.SetStringW(wide.c_strw() + start);
         EXPECT_EQ(Text(wide), whole.substr(start));
     }
@@ -289,7 +290,7 @@ TEST(TaviString, ConvertsBetweenWideTextAndUtf8)
     {
         SCOPED_TRACE(row.utf8);
         EXPECT_EQ(Text(FromWide(row.wide)), row.utf8);
-        EXPECT_EQ(TaviString(row.utf8).c_strw(), row.wide);
+        EXPECT_EQ(Key(row.utf8).c_strw(), row.wide);
     }
 }
 
@@ -377,7 +378,7 @@ TEST(TaviString, WideTextHasOneReplacementCharacterForEachMaximalIllFormedSequen
     };
     for (const auto& row : rows)
     {
-        const TaviString text(row.bytes);
+        const TaviString text = Key(row.bytes);
         EXPECT_EQ(text.c_strw(), row.wide) << row.what;
         EXPECT_STREQ(text.c_str(), row.bytes) << row.what;
     }
@@ -388,7 +389,7 @@ TEST(TaviString, KeepsEveryByteOfNarrowText)
     std::string bytes;
     for (int byte = 0xFF; byte > 0; --byte)
         bytes += static_cast<char>(byte);
-    const TaviString text(bytes.c_str());
+    const TaviString text = Key(bytes.c_str());
     EXPECT_EQ(Text(text), bytes);
     EXPECT_EQ(Text(TaviString(text)), bytes);
     EXPECT_EQ(text.size(), bytes.size());
@@ -396,13 +397,13 @@ TEST(TaviString, KeepsEveryByteOfNarrowText)
 
 TEST(TaviString, WideTextFollowsAChange)
 {
-    TaviString text("first");
+    TaviString text = Key("first");
     EXPECT_STREQ(text.c_strw(), L"first");
     text.SetString("second");
     EXPECT_STREQ(text.c_strw(), L"second");
     text.SetStringW(L"third");
     EXPECT_STREQ(text.c_strw(), L"third");
-    text = TaviString("fourth");
+    text = Key("fourth");
     EXPECT_STREQ(text.c_strw(), L"fourth");
     text.SetString(nullptr);
     EXPECT_EQ(text.c_strw(), nullptr);
@@ -410,7 +411,7 @@ TEST(TaviString, WideTextFollowsAChange)
 
 TEST(TaviString, PointersToTheTextStayValidWhileItIsOnlyRead)
 {
-    const TaviString text("text");
+    const TaviString text = Key("text");
     const void* const narrow = text.c_str();
     const void* const wide = text.c_strw();
     EXPECT_EQ(Text(TaviString(text) + text), "texttext");
@@ -423,7 +424,7 @@ TEST(TaviString, ConvertsVeryLongText)
 {
     const auto utf8 = Repeated<std::string>("a\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80");
     const auto wide = Repeated<std::wstring>(L"a\u00E4\u4E2D\U0001F600");
-    const TaviString narrowText(utf8.c_str());
+    const TaviString narrowText = Key(utf8.c_str());
     EXPECT_EQ(narrowText.size(), 5'000'000U);
     EXPECT_TRUE(Text(narrowText) == utf8);
     EXPECT_TRUE(narrowText.c_strw() == wide);
@@ -433,6 +434,13 @@ TEST(TaviString, ConvertsVeryLongText)
 TEST(TaviString, NumberIsWrittenWithAtMostSixDecimals)
 {
     ExpectTextsOfNumbers();
+}
+
+TEST(TaviString, IntegersAndBooleansAreNumbers)
+{
+    EXPECT_EQ(Text(TaviString(-42)), "-42");
+    EXPECT_EQ(Text(TaviString(true)), "1");
+    EXPECT_EQ(Text(TaviString(false)), "0");
 }
 
 TEST(TaviString, NumberDoesNotFollowTheCppLocale)
@@ -486,8 +494,8 @@ TEST(TaviString, SumHasTextWhenEitherOperandHas)
     };
     for (const auto& row : rows)
     {
-        const TaviString left(row.left);
-        const TaviString right(row.right);
+        const TaviString left = Key(row.left);
+        const TaviString right = Key(row.right);
         const TaviString sum = left + right;
         const std::string what = Text(left) + "+" + Text(right);
         EXPECT_STREQ(sum.c_str(), row.sum) << what;
@@ -498,7 +506,7 @@ TEST(TaviString, SumHasTextWhenEitherOperandHas)
 
 TEST(TaviString, MayBecomeItsOwnSum)
 {
-    TaviString text("ab");
+    TaviString text = Key("ab");
     text = text + text;
     EXPECT_EQ(Text(text), "abab");
     text = TaviString() + text;
@@ -513,7 +521,7 @@ TEST(TaviString, OrdersBytewiseWithAPrefixFirst)
     {
         for (std::size_t j = 0; j < std::size(ascending); ++j)
         {
-            const bool isLess = TaviString(ascending[i]) < TaviString(ascending[j]);
+            const bool isLess = Key(ascending[i]) < Key(ascending[j]);
             EXPECT_EQ(isLess, i < j) << "rows " << i << " and " << j;
         }
     }
@@ -522,26 +530,26 @@ TEST(TaviString, OrdersBytewiseWithAPrefixFirst)
 TEST(TaviString, WithoutTextOrdersAsEmptyText)
 {
     const TaviString none;
-    const TaviString empty("");
+    const TaviString empty = Key("");
     EXPECT_FALSE(none < empty);
     EXPECT_FALSE(empty < none);
     EXPECT_FALSE(none < none);
-    EXPECT_TRUE(none < TaviString("\x01"));
-    EXPECT_FALSE(TaviString("\x01") < none);
+    EXPECT_TRUE(none < Key("\x01"));
+    EXPECT_FALSE(Key("\x01") < none);
 }
 
 TEST(TaviString, IsAKeyOfAnOrderedMap)
 {
     std::map<TaviString, int> map;
-    map[TaviString("b")] = 1;
-    map[TaviString("\xC3\xA4")] = 2;
+    map[Key("b")] = 1;
+    map[Key("\xC3\xA4")] = 2;
     map[TaviString()] = 3;
-    map[TaviString("a")] = 4;
-    map[TaviString("")] = 5;
-    map[TaviString("b")] = 6;
+    map[Key("a")] = 4;
+    map[Key("")] = 5;
+    map[Key("b")] = 6;
     std::string content;
     for (const auto& [key, value] : map)
         content += Text(key) + "=" + std::to_string(value) + ";";
     EXPECT_EQ(content, "=5;a=4;b=6;\xC3\xA4=2;");
-    EXPECT_FALSE(map.contains(TaviString("c")));
+    EXPECT_FALSE(map.contains(Key("c")));
 }

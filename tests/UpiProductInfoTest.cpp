@@ -116,6 +116,7 @@ TEST(UpiProductInfo, IsUndefinedWhenTheFileIsNoWellFormedXml)
         whole.substr(0, whole.rfind("</upi_element>")),
         whole.substr(0, whole.size() - 3),
         Declaration + R"(<upi_element name="level"><upi_attribute name="id" val)",
+        R"(<upi_element name="level")",
         Declaration + "<upi_element name=\"level\">" + Entry("name", "productline") + Entry("id", "P") + "</other>",
         Declaration + Level("productline", "P &bogus; P"),
         Declaration + Level("productline", "P & P"),
@@ -125,19 +126,47 @@ TEST(UpiProductInfo, IsUndefinedWhenTheFileIsNoWellFormedXml)
         EXPECT_EQ(ReadBytes(bytes), Undefined) << bytes;
 }
 
-// Mini-XML accepts the first two, and would lose memory over the last two.
-TEST(UpiProductInfo, AFileThatIsNotWellFormedIsNotReadEvenInPart)
+// What Mini-XML accepts, beyond what is well-formed, is read.
+TEST(UpiProductInfo, TextBesideTheRootElementIsReadPast)
 {
-    const std::string complete = "<root>" + FourLevels() + "</root>";
+    const std::string complete = "<upi>" + FourLevels() + "</upi>";
     const std::string rows[] = {
-        "<root>" + FourLevels(),
         Declaration + "text " + complete,
+        Declaration + complete + "text ",
         complete + "text beside the root element ",
-        R"(<upi_element name="level")",
     };
-    EXPECT_NE(ReadBytes(complete), Undefined);
     for (const std::string& row : rows)
-        EXPECT_EQ(ReadBytes(row), Undefined) << row;
+        EXPECT_EQ(ReadBytes(row), (Identifiers{"P", "R", "M", "B"})) << row;
+}
+
+TEST(UpiProductInfo, ARootElementThatIsNotClosedIsReadWithoutADeclarationOnly)
+{
+    const std::string unclosed = "<upi>" + FourLevels();
+    EXPECT_EQ(ReadBytes(unclosed), (Identifiers{"P", "R", "M", "B"}));
+    EXPECT_EQ(ReadBytes(Declaration + unclosed), Undefined);
+}
+
+TEST(UpiProductInfo, IsUndefinedWhenTheFirstNodeIsNotAroundTheLevels)
+{
+    const std::string complete = "<upi>" + FourLevels() + "</upi>";
+    for (const char* const first : {"text ", "<!-- comment -->", "<upi/>"})
+        EXPECT_EQ(ReadBytes(first + complete), Undefined) << first;
+}
+
+TEST(UpiProductInfo, ADocumentTypeBeforeTheRootElementIsReadPast)
+{
+    const std::string complete = "<upi>" + FourLevels() + "</upi>";
+    const char* const types[] = {
+        "<!DOCTYPE upi>",
+        R"(<!DOCTYPE upi SYSTEM "upi.dtd">)",
+        "<!DOCTYPE upi []>",
+        R"(<!DOCTYPE upi [ <!ELEMENT upi ANY> <!ENTITY name "value"> ]>)",
+    };
+    for (const char* const type : types)
+    {
+        EXPECT_EQ(Read(type + complete), (Identifiers{"P", "R", "M", "B"})) << type;
+        EXPECT_EQ(ReadBytes(type + complete), (Identifiers{"P", "R", "M", "B"})) << type << " without a declaration";
+    }
 }
 
 TEST(UpiProductInfo, IsUndefinedWhenTheXmlHoldsNoLevel)

@@ -27,7 +27,7 @@ Judgement Judge(const JsonValue& expected, const JsonValue& payload)
     JsonValue reply;
     const OutputCapture capture;
     EXPECT_EQ(VerifyPayloadCallback(payload, &results, reply), 0);
-    EXPECT_TRUE(reply.IsNull());
+    EXPECT_TRUE(IsNull(reply));
     EXPECT_FALSE(results[0].passed);
     EXPECT_EQ(results[1].expected.Compare(expected), 0);
     return {capture.Text(), results[1].passed};
@@ -39,7 +39,7 @@ Judgement JudgeDocument(const JsonValue& expected, const JsonValue& payload, boo
     JsonValue reply;
     const OutputCapture capture;
     EXPECT_EQ(VerifyFileInputPayload(payload, &result, reply), 0);
-    EXPECT_TRUE(reply.IsNull());
+    EXPECT_TRUE(IsNull(reply));
     return {capture.Text(), result.passed};
 }
 

@@ -12,9 +12,7 @@
 #include <harness/FacetKeys.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/Vocabulary.h>
-#include <telemetry/VocabularyText.h>
 
-#include "Text.h"
 #include "VocabularySource.h"
 
 namespace
@@ -100,26 +98,6 @@ TEST(FacetKeys, AreTheFieldsThatExpectedPayloadsAreReadBy)
     };
     for (const auto& [key, text] : keys)
         EXPECT_EQ(key, text);
-}
-
-TEST(VocabularyText, IsMadeOnceForEachConstantHoweverManyThereAre)
-{
-    // Told by its place, a constant keeps it.
-    static const std::vector<std::wstring> constants = []
-    {
-        std::vector<std::wstring> made;
-        for (int i = 0; i < 2000; ++i)
-            made.push_back(L"constant " + std::to_wstring(i));
-        return made;
-    }();
-    std::vector<const Veltrane::TaviDesktopSDK::TaviString*> texts;
-    for (const std::wstring& constant : constants)
-        texts.push_back(&NarrowOf(constant));
-    for (std::size_t i = 0; i < constants.size(); ++i)
-    {
-        EXPECT_EQ(&NarrowOf(constants[i]), texts[i]);
-        EXPECT_EQ(Text(*texts[i]), "constant " + std::to_string(i));
-    }
 }
 
 TEST(FacetFields, AreInTheFixedOrder)

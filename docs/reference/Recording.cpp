@@ -35,7 +35,7 @@ void AddLeaves(std::vector<Leaf>& leaves, const std::string& object, const JsonV
     const JsonValue keys = value.GetKeyList();
     for (int i = 0; i < keys.GetCount(); ++i)
     {
-        const TaviString key(keys[i]);
+        const TaviString key = TextValue(keys[i]);
         const JsonValue& member = value[key];
         if (object.empty() && member.GetKeyList().GetCount() > 0)
             AddLeaves(leaves, Text(key), member);

@@ -17,7 +17,6 @@
 #include "VocabularySource.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
-using Veltrane::TaviDesktopSDK::TaviString;
 
 namespace
 {
@@ -114,7 +113,7 @@ std::string Indented(const JsonValue& value, const std::string& indent)
     const std::string deeper = indent + "    ";
     std::string text;
     for (int i = 0; i < keys.GetCount(); ++i)
-        text += (i == 0 ? "{\n" : ",\n") + deeper + Json(keys[i]) + ": " + Indented(value[TaviString(keys[i])], deeper);
+        text += (i == 0 ? "{\n" : ",\n") + deeper + Json(keys[i]) + ": " + Indented(value[TextValue(keys[i])], deeper);
     return text + "\n" + indent + "}";
 }
 

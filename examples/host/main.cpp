@@ -31,8 +31,18 @@ enum ExitStatus : int
     BadOption = 2,
 };
 
+// What the library's IsOptedIn returns for a user who does not take part.
+constexpr int NotOptedIn = 4;
+
 // The host's own code for where a document came from.
 constexpr std::uint32_t FromDisk = 1;
+
+TaviString LibraryText(const std::string& text)
+{
+    TaviString copy;
+    copy.SetString(text.c_str());
+    return copy;
+}
 
 void OpenDocument(CorvaneTavi& tavi, const std::wstring& name, const std::wstring& extension, std::int32_t size)
 {
@@ -75,7 +85,7 @@ void Print(const JsonValue& value, const std::string& indent)
     for (int i = 0; i < count; ++i)
     {
         std::cout << deeper << keys[i].GetJsonString().c_str() << ": ";
-        Print(value[static_cast<TaviString>(keys[i])], deeper);
+        Print(value[keys[i].operator TaviString()], deeper);
         std::cout << (i + 1 < count ? ",\n" : "\n");
     }
     std::cout << indent << "}";
@@ -91,21 +101,21 @@ int PrintPayload(const JsonValue& payload, void*, JsonValue&)
 // In test mode the library hands each payload to the callback. False when it does not go into it.
 bool StartPrinting(const TaviString& productKey)
 {
-    if (Sdk::IsOptedIn(nullptr) == Sdk::StatusNotOptedIn)
+    if (Sdk::IsOptedIn(nullptr) == NotOptedIn)
     {
         std::cerr << "example_host: nothing is sent, for the user has not opted in to usage-data collection\n";
         return false;
     }
     JsonValue flags;
-    flags[TaviString("Testing_EnableCallback")] = JsonValue(true);
-    flags[TaviString("Testing_EnableWhitelistDownload")] = JsonValue(true);
-    flags[TaviString("Testing_EnableUpload")] = JsonValue(false);
+    flags[LibraryText("Testing_EnableCallback")] = JsonValue(true);
+    flags[LibraryText("Testing_EnableWhitelistDownload")] = JsonValue(true);
+    flags[LibraryText("Testing_EnableUpload")] = JsonValue(false);
     int status = Sdk::SetTestingFlags(productKey, flags);
-    if (status == Sdk::StatusSuccess)
+    if (status == 0)
         status = Sdk::SetTestingCallback(productKey, PrintPayload, nullptr);
-    if (status != Sdk::StatusSuccess)
+    if (status != 0)
         std::cerr << "example_host: the telemetry library refuses test mode with status " << status << "\n";
-    return status == Sdk::StatusSuccess;
+    return status == 0;
 }
 
 } // namespace
@@ -130,7 +140,7 @@ int main(int argc, char** argv)
     }
 
     CorvaneTavi& tavi = CorvaneTavi::Instance();
-    if (print && !StartPrinting(TaviString(tavi.GetProductKey().c_str())))
+    if (print && !StartPrinting(LibraryText(tavi.GetProductKey())))
         return NoTestMode;
     if (!print)
         std::cout << "Reporting for " << tavi.GetProductKey() << std::endl;

@@ -80,8 +80,10 @@ JsonValue::JsonValue(const JsonValue& other) : node(Node::CopyOf(other.node)) {}
 
 JsonValue& JsonValue::operator=(const JsonValue& other)
 {
-    if (this != &other) // references to this value's members stay valid
-        *this = JsonValue(other);
+    // The copy is complete before the old value goes: `other` may be part of it. References to the members of a value
+    // that is assigned to itself stay valid.
+    if (this != &other)
+        Node::Release(std::exchange(node, Node::CopyOf(other.node)));
     return *this;
 }
 

@@ -9,39 +9,36 @@ using namespace Veltrane::TaviDesktopSDK;
 void UseInlineMembersOfTaviString(TaviString& target)
 {
     TaviString empty;
-    TaviString text("text");
-    empty = std::move(text);
-    TaviString moved(std::move(empty));
-    target = std::move(moved);
+    TaviString moved(std::move(target));
+    empty = std::move(moved);
+    target = std::move(empty);
 }
 
-bool UseInlineMembersOfJsonValue(JsonValue& target)
+void UseInlineMembersOfJsonValue(JsonValue& target)
 {
     JsonValue null;
     JsonValue moved(std::move(target));
     null = std::move(moved);
-    return null.IsNull();
+    target = std::move(null);
 }
 
-bool UseInlineMembersOfBase(Facet::Base& facet, const TaviString& key, const JsonValue& value)
+void UseInlineMembersOfBase(Facet::Base& facet, const TaviString& key, const JsonValue& value)
 {
     facet.SetFacetEntry(key, value);
-    const Facet::Base& reading = facet;
-    return &reading.GetFacetEntry(key) == &facet.GetFacetEntry(key);
 }
 
 const char* UseInlineMembersOfFacets(const char* (*nameOf)(const Facet::Base&))
 {
     const Facet::Product product;
     const Facet::Content content;
-    const Facet::Entitlement entitlement;
-    const Facet::Component component;
-    for (const Facet::Base* const facet :
-         {static_cast<const Facet::Base*>(&product), static_cast<const Facet::Base*>(&content),
-          static_cast<const Facet::Base*>(&entitlement), static_cast<const Facet::Base*>(&component)})
-        nameOf(*facet);
-    return product.Product::GetFacetName() == content.Content::GetFacetName() ? entitlement.Entitlement::GetFacetName()
-                                                                              : component.Component::GetFacetName();
+    return nameOf(product) == nameOf(content) ? product.Product::GetFacetName() : content.Content::GetFacetName();
+}
+
+// Those that only a core makes.
+const char* UseInlineMembersOfSubFacets(const Facet::Entitlement& entitlement, const Facet::Component& component,
+                                        bool isEntitlement)
+{
+    return isEntitlement ? entitlement.Entitlement::GetFacetName() : component.Component::GetFacetName();
 }
 
 const char* UseInlineMembersOfCore(const TaviString& key)

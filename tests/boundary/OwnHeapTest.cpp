@@ -11,6 +11,7 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include "OwnHeap.h"
+#include "Text.h"
 
 using namespace Veltrane::TaviDesktopSDK;
 
@@ -30,7 +31,7 @@ void* BlockOf(const Handle& handle)
 
 TEST(OwnHeap, TheProgramFreeingWhatTheLibraryAllocatedIsSeen)
 {
-    const TaviString text("text");
+    const TaviString text = Key("text");
     ASSERT_NE(BlockOf(text), nullptr);
     EXPECT_DEATH(::operator delete(BlockOf(text)), "The program frees a block that is not its own");
 }
@@ -52,10 +53,12 @@ TEST(OwnHeap, TheLibrarysWantOfMemoryReachesTheProgramAsAnException)
 {
     std::string text;
     text.resize(0x8000000, 'x');
-    EXPECT_THROW(TaviString(text.c_str()), std::bad_alloc);
+    TaviString string;
+    EXPECT_THROW(string.SetString(text.c_str()), std::bad_alloc);
+    EXPECT_EQ(string.c_str(), nullptr);
     JsonValue value;
     EXPECT_THROW(value.SetString(text.c_str()), std::bad_alloc);
-    EXPECT_TRUE(value.IsNull());
+    EXPECT_TRUE(IsNull(value));
 }
 
 TEST(OwnHeap, AFacetLivesInTheLibrarysHeapWhoeverCreatesIt)
@@ -69,11 +72,11 @@ TEST(OwnHeap, AFacetLivesInTheLibrarysHeapWhoeverCreatesIt)
 TEST(OwnHeap, TheLibrarysValuesTakeNothingOfTheProgramsHeap)
 {
     const std::size_t before = OwnBlockCount();
-    TaviString text("a text that is too long for any small buffer, by far");
+    TaviString text = Key("a text that is too long for any small buffer, by far");
     text.SetStringW(L"and another one, which is wide and not short either, as may be seen");
     JsonValue value;
     value[text].SetString(text.c_str());
-    value[TaviString("copy")] = value;
+    value[Key("copy")] = value;
     const TaviString json = value.GetJsonString();
     EXPECT_NE(json.c_strw(), nullptr);
     EXPECT_EQ(OwnBlockCount(), before);

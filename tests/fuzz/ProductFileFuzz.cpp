@@ -1,4 +1,5 @@
-// Any bytes as the product file: the reader ends, prints nothing, leaks nothing, and always has four identifiers.
+// Any bytes as the product file: the reader ends, prints nothing, leaks nothing of its own, and always has four
+// identifiers.
 #include <sys/mman.h>
 #include <unistd.h>
 

@@ -12,6 +12,7 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/CorvaneTavi.h>
+#include <telemetry/ValueText.h>
 
 namespace Sdk = Veltrane::TaviDesktopSDK;
 
@@ -36,7 +37,7 @@ public:
     Session(const std::uint8_t* data, std::size_t size) : input(data, size)
     {
         Sdk::JsonValue flags;
-        flags[Sdk::TaviString("Testing_EnableCallback")] = Sdk::JsonValue(true);
+        flags[Corvane::TextOf("Testing_EnableCallback")] = Sdk::JsonValue(true);
         Sdk::SetTestingFlags(Sdk::TaviString(), flags);
         Sdk::SetTestingCallback(Sdk::TaviString(), Keep, &payloads);
     }
@@ -77,7 +78,7 @@ private:
         Require(payloads.size() == 1);
         const Sdk::JsonValue& payload = payloads.front();
         Require(nlohmann::json::parse(payload.GetJsonString().c_str()).is_object());
-        Require(payload[Sdk::TaviString(object)].GetCount() == members);
+        Require(payload[Corvane::TextOf(object)].GetCount() == members);
         payloads.clear();
     }
 

@@ -1,5 +1,7 @@
 #include "PayloadRecorder.h"
 
+#include "Text.h"
+
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Sdk = Veltrane::TaviDesktopSDK;
@@ -16,7 +18,7 @@ int Record(const JsonValue& payload, void* context, JsonValue&)
 void EnableCallback(bool enabled)
 {
     JsonValue flags;
-    flags[TaviString("Testing_EnableCallback")] = JsonValue(enabled);
+    flags[Key("Testing_EnableCallback")] = JsonValue(enabled);
     Sdk::SetTestingFlags(TaviString(), flags);
 }
 

@@ -17,9 +17,22 @@ inline std::string Json(const Veltrane::TaviDesktopSDK::JsonValue& value)
     return Text(value.GetJsonString());
 }
 
+inline bool IsNull(const Veltrane::TaviDesktopSDK::JsonValue& value)
+{
+    return value.Compare(Veltrane::TaviDesktopSDK::JsonValue()) == 0;
+}
+
+// The value as a string. A cast could go by the value's number as well.
+inline Veltrane::TaviDesktopSDK::TaviString TextValue(const Veltrane::TaviDesktopSDK::JsonValue& value)
+{
+    return value.operator Veltrane::TaviDesktopSDK::TaviString();
+}
+
 inline Veltrane::TaviDesktopSDK::TaviString Key(const char* text)
 {
-    return Veltrane::TaviDesktopSDK::TaviString(text);
+    Veltrane::TaviDesktopSDK::TaviString key;
+    key.SetString(text);
+    return key;
 }
 
 inline Veltrane::TaviDesktopSDK::JsonValue String(const char* text)

@@ -2,8 +2,8 @@
 //
 // The handle of a null value is empty, and no other value's is: `value.Compare(JsonValue()) == 0` asks for null.
 // Neither
-// `==` nor `if` does: both would take the value for a number, by its conversion. A pointer, a text among them, converts
-// to the boolean true. Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
+// `==` nor `if` does, which take the value for a number by its conversion. A pointer, a text among them, converts to
+// the boolean true. Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
 //
 // Copies are deep. A reference that operator[] gave stays valid while other members are added to the same object, and
 // ends with its member. Assigning a value to itself, to one of its own members, or a member to the value that holds it,
@@ -39,10 +39,7 @@ public:
 
     JsonValue& operator=(JsonValue&& other) noexcept
     {
-        // `other` may be a member of this value: it is taken out before the tree around it goes. For `*this` as `other`
-        // that would take away the tree itself.
-        if (this == &other)
-            return *this;
+        // `other` may be this value or a member of it: it is taken out before the tree around it goes.
         Node* const taken = other.node;
         other.node = nullptr;
         Reset();
