@@ -13,9 +13,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# A prefix of the build's own; file names in UTF-8; no window, no sound, no messages of Wine's on the error stream.
-set(
-    CMAKE_CROSSCOMPILING_EMULATOR
-    env -u DISPLAY LC_ALL=C.UTF-8 "WINEPREFIX=${CMAKE_BINARY_DIR}/wine" WINEDEBUG=-all
-    WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe,winex11.drv,winealsa.drv,wineoss.drv,winepulse.drv= wine
-)
+# A prefix of the build's own.
+set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/wine.sh" "${CMAKE_BINARY_DIR}/wine")

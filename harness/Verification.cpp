@@ -25,6 +25,12 @@ bool IsNull(const JsonValue& value)
     return value.Compare(JsonValue()) == 0;
 }
 
+// A reference into a value of the library's may not last as long as it is needed.
+JsonValue CopyOf(const JsonValue& value)
+{
+    return value;
+}
+
 bool PrintVerdict(bool passed)
 {
     std::cout << (passed ? "PASSED" : "FAILED") << std::endl;
@@ -34,8 +40,8 @@ bool PrintVerdict(bool passed)
 bool MatchesDocument(const JsonValue& payload, const JsonValue& expected)
 {
     const TaviString metaKey = NarrowText(FacetKeys::content_meta);
-    const JsonValue payloadMeta(payload[metaKey]);
-    const JsonValue expectedMeta(expected[metaKey]);
+    const JsonValue payloadMeta = CopyOf(payload[metaKey]);
+    const JsonValue expectedMeta = CopyOf(expected[metaKey]);
     if (IsNull(payloadMeta) || IsNull(expectedMeta))
         return false;
     const auto isEqual = [](const JsonValue& left, const JsonValue& right, const std::wstring& key)
@@ -68,8 +74,8 @@ int VerifyPayloadCallback(const JsonValue& payload, void* context, JsonValue&)
     bool passed = true;
     for (const TaviString& key : GetSortedKeys(record.expected))
     {
-        const JsonValue expected(std::as_const(record.expected)[key]);
-        const JsonValue received(payload[key]);
+        const JsonValue expected = CopyOf(std::as_const(record.expected)[key]);
+        const JsonValue received = CopyOf(payload[key]);
         if (expected.Compare(received) == 0)
             continue;
         passed = false;

@@ -63,6 +63,20 @@ print_coverage() {
             /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 
+# Wine's server and services stay for all tests of a build, which else start them each for itself. They are started by a
+# program whose output nobody waits for: they would keep a test's open.
+keep_wine() {
+    wine_prefix=$PWD/build/windows/wine
+    WINEPREFIX=$wine_prefix wineserver -p </dev/null >/dev/null 2>&1
+    cmake/wine.sh "$wine_prefix" cmd /c exit </dev/null >/dev/null 2>&1
+}
+end_wine() {
+    [[ -z "$wine_prefix" ]] || WINEPREFIX=$wine_prefix wineserver -k >/dev/null 2>&1 || true
+    wine_prefix=
+}
+wine_prefix=
+trap end_wine EXIT
+
 rm -rf "$profiles"
 export LLVM_PROFILE_FILE=$profiles/%4m.profraw
 for preset in "${presets[@]}"; do
@@ -71,9 +85,11 @@ for preset in "${presets[@]}"; do
     configure --preset "$preset"
     compile --preset "$preset"
     step "$preset: built in $SECONDS s, testing"
+    [[ "$preset" != windows ]] || keep_wine
     ctest --preset "$preset" --parallel "$(nproc)" --output-junit "$results/$preset.xml" </dev/null |
         tee "$results/$preset.log" | grep -vE '^ +Start |\.\.\. +Passed |^$' || true
     grep -hoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
+    end_wine
     count_tests "$results/$preset.log"
     [[ "$preset" != coverage ]] || print_coverage
 done

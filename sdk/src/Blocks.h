@@ -66,6 +66,7 @@ inline void FreeBlock(void* block, std::size_t size) noexcept
 // For what is made by new and delete.
 struct InBlocks
 {
+    // NOLINTNEXTLINE(misc-new-delete-overloads,cert-dcl54-cpp): deleted by the form that is given the size
     static void* operator new(std::size_t size) { return AllocateBlock(size); }
     static void operator delete(void* memory, std::size_t size) noexcept { FreeBlock(memory, size); }
 };

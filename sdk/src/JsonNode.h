@@ -33,6 +33,8 @@ struct JsonValue::Node
     struct Object;
     struct Member;
 
+    explicit Node(Kind ofThis) : kind(ofThis) {}
+
     Kind kind;
     unsigned owners = 1;
 
@@ -88,7 +90,7 @@ struct JsonValue::Node::Boolean : Node, InBlocks
 {
     static constexpr Kind KindOfThis = Kind::Boolean;
 
-    explicit Boolean(bool flag) : Node{KindOfThis}, value(flag) {}
+    explicit Boolean(bool flag) : Node(KindOfThis), value(flag) {}
 
     bool value;
 };
@@ -97,7 +99,7 @@ struct JsonValue::Node::Integer : Node, InBlocks
 {
     static constexpr Kind KindOfThis = Kind::Integer;
 
-    explicit Integer(long long number) : Node{KindOfThis}, value(number) {}
+    explicit Integer(long long number) : Node(KindOfThis), value(number) {}
 
     long long value;
 };
@@ -107,13 +109,15 @@ struct JsonValue::Node::Text : Node
 {
     static constexpr Kind KindOfThis = Kind::Text;
 
+    explicit Text(std::size_t bytes) : Node(KindOfThis), size(bytes) {}
+
     std::size_t size;
 
     std::string_view View() const { return {reinterpret_cast<const char*>(this + 1), size}; }
 
     static Text* Make(std::string_view text)
     {
-        auto* const made = new (AllocateBlock(sizeof(Text) + text.size())) Text{{KindOfThis}, text.size()};
+        auto* const made = new (AllocateBlock(sizeof(Text) + text.size())) Text(text.size());
         text.copy(reinterpret_cast<char*>(made + 1), text.size());
         return made;
     }
@@ -124,7 +128,7 @@ struct JsonValue::Node::Array : Node, InBlocks
 {
     static constexpr Kind KindOfThis = Kind::Array;
 
-    Array() : Node{KindOfThis} {}
+    Array() : Node(KindOfThis) {}
 
     std::vector<JsonValue> elements;
 };

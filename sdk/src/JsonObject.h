@@ -30,7 +30,7 @@ struct JsonValue::Node::Object : Node, InBlocks
 {
     static constexpr Kind KindOfThis = Kind::Object;
 
-    Object() : Node{KindOfThis} {}
+    Object() : Node(KindOfThis) {}
     Object(const Object& other) : Object()
     {
         for (const Member* member = other.first; member != nullptr; member = member->next)

@@ -1,0 +1,12 @@
+#!/bin/sh
+# Runs a program for Windows: file names in UTF-8; no window, no sound, no messages of Wine's on the error stream.
+#
+#     cmake/wine.sh PREFIX PROGRAM [ARGUMENT]...
+WINEPREFIX=$1
+shift
+LC_ALL=C.UTF-8
+WINEDEBUG=-all
+WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe,winex11.drv,winealsa.drv,wineoss.drv,winepulse.drv=
+export WINEPREFIX LC_ALL WINEDEBUG WINEDLLOVERRIDES
+unset DISPLAY
+exec wine "$@"
