@@ -2,7 +2,9 @@
 # Runs a program for Windows: file names in UTF-8; no window, no sound, no messages of Wine's on the error stream.
 #
 #     cmake/wine.sh PREFIX PROGRAM [ARGUMENT]...
-WINEPREFIX=$1
+#
+# CORVANE_WINEPREFIX in the environment is a prefix to use in place of PREFIX.
+WINEPREFIX=${CORVANE_WINEPREFIX:-$1}
 shift
 LC_ALL=C.UTF-8
 WINEDEBUG=-all

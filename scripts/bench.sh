@@ -60,8 +60,7 @@ count_instructions() {
         return 1
     }
     [[ "$out" =~ Collected\ :\ ([0-9]+) ]]
-    printf '%s ' "$@"
-    printf '%s %s\n' "$count" "${BASH_REMATCH[1]}"
+    printf '%s %s %s\n' "$*" "$count" "${BASH_REMATCH[1]}" # in one piece: others write as well
 }
 export -f count_instructions
 

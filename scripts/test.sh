@@ -63,18 +63,18 @@ print_coverage() {
             /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 
-# Wine's server and services stay for all tests of a build, which else start them each for itself. They are started by a
-# program whose output nobody waits for: they would keep a test's open.
+# Wine's server and services stay for all tests of a build and of what they build, which else start them each for itself.
+# They are started by a program whose output nobody waits for: they would keep a test's open.
 keep_wine() {
-    wine_prefix=$PWD/build/windows/wine
-    WINEPREFIX=$wine_prefix wineserver -p </dev/null >/dev/null 2>&1
-    cmake/wine.sh "$wine_prefix" cmd /c exit </dev/null >/dev/null 2>&1
+    export CORVANE_WINEPREFIX=$PWD/build/windows/wine
+    WINEPREFIX=$CORVANE_WINEPREFIX wineserver -p </dev/null >/dev/null 2>&1
+    cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1
 }
 end_wine() {
-    [[ -z "$wine_prefix" ]] || WINEPREFIX=$wine_prefix wineserver -k >/dev/null 2>&1 || true
-    wine_prefix=
+    [[ -n "${CORVANE_WINEPREFIX:-}" ]] || return 0
+    WINEPREFIX=$CORVANE_WINEPREFIX wineserver -k >/dev/null 2>&1 || true
+    unset CORVANE_WINEPREFIX
 }
-wine_prefix=
 trap end_wine EXIT
 
 rm -rf "$profiles"

@@ -7,16 +7,16 @@ namespace
 {
 
 #if defined(TAVI_SDK_KEEPS_NO_BLOCKS)
-constexpr int MostKept = 0;
+constexpr std::size_t MostKept = 0;
 #else
-constexpr int MostKept = 128; // of one size
+constexpr std::size_t MostKept = 65'536; // of one size, in bytes; a megabyte in all
 #endif
 
 consteval KeptBlocks::BySize None()
 {
     KeptBlocks::BySize none{};
-    for (KeptBlocks& kept : none)
-        kept.room = MostKept;
+    for (std::size_t steps = 1; steps < none.size(); ++steps)
+        none[steps].room = static_cast<int>(MostKept / (steps * KeptBlocks::Step));
     return none;
 }
 
