@@ -8,13 +8,13 @@
 # wrapper's own among them. It fails when a comparison does not make the wrapper's payload. Results are left in
 # build/benchmark/results/; the table goes into docs/performance.md and the figure beside it.
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 take_no_arguments "$@"
 steps=7
 step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev valgrind python3
-need_build_folder
+need_build_folder benchmark
 build=$PWD/build/benchmark
 export results=$build/results programs=$build/benchmarks
 

@@ -2,12 +2,27 @@
 #
 # A script sets `steps`, the number of its calls of step(), and `steps_are_output` when these belong to its output.
 
-script=$(realpath "$0")
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
+script=$(realpath -- "$0")
+CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
 steps=0 step=0 steps_are_output=false
 
+# All temporary files of the script and of what it starts are in one folder, which goes when the script ends or is
+# interrupted.
+scratch=$(mktemp -d)
+users_tmpdir=${TMPDIR-}
+export TMPDIR=$scratch
+at_exit() { :; } # a script puts its own in this place
+trap 'at_exit; rm -rf "$scratch"' EXIT
+
+# become PROGRAM [ARGUMENT]...: goes on as that program, as its user would have started it.
+become() {
+    rm -rf "$scratch"
+    if [[ -n "$users_tmpdir" ]]; then TMPDIR=$users_tmpdir; else unset TMPDIR; fi
+    exec "$@"
+}
+
 fail() {
-    printf '%s: %s\n' "$(basename "$script")" "$1" >&2
+    printf '%s: %s\n' "${script##*/}" "$1" >&2
     exit 1
 }
 
@@ -60,23 +75,46 @@ need_packages() {
     done
     ((${#missing[@]} == 0)) && return
     say "Installing ${missing[*]}"
-    local as_root=(env DEBIAN_FRONTEND=noninteractive)
+    # One script at a time, which apt-get itself does not wait for.
+    local apt_get=(flock /var/lib/dpkg env DEBIAN_FRONTEND=noninteractive apt-get)
     if (($(id -u) != 0)); then
         { command -v sudo && sudo -v; } >/dev/null 2>&1 ||
             fail "installing takes root: run \"apt-get install ${missing[*]}\" as root, then this again"
-        as_root=(sudo "${as_root[@]}")
+        apt_get=(sudo "${apt_get[@]}")
     fi
-    quietly "${as_root[@]}" apt-get update ||
+    quietly "${apt_get[@]}" update ||
         fail "the package lists cannot be fetched: check the network and /etc/apt/sources.list, then run this again"
-    quietly "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" ||
+    quietly "${apt_get[@]}" install -y --no-install-recommends -o DPkg::Lock::Timeout=600 "${missing[@]}" ||
         fail "these packages cannot be installed, see above: ${missing[*]}"
 }
 
-# need_build_folder: makes build/, where all goes that a script leaves.
+# need_build_folder NAME...: makes build/, where all goes that a script leaves, and takes each build/NAME for this script and
+# what it starts: another run that needs it waits.
+locks=()
 need_build_folder() {
+    local name lock made_in
     mkdir -p build 2>/dev/null && [[ -w build ]] ||
         fail "$PWD/build cannot be written: run this as its owner, or in a copy of your own"
+    for name in "$@"; do
+        exec {lock}>"build/.$name.lock"
+        locks+=("$lock")
+        flock -n "$lock" || {
+            say "Waiting for another run that uses build/$name"
+            flock "$lock"
+        }
+        made_in=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "build/$name/CMakeCache.txt" 2>/dev/null) || true
+        [[ -z "$made_in" || "$made_in" -ef "$PWD" ]] ||
+            fail "build/$name was made in $made_in: remove $PWD/build/$name, then run this again"
+    done
 }
+
+# without_locks COMMAND [ARGUMENT]...: for what may go on when the script has ended.
+without_locks() (
+    for lock in "${locks[@]}"; do
+        exec {lock}>&-
+    done
+    "$@"
+)
 
 # configure ARGUMENT... and compile ARGUMENT...: cmake, and cmake --build.
 configure() {

@@ -3,7 +3,7 @@
 #
 #     scripts/format.sh
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 take_no_arguments "$@"
 steps=2

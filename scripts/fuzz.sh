@@ -6,7 +6,7 @@
 # TARGET is product_file, reporting or text. What widens the coverage is kept in build/fuzz/tests/fuzz/found/TARGET/, and so
 # is an input that breaks something: it goes into tests/fuzz/corpus/TARGET/ along with the mending.
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 read_options "$@"
 (($# == 2)) || fail "takes TARGET and SECONDS: --help says which targets there are"
@@ -19,11 +19,11 @@ found=build/fuzz/tests/fuzz/found/$target
 steps=3
 step "Looking for missing packages"
 need_packages clang libclang-rt-14-dev cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev
-need_build_folder
+need_build_folder fuzz
 step "Building in build/fuzz"
 configure --preset fuzz
 compile --preset fuzz --target "fuzz_$target"
 step "Running fuzz_$target for $seconds seconds"
 export LSAN_OPTIONS="suppressions=$PWD/tests/checks/leaks.supp:print_suppressions=0"
-exec "build/fuzz/tests/fuzz_$target" -max_total_time="$seconds" -artifact_prefix="$found/" "$found" \
+become "build/fuzz/tests/fuzz_$target" -max_total_time="$seconds" -artifact_prefix="$found/" "$found" \
     "tests/fuzz/corpus/$target"

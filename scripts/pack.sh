@@ -6,7 +6,7 @@
 #
 # A .tar.gz for Linux with release, the default; a .zip for 64-bit Windows, built by mingw-w64, with windows.
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 read_options "$@"
 (($# <= 1)) || fail "takes one preset: --help says which there are"
@@ -18,7 +18,7 @@ packages=$PWD/build/packages
 steps=4
 step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev
-need_build_folder
+need_build_folder "pack-$preset"
 [[ "$preset" != windows ]] || scripts/windows-libraries.sh >&2
 step "Configuring in build/pack-$preset"
 configure --preset "$preset" -B "$build" -DBUILD_TESTING=OFF

@@ -7,16 +7,15 @@
 # The events are those of the test program's calls, recorded by event_reference in the telemetry library's test mode,
 # beside the declarations in telemetry/CorvaneTavi.h. Nothing is written when a test fails.
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 take_no_arguments "$@"
 steps=5
 step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev python3-rich
-need_build_folder
+need_build_folder release
 step "Running scripts/run.sh"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work=$scratch
 # On a terminal, of which "script" takes down what it shows.
 script -qec scripts/run.sh /dev/null </dev/null | tr -d '\r' >"$work/terminal" || {
     cat "$work/terminal" >&2

@@ -4,16 +4,16 @@
 #
 #     scripts/run.sh
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 take_no_arguments "$@"
 steps=4
 step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev
-need_build_folder
+need_build_folder run
 step "Configuring in build/run"
 configure --preset release -B build/run -DBUILD_TESTING=OFF
 step "Building"
 compile build/run
 step "Running build/run/bin/cvtavi_test"
-exec build/run/bin/cvtavi_test
+become build/run/bin/cvtavi_test

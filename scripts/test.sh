@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test. Ends with the number of tests passed and failed.
+# Builds everything and runs every test. Ends with the number of tests passed and failed, and skipped if any were.
 #
 #     scripts/test.sh [PRESET]...
 #
 # Without presets, all that can be built here: release; windows, built by mingw-w64 and run in Wine; sanitize (address,
-# undefined behaviour, leak); clang, with the checks of the sources and valgrind; fuzz, each target over its corpus and a
-# fixed number of runs; and coverage, with a table of the lines and branches that are run. Each leaves a JUnit report in
-# build/test-results/. The preset debug can be named as well.
+# undefined behaviour, leak); clang, with the benchmarks, valgrind and the event reference's page in a browser; fuzz, each
+# target over its corpus and a fixed number of runs; and coverage, with a table of the lines and branches that are run. Each
+# leaves a JUnit report and ctest's whole output in build/test-results/. The preset debug can be named as well.
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 read_options "$@"
 presets=("$@")
@@ -19,33 +19,68 @@ for preset in "${presets[@]}"; do
     *) fail "unknown preset $preset: there are release, debug, sanitize, clang, windows, fuzz and coverage" ;;
     esac
 done
+is_asked_for() { [[ " ${presets[*]} " == *" $1 "* ]]; }
 
 steps=$((1 + 2 * ${#presets[@]}))
 steps_are_output=true
 step "Looking for missing packages and libraries"
-need_packages g++ clang libclang-rt-14-dev clang-format clang-tidy llvm cmake ninja-build cppcheck valgrind strace \
-    libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev python3-rich
-if [[ " ${presets[*]} " == *" clang "* ]]; then
-    need_packages python3 chromium chromium-driver # the event reference's page is tested in a browser
+packages=(g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev strace python3-rich)
+! is_asked_for clang || packages+=(clang libbenchmark-dev rapidjson-dev valgrind python3 chromium chromium-driver)
+! is_asked_for fuzz || packages+=(clang libclang-rt-dev)
+! is_asked_for coverage || packages+=(clang libclang-rt-dev llvm)
+! is_asked_for windows || packages+=(wine wine64)
+need_packages "${packages[@]}"
+need_build_folder test-results "${presets[@]}"
+passed=0 failed=0 skipped=0 skipped_stage=
+if is_asked_for windows; then
+    status=0
+    scripts/windows-libraries.sh || status=$?
+    case $status in
+    0) ;;
+    3) skipped_stage=windows ;;
+    *) exit "$status" ;;
+    esac
 fi
-if [[ " ${presets[*]} " == *" windows "* ]]; then
-    need_packages wine wine64
-    scripts/windows-libraries.sh
-fi
-need_build_folder
 
 results=$PWD/build/test-results
 profiles=$PWD/build/coverage/profiles
 mkdir -p "$results"
-passed=0 failed=0
 
-# count_tests LOG: adds what the closing line of a test run says.
-count_tests() {
-    local line
-    line=$(grep -E '^[0-9]+% tests passed, [0-9]+ tests failed out of [0-9]+$' "$1") || fail "a test run did not end"
-    [[ "$line" =~ ,\ ([0-9]+)\ tests\ failed\ out\ of\ ([0-9]+) ]]
-    passed=$((passed + BASH_REMATCH[2] - BASH_REMATCH[1]))
-    failed=$((failed + BASH_REMATCH[1]))
+# run_tests PRESET: by ctest, whose output is shown whole but for the two lines that it has for each test that passed.
+run_tests() {
+    local report=$results/$1.xml log=$results/$1.log status=0 total bad unrun
+    rm -f "$report"
+    ctest --preset "$1" --show-only >"$scratch/tests"
+    ctest --preset "$1" --parallel "$(nproc)" --output-junit "$report" </dev/null 2>&1 | tee "$log" |
+        awk 'NR == FNR { if (sub(/^ +Test +#/, "")) { number = $0 + 0; sub(/^[0-9]+: /, ""); names[number] = $0 } next }
+            {
+                line = $0
+                if (sub(/^ *([0-9]+\/[0-9]+ Test +#| +Start +)/, "")) {
+                    number = $0 + 0
+                    sub(/^[0-9]+: /, "")
+                    if (number in names && ($0 == names[number] ||
+                        index($0, names[number] " .") == 1 && $0 ~ / \.+   Passed +[0-9.]+ sec$/)) next
+                }
+                print line
+                fflush()
+            }' "$scratch/tests" - || status=$?
+    total=$(count_in "$report" tests)
+    bad=$(count_in "$report" failures)
+    unrun=$(count_in "$report" skipped)
+    ((status == 0 || bad > 0)) || fail "ctest ended with $status, although no test failed"
+    passed=$((passed + total - bad - unrun)) failed=$((failed + bad)) skipped=$((skipped + unrun))
+    say "$1: $(counts "$((total - bad - unrun))" "$bad" "$unrun")"
+}
+
+# counts PASSED FAILED SKIPPED
+counts() {
+    printf '%d passed, %d failed' "$1" "$2"
+    (($3 == 0)) || printf ', %d skipped' "$3"
+}
+
+# count_in REPORT ATTRIBUTE: of the report's one suite.
+count_in() {
+    grep -m 1 -oP "\\b$2=\"\\K[0-9]+" "$1" || fail "a test run did not end"
 }
 
 # What the coverage build's tests ran of the product, file by file, and each line that they did not.
@@ -67,32 +102,35 @@ print_coverage() {
 # They are started by a program whose output nobody waits for: they would keep a test's open.
 keep_wine() {
     export CORVANE_WINEPREFIX=$PWD/build/windows/wine
-    WINEPREFIX=$CORVANE_WINEPREFIX wineserver -p </dev/null >/dev/null 2>&1
-    cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1
+    WINEPREFIX=$CORVANE_WINEPREFIX without_locks wineserver -p </dev/null >/dev/null 2>&1
+    without_locks cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1
 }
 end_wine() {
     [[ -n "${CORVANE_WINEPREFIX:-}" ]] || return 0
     WINEPREFIX=$CORVANE_WINEPREFIX wineserver -k >/dev/null 2>&1 || true
     unset CORVANE_WINEPREFIX
 }
-trap end_wine EXIT
+at_exit() { end_wine; }
 
 rm -rf "$profiles"
 export LLVM_PROFILE_FILE=$profiles/%4m.profraw
 for preset in "${presets[@]}"; do
+    if [[ "$preset" == "$skipped_stage" ]]; then
+        step "$preset: skipped, its libraries cannot be built, see above"
+        step "$preset: skipped"
+        continue
+    fi
     step "$preset: configuring and building"
     SECONDS=0
     configure --preset "$preset"
     compile --preset "$preset"
     step "$preset: built in $SECONDS s, testing"
     [[ "$preset" != windows ]] || keep_wine
-    ctest --preset "$preset" --parallel "$(nproc)" --output-junit "$results/$preset.xml" </dev/null |
-        tee "$results/$preset.log" | grep -vE '^ +Start |\.\.\. +Passed |^$' || true
-    grep -hoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
+    run_tests "$preset"
+    grep -hsoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
     end_wine
-    count_tests "$results/$preset.log"
     [[ "$preset" != coverage ]] || print_coverage
 done
 
-printf '%d passed, %d failed\n' "$passed" "$failed"
+printf '%s%s\n' "$(counts "$passed" "$failed" "$skipped")" "${skipped_stage:+, all tests of $skipped_stage skipped}"
 ((failed == 0))

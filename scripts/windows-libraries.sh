@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # Builds the libraries of the Windows build, with mingw-w64, into build/windows-libraries/: Mini-XML from Debian's source
 # package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and nlohmann-json's headers. Does
-# nothing when they are there in these versions.
+# nothing when they are there in these versions. The exit status is 3 when there is no such source package to be had.
 #
 #     scripts/windows-libraries.sh
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 take_no_arguments "$@"
 steps=3
 steps_are_output=true
 need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make dpkg-dev libmxml-dev googletest nlohmann-json3-dev
-need_build_folder
+need_build_folder windows-libraries
 
 prefix=$PWD/build/windows-libraries
 toolchain=$PWD/cmake/MingwToolchain.cmake
@@ -25,8 +25,7 @@ fi
 
 rm -rf "$prefix"
 mkdir -p "$prefix"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work=$scratch
 
 # fetch_mxml: unpacks the source package into $work/mxml. The sources come from where the machine's packages come from,
 # by a list and an index of their own, so that the system's stay as they are.
@@ -37,11 +36,14 @@ fetch_mxml() {
         [[ ! -e "$file" ]] || sed -n 's/^deb /deb-src /p' "$file" >>"$work/sources/all.list"
     done
     for file in /etc/apt/sources.list.d/*.sources; do
-        [[ ! -e "$file" ]] || sed 's/^Types:.*/Types: deb-src/' "$file" >"$work/sources/$(basename "$file")"
+        [[ ! -e "$file" ]] || sed 's/^Types:.*/Types: deb-src/' "$file" >"$work/sources/${file##*/}"
     done
     local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/sources"
         -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User= -o APT::Update::Error-Mode=any)
-    quietly "${apt[@]}" update || fail "the source lists cannot be fetched: check the network and /etc/apt/sources.list"
+    if ! "${apt[@]}" update >/dev/null 2>&1 || ! "${apt[@]}" source --print-uris "mxml=$mxml_version" >/dev/null 2>&1; then
+        say "No source package mxml $mxml_version: name a mirror that has it in /etc/apt/sources.list.d/, then run this again"
+        exit 3
+    fi
     (cd "$work" && quietly "${apt[@]}" source "mxml=$mxml_version") ||
         fail "the source package mxml $mxml_version cannot be fetched, see above: check the network, then run this again"
     mv "$work"/mxml-*/ "$work/mxml"

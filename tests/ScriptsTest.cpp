@@ -1,4 +1,5 @@
-// The scripts as people call them, where nothing is built or installed: help, bad options, and what they lack.
+// The scripts as people call them, where nothing is built or installed: help, bad options, what they lack, and what
+// else goes on around them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -35,35 +36,54 @@ std::string LastLine(const std::string& text)
     return text.substr(text.find_last_of('\n', end) + 1, end - text.find_last_of('\n', end));
 }
 
-// A system on which there are these commands, a shell script each, and few others.
-class Commands
+// A checkout of the scripts alone, in a system on which there are these commands, a shell script each, and few others.
+class Checkout
 {
 public:
-    explicit Commands(std::map<std::string, std::string> scripts)
+    explicit Checkout(std::map<std::string, std::string> commands)
     {
-        for (const std::string tool :
-             {"bash", "basename", "cat", "dirname", "env", "mkdir", "mktemp", "realpath", "rm", "sed"})
-            scripts.try_emplace(tool, "exec /usr/bin/" + tool + " \"$@\"");
-        for (const auto& [name, text] : scripts)
-            std::filesystem::permissions(folder.Write(name, "#!/bin/sh\n" + text + "\n"),
+        for (const std::string tool : {"awk", "bash", "cat", "dirname", "env", "flock", "grep", "mkdir", "mktemp",
+                                       "realpath", "rm", "sed", "tee"})
+            commands.try_emplace(tool, "exec /usr/bin/" + tool + " \"$@\"");
+        for (const auto& [name, text] : commands)
+            std::filesystem::permissions(folder.Write("commands/" + name, "#!/bin/sh\n" + text + "\n"),
                                          std::filesystem::perms::owner_all);
+        std::filesystem::create_directories(Path());
+        std::filesystem::create_directories(TemporaryFiles());
+        std::filesystem::copy(Scripts, Path() / "scripts");
     }
 
-    Outcome Run(const std::filesystem::path& program, const std::vector<std::string>& arguments = {}) const
+    // With a blank, a comma and a "$" in it.
+    std::filesystem::path Path() const { return folder.Path() / "a checkout, of $5"; }
+    std::filesystem::path TemporaryFiles() const { return folder.Path() / "temporary"; }
+
+    void Write(const std::string& name, const std::string& text) const { folder.Write(Path() / name, text); }
+
+    Outcome Run(const std::filesystem::path& program, const std::vector<std::string>& arguments = {},
+                std::map<std::string, std::string> environment = {}) const
     {
-        return RunProgram(
-            {.program = program, .arguments = arguments, .environment = {{"PATH", folder.Path().string()}}});
+        environment["PATH"] = (folder.Path() / "commands").string();
+        environment["TMPDIR"] = TemporaryFiles().string();
+        return RunProgram({.program = program,
+                           .arguments = arguments,
+                           .environment = environment,
+                           .workingFolder = std::filesystem::is_directory(Path()) ? Path() : folder.Path()});
     }
 
 private:
     TemporaryFolder folder;
 };
 
+// All that run.sh needs is installed, and cmake is this shell script.
+Checkout WithCMake(const std::string& cmake)
+{
+    return Checkout({{"dpkg-query", "printf 'install ok installed'"}, {"cmake", cmake}});
+}
+
 } // namespace
 
 TEST(Scripts, HelpIsTheCommentAtTheHead)
 {
-    ASSERT_EQ(AllScripts().size(), 10U);
     for (const std::filesystem::path& script : AllScripts())
     {
         const std::string source = ReadFile(script);
@@ -127,15 +147,17 @@ TEST(Scripts, WhatTheSystemLacksIsSaidInTheLastLine)
         {{{"dpkg-query", "exit 1"}, {"id", "echo 0"}, {"apt-get", "[ $1 = update ]"}},
          "these packages cannot be installed, see above: " + packages},
         {{{"dpkg-query", "printf 'install ok installed'"}, {"mkdir", "exit 1"}},
-         SOURCE_DIR "/build cannot be written: run this as its owner, or in a copy of your own"},
+         "/build cannot be written: run this as its owner, or in a copy of your own"},
         {{{"dpkg-query", "printf 'install ok installed'"}}, "cmake is missing: install it, or add its folder to PATH"},
     };
     for (const auto& row : rows)
     {
-        const Outcome run = Commands(row.commands).Run(Scripts / "run.sh");
+        const Checkout checkout(row.commands);
+        const Outcome run = checkout.Run("scripts/run.sh");
+        const std::string path = row.lastLine.starts_with('/') ? checkout.Path().string() : "";
         EXPECT_EQ(run.status, 1);
         EXPECT_EQ(run.output, "");
-        EXPECT_EQ(LastLine(run.errors), "run.sh: " + row.lastLine);
+        EXPECT_EQ(LastLine(run.errors), "run.sh: " + path + row.lastLine);
     }
 }
 
@@ -152,14 +174,124 @@ TEST(Scripts, WithoutResultsThereIsNoReportOfThem)
 
 TEST(Scripts, RunShowsItsStepsOnATerminalOnly)
 {
-    const Commands commands({{"dpkg-query", "exit 1"}, {"id", "echo 0"}, {"apt-get", "exit 1"}});
+    const Checkout checkout({{"dpkg-query", "exit 1"}, {"id", "echo 0"}, {"apt-get", "exit 1"}});
     const std::string failure = "run.sh: the package lists cannot be fetched: check the network and "
                                 "/etc/apt/sources.list, then run this again\n";
-    EXPECT_EQ(commands.Run(Scripts / "run.sh").errors, failure);
+    EXPECT_EQ(checkout.Run("scripts/run.sh").errors, failure);
 
-    const Outcome onTerminal = commands.Run("/usr/bin/script", {"-qec", (Scripts / "run.sh").string(), "/dev/null"});
+    const Outcome onTerminal = checkout.Run("/usr/bin/script", {"-qec", "scripts/run.sh", "/dev/null"});
     std::string screen = onTerminal.output;
     std::erase(screen, '\r');
     EXPECT_EQ(screen, "[1/4] Looking for missing packages\nInstalling g++ cmake ninja-build libmxml-dev\n" + failure);
     EXPECT_EQ(onTerminal.status, 1);
+}
+
+TEST(Scripts, TheCheckoutIsTheirOwnWhateverTheSearchPathOfCdSays)
+{
+    const Checkout other = WithCMake("exit 0");
+    const Checkout checkout = WithCMake("pwd >&2; exit 1");
+    const Outcome run = checkout.Run("scripts/run.sh", {}, {{"CDPATH", other.Path().string()}});
+    EXPECT_EQ(run.errors, checkout.Path().string() + "\nrun.sh: configuring failed, see above\n");
+}
+
+TEST(Scripts, AnotherRunInTheSameFolderIsWaitedFor)
+{
+    // Instead of waiting, this one says that it would.
+    const std::string flock = "[ $1 != -n ] || exec /usr/bin/flock \"$@\"\necho waited >&2";
+    const Checkout checkout({{"dpkg-query", "printf 'install ok installed'"}, {"cmake", "exit 1"}, {"flock", flock}});
+    const std::string failure = "run.sh: configuring failed, see above\n";
+    EXPECT_EQ(checkout.Run("scripts/run.sh").errors, failure);
+
+    const Outcome whileHeld = checkout.Run("/usr/bin/flock", {"build/.run.lock", "scripts/run.sh"});
+    EXPECT_EQ(whileHeld.errors, "waited\n" + failure);
+    EXPECT_EQ(checkout.Run("/usr/bin/flock", {"build/.release.lock", "scripts/run.sh"}).errors, failure);
+}
+
+TEST(Scripts, NothingIsLeftInTheTemporaryFolderAfterAnInterruption)
+{
+    for (const std::string signal : {"HUP", "INT", "TERM"})
+    {
+        const Checkout checkout = WithCMake("mktemp >&2 && kill -" + signal + " $PPID && kill -" + signal + " $$");
+        const Outcome run = checkout.Run("scripts/run.sh");
+        EXPECT_GT(run.status, 128) << signal << ": " << run.errors;
+        EXPECT_TRUE(std::filesystem::is_empty(checkout.TemporaryFiles())) << signal;
+    }
+}
+
+TEST(Scripts, ABuildOfAMovedCheckoutIsNamedWithWhatToDo)
+{
+    const Checkout checkout = WithCMake("echo configured >&2; exit 1");
+    checkout.Write("build/run/CMakeCache.txt", "CMAKE_HOME_DIRECTORY:INTERNAL=/where it/was\n");
+    EXPECT_EQ(checkout.Run("scripts/run.sh").errors, "run.sh: build/run was made in /where it/was: remove " +
+                                                         checkout.Path().string() +
+                                                         "/build/run, then run this again\n");
+
+    checkout.Write("build/run/CMakeCache.txt", "CMAKE_HOME_DIRECTORY:INTERNAL=" + checkout.Path().string() + "\n");
+    EXPECT_EQ(checkout.Run("scripts/run.sh").errors, "configured\nrun.sh: configuring failed, see above\n");
+}
+
+// Also where it looks like what ctest prints.
+TEST(Scripts, TestShowsEveryLineThatATestPrints)
+{
+    const std::string listed = "Test project /somewhere\n  Test  #1: One\n  Test  #2: Two.Good\n\nTotal Tests: 2\n";
+    const std::string shown = " 2/2 Test #1: One ..............................***Failed    0.02 sec\n"
+                              "\n"
+                              "    Start 3: Inner\n"
+                              "1/1 Test #3: Inner ............................   Passed    0.01 sec\n"
+                              "    Start 1: Another\n"
+                              "\n"
+                              "the last line\n";
+    const std::string dropped[] = {"    Start 1: One\n", "    Start 2: Two.Good\n",
+                                   "1/2 Test #2: Two.Good .........................   Passed    0.01 sec\n"};
+    const Checkout checkout({
+        {"dpkg-query", "printf 'install ok installed'"},
+        {"cmake", "exit 0"},
+        {"nproc", "echo 1"},
+        {"ctest", "if [ $3 = --show-only ]; then printf '" + listed +
+                      "'; exit; fi\n"
+                      "printf '<testsuite name=\"x\"\n\ttests=\"2\"\n\tfailures=\"1\"\n\tskipped=\"0\"\n' >\"$6\"\n"
+                      "printf '" +
+                      dropped[0] + dropped[1] + dropped[2] + shown + "'\nexit 8"},
+    });
+    const Outcome run = checkout.Run("scripts/test.sh", {"release"});
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.output.find(" s, testing\n" + shown + "release: 1 passed, 1 failed\n"), std::string::npos)
+        << run.output;
+    EXPECT_TRUE(run.output.ends_with("\n1 passed, 1 failed\n")) << run.output;
+}
+
+TEST(Scripts, TestCountsWhatIsSkippedAndFailsWhenCtestDoes)
+{
+    for (const std::string status : {"0", "1"})
+    {
+        const Checkout checkout({
+            {"dpkg-query", "printf 'install ok installed'"},
+            {"cmake", "exit 0"},
+            {"nproc", "echo 1"},
+            {"ctest", "[ $3 != --show-only ] || exit 0\n"
+                      "printf '<testsuite name=\"x\"\n\ttests=\"9\"\n\tfailures=\"0\"\n\tskipped=\"2\"\n' >\"$6\"\n"
+                      "exit " +
+                          status},
+        });
+        const Outcome run = checkout.Run("scripts/test.sh", {"release", "debug"});
+        EXPECT_EQ(std::to_string(run.status), status);
+        EXPECT_EQ(LastLine(run.output) == "14 passed, 0 failed, 4 skipped", status == "0") << run.output;
+        EXPECT_EQ(run.errors, status == "0" ? "" : "test.sh: ctest ended with 1, although no test failed\n");
+    }
+}
+
+TEST(Scripts, WithoutMiniXmlsSourcesTheWindowsTestsAreSkippedAndToldOf)
+{
+    const Checkout checkout({{"dpkg-query", "printf 'install ok installed'"},
+                             {"apt-get", "echo unreachable >&2; exit 100"},
+                             {"cp", "exit 1"}});
+    const Outcome run = checkout.Run("scripts/test.sh", {"windows"});
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.output.find("No source package mxml install ok installed: name a mirror that has it in "
+                              "/etc/apt/sources.list.d/, then run this again\n"),
+              std::string::npos)
+        << run.output;
+    EXPECT_EQ(LastLine(run.output), "0 passed, 0 failed, all tests of windows skipped");
 }
