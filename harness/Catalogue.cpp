@@ -74,7 +74,6 @@ void RunStartTrackFileChange(TestResultList& results)
 
 void RunTests(TestResultList& results)
 {
-    // The description is the category's text, on purpose.
     RunTest(results, "CommandInvoked",
             ExpectWaypoint(COMMON_COMMAND_INVOKED, {{COMMON_COMMAND_NAME, L"Material Data"},
                                                     {COMMON_COMMAND_CONTEXT, 0},
@@ -82,7 +81,9 @@ void RunTests(TestResultList& results)
                                                     {CV_COMMAND_FIRED_RESOURCE_MODULE, L"resourceModule"},
                                                     {CV_COMMAND_FIRED_RESOURCE_CATEGORY, L"resourceCategory"},
                                                     {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, L"resourceCategory"}}),
-            [](CorvaneTavi& tavi) {
+            [](CorvaneTavi& tavi)
+            {
+                // The description is the category's text, on purpose.
                 tavi.TrackCommandInvoked(L"Material Data", 0, 1, L"resourceModule", L"resourceCategory",
                                          L"resourceCategory");
             });
@@ -111,7 +112,9 @@ void RunTests(TestResultList& results)
             });
 
     RunTest(results, "UpdateLicense", ExpectEntitlement(),
-            [](CorvaneTavi& tavi) {
+            [](CorvaneTavi& tavi)
+            {
+                // The product key is sent, and is not among the expected keys.
                 tavi.TrackUpdateLicense(L"productKey", L"featureName", L"featureVersion", L"serialNumber", 13, 14, 15);
             });
 
@@ -306,7 +309,9 @@ void RunTests(TestResultList& results)
                                                       {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, true},
                                                       {COMMON_ZEPH_VC_OPTS_PRESERVESCENEUP, true},
                                                       {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, false}}),
-            [](CorvaneTavi& tavi) {
+            [](CorvaneTavi& tavi)
+            {
+                // Opacity, angle and duration differ in their number of decimals.
                 tavi.TrackDorvelLoadOption(L"size", L"location", 0.0F, true, true, true, true, 0.044F, 0.66F, true,
                                            true, false);
             });

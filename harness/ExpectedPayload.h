@@ -14,9 +14,12 @@ std::wstring ExpectedText(std::same_as<bool> auto flag)
     return flag ? L"True" : L"False";
 }
 
+template <typename Number>
+concept WholeNumber = std::integral<Number> && !std::same_as<Number, bool>;
+
 // Plain decimal, "-" before a negative number.
-template <std::integral Integer>
-requires(!std::same_as<Integer, bool>) std::wstring ExpectedText(Integer number)
+template <WholeNumber Number>
+std::wstring ExpectedText(Number number)
 {
     const std::string text = std::to_string(number);
     return std::wstring(text.begin(), text.end());

@@ -21,14 +21,14 @@ public:
 
     static Veltrane::TaviDesktopSDK::JsonValue& Entries(Veltrane::TaviDesktopSDK::Facet::Base& facet)
     {
-        Veltrane::TaviDesktopSDK::JsonValue& (Base::*const data)() = &FacetAccess::Data;
-        return (facet.*data)();
+        using Member = Veltrane::TaviDesktopSDK::JsonValue& (Base::*)();
+        return (facet.*Member(&FacetAccess::Data))();
     }
 
     static const Veltrane::TaviDesktopSDK::JsonValue& Entries(const Veltrane::TaviDesktopSDK::Facet::Base& facet)
     {
-        const Veltrane::TaviDesktopSDK::JsonValue& (Base::*const data)() const = &FacetAccess::Data;
-        return (facet.*data)();
+        using Member = const Veltrane::TaviDesktopSDK::JsonValue& (Base::*)() const;
+        return (facet.*Member(&FacetAccess::Data))();
     }
 };
 

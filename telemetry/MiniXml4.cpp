@@ -5,12 +5,18 @@
 namespace Corvane
 {
 
+namespace
+{
+
+// Without a callback Mini-XML reports on the error stream.
+void IgnoreError(void*, const char*) {}
+
+} // namespace
+
 mxml_node_t* LoadXmlFile(std::FILE* file)
 {
-    // Without a callback Mini-XML reports on the error stream.
     const std::unique_ptr<mxml_options_t, decltype(&mxmlOptionsDelete)> options(mxmlOptionsNew(), &mxmlOptionsDelete);
-    mxmlOptionsSetErrorCallback(
-        options.get(), [](void*, const char*) {}, nullptr);
+    mxmlOptionsSetErrorCallback(options.get(), &IgnoreError, nullptr);
     return mxmlLoadFile(nullptr, options.get(), file);
 }
 

@@ -23,6 +23,11 @@ std::optional<std::filesystem::path> ConfigPath(bool fromExecutable)
     return path;
 }
 
+struct FileCloser
+{
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+};
+
 } // namespace
 
 UpiProductInfo::UpiProductInfo()
@@ -61,7 +66,7 @@ bool UpiProductInfo::GetUpiConfigPath(bool fromExecutable, std::wstring& path)
 
 void UpiProductInfo::Read(const std::filesystem::path& path)
 {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenForReading(path), &std::fclose);
+    const std::unique_ptr<std::FILE, FileCloser> file(OpenForReading(path));
     if (file == nullptr)
         return;
     const std::unique_ptr<mxml_node_t, void (*)(mxml_node_t*)> tree(LoadXmlFile(file.get()), &mxmlDelete);

@@ -175,14 +175,13 @@ void ExpectMembers(const JsonValue& event, const char* objectKey, const std::vec
 // The reports of one text in places where texts go different ways.
 std::vector<Report> ReportsOfText(const std::wstring& text, const std::string& utf8)
 {
+    const std::vector<NavBarToolState> tools = {{L"first", true}, {text, false}};
     return {
         {[text](CorvaneTavi& tavi) { tavi.TrackMeshPropertyChanged(L"name", text, L"new"); },
          Waypoint("CV.MESH_PROPERTY_CHANGED", {{"CV.MESH_PROPERTY_NAME", "name"},
                                                {"CV.MESH_PROPERTY_PREV_VALUE", utf8},
                                                {"CV.MESH_PROPERTY_NEW_VALUE", "new"}})},
-        {[text](CorvaneTavi& tavi) {
-             tavi.TrackNavBarStartup(true, false, text, true, {{L"first", true}, {text, false}});
-         },
+        {[text, tools](CorvaneTavi& tavi) { tavi.TrackNavBarStartup(true, false, text, true, tools); },
          Waypoint("COMMON.ZEPH_NB_STARTUP_CONDITIONS", {{"COMMON.ZEPH_NB_MORE_CONTROLS_VISIBLE", "True"},
                                                         {"COMMON.ZEPH_NB_LINKED_TO_DORVEL", "False"},
                                                         {"COMMON.ZEPH_NB_POSITION", utf8},
@@ -204,9 +203,8 @@ std::vector<Report> ReportsOfText(const std::wstring& text, const std::string& u
                          {"CV.COMMAND_FIRED_RESOURCE_MODULE", "module"},
                          {"CV.COMMAND_FIRED_RESOURCE_CATEGORY", utf8},
                          {"CV.COMMAND_FIRED_COMMAND_DESCRIPTION", "description"}})},
-        {[text](CorvaneTavi& tavi) {
-             tavi.TrackFileInput(text, true, L"mesh", text, 1, true, 2, 3, 4, 5, 6, 7, 8, 9, L"line", text, L"feature");
-         },
+        {[text](CorvaneTavi& tavi)
+         { tavi.TrackFileInput(text, true, L"mesh", text, 1, true, 2, 3, 4, 5, 6, 7, 8, 9, L"line", text, L"fn"); },
          FileInput(utf8, 1,
                    {{"CV.FILE_INPUT.IS_ADD_OR_IMPORT", utf8},
                     {"CV.FILE_IMPORT_SUCCESS", "True"},
@@ -222,7 +220,7 @@ std::vector<Report> ReportsOfText(const std::wstring& text, const std::string& u
                     {"COMMON.FILE_INPUT.NUM_IMAGE_REF_INSTANCES", "9"},
                     {"COMMON.FILE_INPUT.PREV_OPEN_PRODUCT_LINE", "line"},
                     {"COMMON.FILE_INPUT.PREV_OPEN_PRODUCT_RELEASE", utf8},
-                    {"COMMON.FILE_INPUT.PREV_OPEN_PRODUCT_LICENSE_FN", "feature"}})},
+                    {"COMMON.FILE_INPUT.PREV_OPEN_PRODUCT_LICENSE_FN", "fn"}})},
         {[text](CorvaneTavi& tavi) { tavi.TrackUpdateLicense(text, L"feature", text, text, 1, 2, 3); },
          Entitlement({{"entitlement_usage", "2"},
                       {"entitlement_license_id", utf8},
@@ -335,10 +333,9 @@ TEST(CorvaneTavi, NavigationBarWaypointsAreSentWhole)
                      Waypoint("COMMON.ZEPH_NB_DRAGGED", {{"COMMON.ZEPH_NB_LINKED_TO_DORVEL", flag.Text(0)},
                                                          {"COMMON.ZEPH_NB_POSITION", "a"},
                                                          {"COMMON.ZEPH_NB_RIBBON_VISIBLE", flag.Text(1)}}));
+        const std::vector<NavBarToolState> tools = {{L"b", flag.Is(3)}};
         ExpectReport(
-            [&](CorvaneTavi& tavi) {
-                tavi.TrackNavBarStartup(flag.Is(0), flag.Is(1), L"a", flag.Is(2), {{L"b", flag.Is(3)}});
-            },
+            [&](CorvaneTavi& tavi) { tavi.TrackNavBarStartup(flag.Is(0), flag.Is(1), L"a", flag.Is(2), tools); },
             Waypoint("COMMON.ZEPH_NB_STARTUP_CONDITIONS", {{"COMMON.ZEPH_NB_MORE_CONTROLS_VISIBLE", flag.Text(0)},
                                                            {"COMMON.ZEPH_NB_LINKED_TO_DORVEL", flag.Text(1)},
                                                            {"COMMON.ZEPH_NB_POSITION", "a"},
@@ -473,7 +470,9 @@ TEST(CorvaneTavi, FileInputIsSentWhole)
     {
         const OneFlag flag(set);
         ExpectReport(
-            [&](CorvaneTavi& tavi) {
+            [&](CorvaneTavi& tavi)
+            {
+                // Texts and numbers are told apart by their values, flags by the row.
                 tavi.TrackFileInput(L"a", flag.Is(0), L"b", L"c", 4042, flag.Is(1), 2, 3, 4, 5, 6, 7, 8, 9, L"d", L"e",
                                     L"f");
             },
@@ -802,20 +801,15 @@ TEST(CorvaneTavi, AttributesAreSentInTheOrderOfTheirKeys)
 
 TEST(CorvaneTavi, AnAttributeNeverSetIsLeftOut)
 {
-    ExpectReport(
-        [](CorvaneTavi& tavi) {
-            tavi.TrackWaypoint(Key("X"), {{Key("a"), Key("1")}, {Key("b"), TaviString()}, {Key("c"), Key("")}});
-        },
-        Waypoint("X", {{"a", "1"}, {"c", ""}}));
+    const AttributeMap attributes = {{Key("a"), Key("1")}, {Key("b"), TaviString()}, {Key("c"), Key("")}};
+    ExpectReport([&](CorvaneTavi& tavi) { tavi.TrackWaypoint(Key("X"), attributes); },
+                 Waypoint("X", {{"a", "1"}, {"c", ""}}));
 }
 
 TEST(CorvaneTavi, OnlyAttributesNeverSetSendNoAttributes)
 {
-    ExpectReport(
-        [](CorvaneTavi& tavi) {
-            tavi.TrackWaypoint(Key("X"), {{Key("a"), TaviString()}});
-        },
-        Waypoint("X", {}));
+    const AttributeMap attributes = {{Key("a"), TaviString()}};
+    ExpectReport([&](CorvaneTavi& tavi) { tavi.TrackWaypoint(Key("X"), attributes); }, Waypoint("X", {}));
 }
 
 TEST(CorvaneTavi, AnAttributeWithAnEmptyKeyIsLeftOutAndTheOthersAreKept)
@@ -848,15 +842,13 @@ TEST(CorvaneTavi, AWaypointNameNeverSetIsLeftOutAndAnEmptyOneIsSent)
 
 TEST(CorvaneTavi, TwoEqualCallsSendTwoEqualEventsAndPrintNothing)
 {
+    const AttributeMap attributes = {{Key("a"), Key("1")}};
+    const std::vector<NavBarToolState> tools = {{L"b", true}};
     const Call calls[] = {
-        [](CorvaneTavi& tavi) {
-            tavi.TrackWaypoint(Key("X"), {{Key("a"), Key("1")}});
-        },
+        [&](CorvaneTavi& tavi) { tavi.TrackWaypoint(Key("X"), attributes); },
         [](CorvaneTavi& tavi) { tavi.TrackNavBarClosed(); },
         [](CorvaneTavi& tavi) { tavi.TrackMeshPropertyChanged(L"a", L"b", L"c"); },
-        [](CorvaneTavi& tavi) {
-            tavi.TrackNavBarStartup(true, false, L"a", true, {{L"b", true}});
-        },
+        [&](CorvaneTavi& tavi) { tavi.TrackNavBarStartup(true, false, L"a", true, tools); },
         [](CorvaneTavi& tavi) { tavi.TrackCommandInvoked(L"a", -1, 2, L"b", L"c", L"d"); },
         [](CorvaneTavi& tavi) { tavi.TrackUserEvent(L"a", L"b", 2, L"c", L"d", L"e"); },
         [](CorvaneTavi& tavi)

@@ -52,10 +52,7 @@ Facet::Base& ComponentWithAttributes(Facet::Core& core)
 }
 
 template <typename Value>
-concept CanBeSet = requires(Facet::Base& facet, const TaviString& key, const Value& value)
-{
-    SetFacetEntry(facet, key, value);
-};
+concept CanBeSet = (requires(const Value& value, Facet::Base& facet) { SetFacetEntry(facet, TaviString(), value); });
 
 static_assert(CanBeSet<JsonValue> && CanBeSet<TaviString> && CanBeSet<const char*> && CanBeSet<char[2]>);
 // All of them convert to the library's types, pointers to the boolean true.

@@ -28,13 +28,10 @@ namespace
 {
 
 template <typename... Facets>
-constexpr bool AreNeverCopied = ((!std::is_copy_constructible_v<Facets> && !std::is_copy_assignable_v<Facets>)&&...);
+constexpr bool AreNeverCopied = (... && (!std::is_copy_constructible_v<Facets> && !std::is_copy_assignable_v<Facets>));
 
 template <typename Class>
-concept GivesEntries = requires(Class& facet, const TaviString& key)
-{
-    facet.GetFacetEntry(key);
-};
+concept GivesEntries = (requires(const TaviString& key, Class& facet) { facet.GetFacetEntry(key); });
 
 static_assert(std::has_virtual_destructor_v<Facet::Base> && std::is_abstract_v<Facet::Base>);
 // Entries are copied by Clone(), and by an assignment to a facet as a Base.

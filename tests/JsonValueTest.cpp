@@ -21,10 +21,7 @@ namespace
 {
 
 template <typename Value>
-concept TellsNull = requires(const Value& value)
-{
-    value.IsNull();
-};
+concept TellsNull = (requires(const Value& value) { value.IsNull(); });
 
 static_assert(sizeof(JsonValue) == sizeof(void*));
 static_assert(!TellsNull<JsonValue>); // Compare() does

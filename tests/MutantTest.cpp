@@ -156,11 +156,12 @@ std::vector<Mutant> AllMutants()
     }
     // Some ways lead to the same payload (two members swapped from either side), or to the right one.
     std::set<std::pair<std::size_t, std::string>> seen;
-    std::erase_if(mutants,
-                  [&](const Mutant& mutant) {
-                      return mutant.payload == tests[mutant.test].payload ||
-                             !seen.insert({mutant.test, mutant.payload.dump()}).second;
-                  });
+    const auto isOfNoUse = [&](const Mutant& mutant)
+    {
+        const bool isRight = mutant.payload == tests[mutant.test].payload;
+        return isRight || !seen.insert({mutant.test, mutant.payload.dump()}).second;
+    };
+    std::erase_if(mutants, isOfNoUse);
     return mutants;
 }
 

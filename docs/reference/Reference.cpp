@@ -214,9 +214,8 @@ Reference MakeReference(const std::string& wrapperHeader, const std::string& voc
     Reference reference;
     for (const Declaration& declaration : declarations)
     {
-        const bool prepares = std::any_of(methods.begin(), methods.end(),
-                                          [&declaration](const ProbedMethod& method)
-                                          { return method.takesParametersOf == declaration.name; });
+        const bool prepares =
+            std::ranges::find(methods, declaration.name, &ProbedMethod::takesParametersOf) != methods.end();
         const bool reports = Has(methods, declaration.name);
         if (!prepares && !reports)
             continue;

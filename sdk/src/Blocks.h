@@ -44,7 +44,8 @@ inline void* AllocateBlock(std::size_t size)
             return std::exchange(kept.first, kept.first->next);
         }
     }
-    return ::operator new(steps* KeptBlocks::Step);
+    const std::size_t allocated = steps * KeptBlocks::Step;
+    return ::operator new(allocated);
 }
 
 // `size` is that of the allocation.

@@ -132,9 +132,8 @@ TEST(Wrapper, ADocumentWithoutNameAndExtensionIsSentWithTheRest)
 
 TEST(Wrapper, TheSameReportTwiceMakesTheSamePayload)
 {
-    const auto report = [](CorvaneTavi& tavi) {
-        tavi.TrackNavBarStartup(true, false, L"top", false, {{L"tool1", false}, {L"tool2", true}});
-    };
+    const std::vector<NavBarToolState> tools = {{L"tool1", false}, {L"tool2", true}};
+    const auto report = [&tools](CorvaneTavi& tavi) { tavi.TrackNavBarStartup(true, false, L"top", false, tools); };
     const JsonValue first = PayloadOf(report);
     ExpectMembers(Member(first, "component_attributes"),
                   {{"COMMON.ZEPH_NB_MORE_CONTROLS_VISIBLE", String("True")},

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 #if !defined(_WIN32)
 #define SECOND_LIBRARY_API __attribute__((visibility("default")))
@@ -65,10 +66,7 @@ public:
     JsonValue(const void*) = delete;
 #endif
     SECOND_LIBRARY_API JsonValue(const JsonValue& other);
-    JsonValue(JsonValue&& other) noexcept : node(other.node)
-    {
-        other.node = nullptr;
-    }
+    JsonValue(JsonValue&& other) noexcept : node(std::exchange(other.node, nullptr)) {}
     SECOND_LIBRARY_API ~JsonValue();
     SECOND_LIBRARY_API JsonValue& operator=(const JsonValue& other);
     SECOND_LIBRARY_API JsonValue& operator=(JsonValue&& other) noexcept;
