@@ -1,7 +1,7 @@
 # What holds for our own code and for nobody else's: warnings, and what checks, sanitizers, coverage and fuzzing take.
 
 option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
-option(CORVANE_CHECKS "Check the sources and whole runs as tests: format, clang-tidy, cppcheck, valgrind" OFF)
+option(CORVANE_CHECKS "Test whole runs under valgrind, and the event reference's page in Chromium" OFF)
 option(CORVANE_COVERAGE "Count the lines and branches that are run; takes clang" OFF)
 option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
 

@@ -84,6 +84,7 @@ Checkout WithCMake(const std::string& cmake)
 
 TEST(Scripts, HelpIsTheCommentAtTheHead)
 {
+    ASSERT_FALSE(AllScripts().empty());
     for (const std::filesystem::path& script : AllScripts())
     {
         const std::string source = ReadFile(script);
