@@ -53,7 +53,9 @@ step "Windows libraries: fetching and building Mini-XML $mxml_version"
 fetch_mxml
 (
     cd "$work/mxml"
-    quietly ./configure --host=$host --prefix=/ --disable-shared --disable-threads CC=$host-gcc-posix
+    # It calls read() and write() without their header there.
+    quietly ./configure --host=$host --prefix=/ --disable-shared --disable-threads CC=$host-gcc-posix \
+        CFLAGS="-O2 -include io.h"
     quietly make libmxml.a
 ) || fail "Mini-XML cannot be built, see above"
 install -D -m 644 "$work/mxml/mxml.h" "$prefix/include/mxml.h"
