@@ -39,7 +39,7 @@ struct Mutant
 void AddLeafMutants(std::vector<Mutant>& mutants, std::size_t test, const json& payload, const Path& leaf)
 {
     const Path parent = leaf.parent_pointer();
-    const std::string key = leaf.back();
+    const std::string& key = leaf.back();
     const std::string text = payload.at(leaf);
     const auto add = [&](const std::string& what, const json& value)
     {

@@ -65,9 +65,10 @@ void JsonValue::Node::MoveMembers(JsonValue& into, JsonValue& from)
         into = std::move(from);
         return;
     }
-    while (source->First() != nullptr)
+    Member* next = source->First();
+    while (next != nullptr)
     {
-        std::unique_ptr<Member> member = source->Take(*source->First());
+        std::unique_ptr<Member> member = source->Take(*std::exchange(next, next->next));
         if (Member* const present = object->Find(member->key->View()))
             present->value = std::move(member->value);
         else
