@@ -7,7 +7,7 @@
 # CHECK is build (for Linux by g++, for Windows by mingw-w64), format (clang-format), tidy (clang-tidy, which has clang's
 # warnings as well) or cppcheck; without any, all four. Findings are printed; what passes prints nothing.
 set -euo pipefail
-source "$(dirname "$0")/common.bash"
+source "$(dirname -- "$0")/common.bash"
 
 read_options "$@"
 checks=("$@")
@@ -31,7 +31,7 @@ chosen() {
 steps=$((1 + ${#checks[@]}))
 steps_are_output=true
 step "Looking for missing packages and libraries"
-need_build_folder
+need_build_folder checks ci ci-windows
 ! chosen format || need_packages clang-format
 ! chosen cppcheck || need_packages cppcheck
 if chosen build tidy; then
