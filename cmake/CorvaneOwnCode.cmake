@@ -5,34 +5,34 @@ option(CORVANE_CHECKS "Test whole runs under valgrind, and the event reference's
 option(CORVANE_COVERAGE "Count the lines and branches that are run; takes clang" OFF)
 option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
 
-add_library(OwnCode INTERFACE)
+add_library(CorvaneOwnCode INTERFACE)
 target_compile_options(
-    OwnCode
+    CorvaneOwnCode
     INTERFACE
         $<$<COMPILE_LANG_AND_ID:CXX,GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
         $<$<COMPILE_LANG_AND_ID:CXX,MSVC>:/W4;/utf-8;/permissive->
 )
 # Calls into a shared library go straight there.
-target_compile_options(OwnCode INTERFACE $<$<PLATFORM_ID:Linux>:-fno-plt>)
+target_compile_options(CorvaneOwnCode INTERFACE $<$<PLATFORM_ID:Linux>:-fno-plt>)
 if(WIN32)
-    target_compile_definitions(OwnCode INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
+    target_compile_definitions(CorvaneOwnCode INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
 if(CORVANE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_compile_options(OwnCode INTERFACE ${sanitizers})
-    target_link_options(OwnCode INTERFACE ${sanitizers})
+    target_compile_options(CorvaneOwnCode INTERFACE ${sanitizers})
+    target_link_options(CorvaneOwnCode INTERFACE ${sanitizers})
 endif()
 if(CORVANE_COVERAGE)
-    target_compile_options(OwnCode INTERFACE -fprofile-instr-generate -fcoverage-mapping)
-    target_link_options(OwnCode INTERFACE -fprofile-instr-generate)
+    target_compile_options(CorvaneOwnCode INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+    target_link_options(CorvaneOwnCode INTERFACE -fprofile-instr-generate)
 endif()
 if(CORVANE_FUZZ)
-    target_compile_options(OwnCode INTERFACE -fsanitize=fuzzer-no-link)
+    target_compile_options(CorvaneOwnCode INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# static_runtime(<target>...): the C++ run time goes into the program or library, which then needs none where it runs and
-# shares none with others. The sanitizers need the shared one.
-function(static_runtime)
+# corvane_static_runtime(<target>...): the C++ run time goes into the program or library, which then needs none where it
+# runs and shares none with others. The sanitizers need the shared one.
+function(corvane_static_runtime)
     if(CORVANE_SANITIZE OR MSVC)
         return()
     endif()
@@ -47,8 +47,8 @@ function(static_runtime)
     endforeach()
 endfunction()
 
-# copy_runtime_libraries(<target>...): on Windows, the shared libraries of a program stand beside it.
-function(copy_runtime_libraries)
+# corvane_copy_runtime_libraries(<target>...): on Windows, the shared libraries of a program stand beside it.
+function(corvane_copy_runtime_libraries)
     if(NOT WIN32)
         return()
     endif()
@@ -61,9 +61,9 @@ function(copy_runtime_libraries)
     endforeach()
 endfunction()
 
-# file_properties(<target> <description>): on Windows, what the properties of the program or shared library show, the
-# project's version among it.
-function(file_properties target description)
+# corvane_file_properties(<target> <description>): on Windows, what the properties of the program or shared library show,
+# the project's version among it.
+function(corvane_file_properties target description)
     if(NOT WIN32)
         return()
     endif()
@@ -80,9 +80,9 @@ function(file_properties target description)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
-# own_code(<target>...): builds the targets by our rules. Not part of what a package's user gets.
-function(own_code)
+# corvane_own_code(<target>...): builds the targets by our rules. Not part of what a package's user gets.
+function(corvane_own_code)
     foreach(target IN LISTS ARGN)
-        target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:OwnCode>)
+        target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:CorvaneOwnCode>)
     endforeach()
 endfunction()
