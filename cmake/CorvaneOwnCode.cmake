@@ -1,9 +1,11 @@
 # What holds for our own code and for nobody else's: warnings, and what checks, sanitizers, coverage and fuzzing take.
 
-option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
-option(CORVANE_CHECKS "Test whole runs under valgrind, and the event reference's page in Chromium" OFF)
-option(CORVANE_COVERAGE "Count the lines and branches that are run; takes clang" OFF)
-option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
+if(PROJECT_IS_TOP_LEVEL)
+    option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
+    option(CORVANE_CHECKS "Test whole runs under valgrind, and the event reference's page in Chromium" OFF)
+    option(CORVANE_COVERAGE "Count the lines and branches that are run; takes clang" OFF)
+    option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
+endif()
 
 add_library(CorvaneOwnCode INTERFACE)
 target_compile_options(

@@ -1,56 +1,47 @@
-# Installs the program, both libraries with their headers, the package that find_package(CorvaneTavi) reads, and the event
-# reference; packs the same as an archive.
+# Packs what is installed: all of it as one archive, or each component as a package for Debian.
 
-include(CMakePackageConfigHelpers)
-
-set(packageDir "${CMAKE_INSTALL_LIBDIR}/cmake/CorvaneTavi")
-
-install(TARGETS cvtavi_test)
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/harness/UPI" DESTINATION "${CMAKE_INSTALL_BINDIR}")
-install(TARGETS CorvaneTavi EXPORT CorvaneTaviTargets FILE_SET HEADERS)
-install(EXPORT CorvaneTaviTargets NAMESPACE Corvane:: DESTINATION "${packageDir}")
-
-install(
-    FILES
-        "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
-        "${PROJECT_SOURCE_DIR}/docs/events.html"
-        "${PROJECT_SOURCE_DIR}/docs/events.md"
-    DESTINATION "${CMAKE_INSTALL_DOCDIR}"
-)
-
-# The telemetry library goes along, wherever it comes from.
-if(TAVI_SDK_DIR)
-    install(DIRECTORY "${TaviSDKWrapper_INCLUDE_DIR}/TaviDesktopSDK" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-    if(WIN32)
-        install(FILES "${TaviSDKWrapper_RUNTIME}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
-    endif()
-    file(REAL_PATH "${TaviSDKWrapper_LIBRARY}" linkLibrary)
-    install(FILES "${linkLibrary}" DESTINATION "${CMAKE_INSTALL_LIBDIR}")
-    install(FILES "${PROJECT_SOURCE_DIR}/cmake/FindTaviSDKWrapper.cmake" DESTINATION "${packageDir}")
-else()
-    install(TARGETS TaviSDKWrapper EXPORT TaviSDKWrapperTargets FILE_SET HEADERS)
-    install(EXPORT TaviSDKWrapperTargets NAMESPACE Veltrane:: DESTINATION "${packageDir}")
-endif()
-
-configure_package_config_file(
-    "${PROJECT_SOURCE_DIR}/cmake/CorvaneTaviConfig.cmake.in" "${PROJECT_BINARY_DIR}/CorvaneTaviConfig.cmake"
-    INSTALL_DESTINATION "${packageDir}"
-)
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/CorvaneTaviConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
-install(
-    FILES
-        "${PROJECT_BINARY_DIR}/CorvaneTaviConfig.cmake"
-        "${PROJECT_BINARY_DIR}/CorvaneTaviConfigVersion.cmake"
-        "${PROJECT_SOURCE_DIR}/cmake/FindMxml.cmake"
-    DESTINATION "${packageDir}"
-)
-
-set(CPACK_GENERATOR TGZ)
-if(WIN32)
-    set(CPACK_GENERATOR ZIP)
-endif()
+set(CPACK_VERBATIM_VARIABLES TRUE)
+set(CPACK_STRIP_FILES TRUE)
 string(TOLOWER "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}" system)
 set(CPACK_PACKAGE_FILE_NAME "corvane-tavi-${PROJECT_VERSION}-${system}")
-set(CPACK_STRIP_FILES TRUE)
-set(CPACK_VERBATIM_VARIABLES TRUE)
+set(CPACK_PACKAGE_VENDOR Corvane)
+
+if(NOT CORVANE_DEBIAN_PACKAGES)
+    set(CPACK_GENERATOR TGZ)
+    if(WIN32)
+        set(CPACK_GENERATOR ZIP)
+    endif()
+    include(CPack)
+    return()
+endif()
+
+# The program stands in a folder of its own, with its product file; this leads there.
+file(RELATIVE_PATH program "/prefix/bin" "/prefix/${CMAKE_INSTALL_BINDIR}/cvtavi_test")
+file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/link")
+file(CREATE_LINK "${program}" "${PROJECT_BINARY_DIR}/link/cvtavi_test" SYMBOLIC)
+install(FILES "${PROJECT_BINARY_DIR}/link/cvtavi_test" DESTINATION bin COMPONENT Runtime)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL Runtime Development)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Corvane <telemetry@corvane.invalid>")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME corvane-tavi)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION misc)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
+    "The program cvtavi_test calls every reporting method of the wrapper and
+compares what the telemetry library hands over with what is expected. With it
+come that library and the reference of all events."
+)
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME corvane-tavi-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "corvane-tavi (= ${PROJECT_VERSION}), libmxml-dev")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "Headers and the static library, for building host applications, which find
+them by CMake or pkg-config."
+)
 include(CPack)
