@@ -39,8 +39,11 @@ function(expect_no_other_libraries)
     endforeach()
 endfunction()
 
+set(minimalRun "Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n")
+
+# install_to(<prefix> [<option>...])
 function(install_to prefix)
-    run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}")
+    run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}" ${ARGN})
 endfunction()
 
 # build_host(<example> <prefix> <build folder>): a host application, by the package in the prefix. The program stands where
@@ -69,10 +72,122 @@ endfunction()
 function(AHostApplicationBuildsWithThePackageAloneAndRuns)
     install_to("${folder}/prefix")
     build_host(minimal "${folder}/prefix" "${folder}/host")
-    expect_output("Reporting for undefined&undefined&undefined&undefined\n" "${folder}/host/minimal_host")
+    expect_output("${minimalRun}" "${folder}/host/minimal_host")
 
-    file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${folder}/host")
-    expect_output("Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n" "${folder}/host/minimal_host")
+    file(REMOVE "${folder}/host/UPI/upiconfig.xml")
+    expect_output("Reporting for undefined&undefined&undefined&undefined\n" "${folder}/host/minimal_host")
+endfunction()
+
+function(EachComponentIsEnoughForItsUse)
+    install_to("${folder}/runtime" --component Runtime)
+    expect_output("${goodRun}" "${folder}/runtime/bin/cvtavi_test")
+    if(EXISTS "${folder}/runtime/include" OR EXISTS "${folder}/runtime/lib/cmake")
+        message(FATAL_ERROR "What a host is built with is installed for running")
+    endif()
+
+    install_to("${folder}/development" --component Development)
+    if(EXISTS "${folder}/development/bin")
+        message(FATAL_ERROR "What runs is installed for building")
+    endif()
+
+    install_to("${folder}/both" --component Runtime)
+    install_to("${folder}/both" --component Development)
+    build_host(minimal "${folder}/both" "${folder}/host")
+    expect_output("${minimalRun}" "${folder}/host/minimal_host")
+
+    # Nothing belongs to neither.
+    install_to("${folder}/all")
+    file(GLOB_RECURSE both RELATIVE "${folder}/both" "${folder}/both/*")
+    file(GLOB_RECURSE all RELATIVE "${folder}/all" "${folder}/all/*")
+    if(NOT both STREQUAL all)
+        message(FATAL_ERROR "The components are\n${both}\nand all is\n${all}")
+    endif()
+endfunction()
+
+# By g++ and pkg-config alone, from a folder that the installed tree was moved to.
+function(AHostApplicationLinksByPkgConfigAlone)
+    install_to("${folder}/prefix")
+    file(RENAME "${folder}/prefix" "${folder}/moved")
+    set(ENV{PKG_CONFIG_PATH} "${folder}/moved/lib/pkgconfig")
+    execute_process(
+        COMMAND pkg-config --cflags --libs corvane-tavi
+        OUTPUT_VARIABLE options OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY
+    )
+    separate_arguments(options UNIX_COMMAND "${options}")
+    set(example "${SOURCE_DIR}/examples/minimal")
+    run("${COMPILER}" -std=c++20 ${COMPILER_OPTIONS} "${example}/main.cpp" -o "${folder}/minimal_host" ${options})
+    file(COPY "${example}/UPI" DESTINATION "${folder}")
+    expect_output("${minimalRun}" "${folder}/minimal_host" "LD_LIBRARY_PATH=${folder}/moved/lib")
+
+    execute_process(
+        COMMAND pkg-config --modversion corvane-tavi OUTPUT_VARIABLE found OUTPUT_STRIP_TRAILING_WHITESPACE
+    )
+    if(NOT found STREQUAL VERSION)
+        message(FATAL_ERROR "pkg-config takes it for ${found}, not ${VERSION}")
+    endif()
+endfunction()
+
+# expect_host(<configuration> <folder of the program> <option>...): the host builds and runs, and tests and installs what is
+# its own and nothing else.
+function(expect_host configuration programs)
+    run(
+        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/tests/package/host" -B "${folder}/build" ${CONFIGURE_OPTIONS}
+        "-DCMAKE_BUILD_TYPE=${configuration}" "-DCORVANE_SOURCE=${SOURCE_DIR}" ${ARGN}
+    )
+    run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${configuration}")
+    expect_output("${minimalRun}" "${folder}/build/${programs}/host")
+
+    run_program("${tools}/ctest" --test-dir "${folder}/build" -C "${configuration}" -N)
+    if(NOT output MATCHES "Test #1: Host.Runs\n\nTotal Tests: 1\n")
+        message(FATAL_ERROR "The host's tests are\n${output}${errors}")
+    endif()
+
+    set(prefix "${folder}/installed")
+    run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${configuration}" --prefix "${prefix}")
+    file(GLOB_RECURSE files RELATIVE "${prefix}" "${prefix}/*")
+    if(NOT files STREQUAL "bin/host${EXECUTABLE_SUFFIX}")
+        message(FATAL_ERROR "What is installed is ${files}")
+    endif()
+endfunction()
+
+# BUILD_SHARED_LIBS is about the host's libraries: the wrapper stays a static one.
+function(AHostBuildsTheProjectAsASubfolder)
+    expect_host("${CONFIG}" programs -DBUILD_SHARED_LIBS=ON)
+
+    # It asks for installation: both libraries go along, and no program.
+    run("${CMAKE_COMMAND}" -DCORVANE_INSTALL=ON "${folder}/build")
+    set(prefix "${folder}/installed along")
+    run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${prefix}")
+    build_host(minimal "${prefix}" "${folder}/other")
+    expect_output("${minimalRun}" "${folder}/other/minimal_host")
+    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" bin/UPI share)
+        if(EXISTS "${prefix}/${path}")
+            message(FATAL_ERROR "${path} is installed along with the host")
+        endif()
+    endforeach()
+endfunction()
+
+# In another configuration, by a generator that has several of them where there is one.
+function(AHostFetchesTheProject)
+    set(programs programs)
+    if(Ninja IN_LIST CONFIGURE_OPTIONS)
+        list(TRANSFORM CONFIGURE_OPTIONS REPLACE "^Ninja$" "Ninja Multi-Config")
+        set(programs programs/Debug)
+    endif()
+    expect_host(Debug "${programs}" -DHOST_FETCHES=ON)
+endfunction()
+
+function(ASharedWrapperIsRefused)
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS} -DBUILD_SHARED_LIBS=ON
+        RESULT_VARIABLE status
+        OUTPUT_QUIET
+        ERROR_VARIABLE errors
+    )
+    string(REGEX REPLACE "[ \n]+" " " errors "${errors}")
+    if(status EQUAL 0 OR NOT errors MATCHES " BUILD_SHARED_LIBS cannot be ON: the wrapper is a static library, ")
+        message(FATAL_ERROR "Configuring ended with ${status} and said:\n${errors}")
+    endif()
 endfunction()
 
 # expect_member(<JSON text> <expected text> <key>...)
@@ -86,7 +201,6 @@ endfunction()
 function(TheExampleHostReportsASessionAndPrintsItsPayloads)
     install_to("${folder}/prefix")
     build_host(host "${folder}/prefix" "${folder}/host")
-    file(COPY "${folder}/prefix/bin/UPI" DESTINATION "${folder}/host")
     set(host ${EMULATOR} "${folder}/host/example_host${EXECUTABLE_SUFFIX}")
 
     run_program(${host})
@@ -218,7 +332,10 @@ endfunction()
 
 function(AnotherLibraryTakesTheStandInsPlace)
     install_to("${folder}/library")
-    file(REMOVE_RECURSE "${folder}/library/bin/UPI" "${folder}/library/lib/cmake" "${folder}/library/include/telemetry")
+    file(
+        REMOVE_RECURSE "${folder}/library/bin/UPI" "${folder}/library/lib/cmake" "${folder}/library/lib/pkgconfig"
+        "${folder}/library/include/telemetry"
+    )
     file(REMOVE "${folder}/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/library/lib/libCorvaneTavi.a")
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
@@ -240,7 +357,7 @@ function(AnotherLibraryTakesTheStandInsPlace)
     file(RENAME "${folder}/library" "${folder}/library elsewhere")
     expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test")
     build_host(minimal "${folder}/prefix" "${folder}/host")
-    expect_output("Reporting for undefined&undefined&undefined&undefined\n" "${folder}/host/minimal_host")
+    expect_output("${minimalRun}" "${folder}/host/minimal_host")
 endfunction()
 
 # expect_product_line(<folder of the program> <product line>): what the program there reports, by the faulty library's log.

@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# Makes the packages for Debian and installs them where there is nothing but the system's most necessary packages: in a
+# root of their own. There the program runs, and a host application builds by g++ and pkg-config.
+#
+#     debian_packages_test.sh SOURCE FOLDER GENERATOR COMPILER
+#
+# FOLDER is the test's own and is removed at the end. Exits with 77 where this cannot be done, and says why.
+set -euo pipefail
+source=$1 folder=$2 generator=$3 compiler=$4
+root=$folder/root
+
+skip() {
+    printf 'Skipped: %s\n' "$1"
+    exit 77
+}
+
+fail() {
+    printf '%s\n' "$1" >&2
+    exit 1
+}
+
+(($(id -u) == 0)) || skip "making a root takes root's permissions"
+for tool in apt-get debootstrap dpkg-shlibdeps unshare; do
+    command -v "$tool" >/dev/null || skip "$tool is missing"
+done
+# What is mounted for a command is gone when the command is, however it ends. A folder that serves as root is no mount, and
+# what is private cannot be made of it.
+own_mounts=(unshare --mount)
+"${own_mounts[@]}" true 2>/dev/null || own_mounts+=(--propagation unchanged)
+"${own_mounts[@]}" true 2>/dev/null || skip "mounting is not permitted here"
+
+in_root() {
+    "${own_mounts[@]}" sh -c '
+        mount -t proc proc "$0/proc" || exit
+        chroot "$0" env PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
+        status=$?
+        umount "$0/proc"
+        exit "$status"' "$root" "$@"
+}
+
+apt_install() {
+    in_root apt-get install -y --no-install-recommends "$@"
+}
+
+remove_folder() {
+    rm -rf --one-file-system "$folder"
+}
+remove_folder
+trap remove_folder EXIT
+trap 'exit 1' INT TERM
+umask 022
+mkdir -p "$root"
+
+cmake -S "$source" --preset deb -B "$folder/build" -G "$generator" -DCMAKE_CXX_COMPILER="$compiler"
+cmake --build "$folder/build"
+cpack --config "$folder/build/CPackConfig.cmake" -B "$folder/packages"
+
+suite=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
+mirror=$(apt-get indextargets --format '$(REPO_URI)' "Identifier: Packages" "Release: $suite" | sed 1q)
+"${own_mounts[@]}" debootstrap --variant=minbase "$suite" "$root" "${mirror:-http://deb.debian.org/debian}"
+apt-config dump Acquire >"$root/etc/apt/apt.conf.d/90acquire" # proxies and the like
+for file in /etc/resolv.conf /etc/hosts; do
+    [[ ! -e "$file" ]] || cp -L "$file" "$root$file"
+done
+cp "$folder"/packages/corvane-tavi_*.deb "$root/root/corvane-tavi.deb"
+cp "$folder"/packages/corvane-tavi-dev_*.deb "$root/root/corvane-tavi-dev.deb"
+cp -r "$source/examples/minimal" "$root/root/"
+
+apt_install /root/corvane-tavi.deb
+in_root cvtavi_test | diff "$source/tests/data/good_run.txt" - || fail "the program does not print what it should"
+for file in CHANGELOG.md events.html events.md; do
+    [[ -f "$root/usr/share/doc/corvane-tavi/$file" ]] || fail "$file is missing"
+done
+
+apt_install /root/corvane-tavi-dev.deb g++ pkg-config
+in_root sh -c 'cd /root/minimal && g++ -std=c++20 main.cpp -o host $(pkg-config --cflags --libs corvane-tavi)'
+expected='Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214'
+found=$(in_root /root/minimal/host)
+[[ "$found" == "$expected" ]] || fail "the host prints \"$found\""
+in_root sh -c '[ -f /usr/lib/$(g++ -print-multiarch)/cmake/CorvaneTavi/CorvaneTaviConfig.cmake ]' ||
+    fail "CMake's package is not where CMake looks"
+
+in_root apt-get purge -y corvane-tavi
+left=$(find "$root/usr" -iname '*tavi*')
+[[ -z "$left" ]] || fail "purging leaves $left"
