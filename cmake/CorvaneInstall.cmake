@@ -25,6 +25,16 @@ if(TARGET cvtavi_test)
     )
 endif()
 
+# A program that uses shared libraries finds them beside it: Mini-XML where it is one, and Visual C++'s run time.
+get_target_property(kind Mxml::Mxml TYPE)
+if(WIN32 AND kind STREQUAL "SHARED_LIBRARY")
+    install(IMPORTED_RUNTIME_ARTIFACTS Mxml::Mxml RUNTIME COMPONENT Runtime)
+endif()
+if(MSVC AND PROJECT_IS_TOP_LEVEL)
+    set(CMAKE_INSTALL_SYSTEM_RUNTIME_COMPONENT Runtime)
+    include(InstallRequiredSystemLibraries)
+endif()
+
 install(
     TARGETS CorvaneTavi
     EXPORT CorvaneTaviTargets

@@ -1,26 +1,59 @@
-# Finds Mini-XML, version 3 or 4, and defines the target Mxml::Mxml and Mxml_VERSION_MAJOR. A static library comes first, so
-# that programs need nothing of it where they run.
+# Finds Mini-XML, version 3 or 4, and defines the target Mxml::Mxml and Mxml_VERSION_MAJOR. Header and library are taken from
+# one place: those of two versions do not fit each other. A static library comes first, so that programs need nothing of it
+# where they run; where the library is a DLL, the target knows it.
+#
+# find_package(Mxml 3) passes over version 4 where that is installed beside version 3.
 
-find_path(Mxml_INCLUDE_DIR mxml.h)
-find_library(Mxml_LIBRARY NAMES libmxml.a mxml mxml4)
-mark_as_advanced(Mxml_INCLUDE_DIR Mxml_LIBRARY)
+block(PROPAGATE Mxml_FOUND Mxml_VERSION_MAJOR)
+    set(folderOfVersion4 libmxml4)
+    if(Mxml_FIND_VERSION_MAJOR EQUAL 3)
+        set(folderOfVersion4 "")
+    endif()
+    find_path(Mxml_INCLUDE_DIR mxml.h PATH_SUFFIXES ${folderOfVersion4})
 
-if(Mxml_INCLUDE_DIR)
-    file(STRINGS "${Mxml_INCLUDE_DIR}/mxml.h" versionLine REGEX "define[ \t]+MXML_MAJOR_VERSION")
-    string(REGEX MATCH "[0-9]+" Mxml_VERSION_MAJOR "${versionLine}")
-endif()
-
-include(FindPackageHandleStandardArgs)
-find_package_handle_standard_args(
-    Mxml
-    REQUIRED_VARS Mxml_LIBRARY Mxml_INCLUDE_DIR
-    REASON_FAILURE_MESSAGE
-        "Mini-XML is missing. On Debian it is the package libmxml-dev. For mingw-w64, scripts/windows-libraries.sh builds it."
-)
-
-if(Mxml_FOUND AND NOT TARGET Mxml::Mxml)
-    add_library(Mxml::Mxml UNKNOWN IMPORTED)
-    set_target_properties(
-        Mxml::Mxml PROPERTIES IMPORTED_LOCATION "${Mxml_LIBRARY}" INTERFACE_INCLUDE_DIRECTORIES "${Mxml_INCLUDE_DIR}"
+    set(place "")
+    set(names libmxml.a mxml mxml1)
+    set(reason "Mini-XML is missing. On Debian it is the package libmxml-dev. For mingw-w64, scripts/windows-libraries.sh \
+builds it."
     )
-endif()
+    if(Mxml_INCLUDE_DIR)
+        file(STRINGS "${Mxml_INCLUDE_DIR}/mxml.h" versionLine REGEX "define[ \t]+MXML_MAJOR_VERSION")
+        string(REGEX MATCH "[0-9]+" Mxml_VERSION_MAJOR "${versionLine}")
+        string(REGEX REPLACE "/include(/libmxml4)?/?$" "" place "${Mxml_INCLUDE_DIR}")
+        if(Mxml_INCLUDE_DIR MATCHES "/libmxml4/?$")
+            set(names libmxml4.a mxml4)
+        elseif(Mxml_VERSION_MAJOR EQUAL 4)
+            set(names libmxml4.a mxml4 libmxml.a mxml)
+        endif()
+    endif()
+
+    set(thereOnly PATHS "${place}" NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+    find_library(Mxml_LIBRARY NAMES ${names} ${thereOnly} PATH_SUFFIXES lib "lib/${CMAKE_LIBRARY_ARCHITECTURE}" lib64)
+    mark_as_advanced(Mxml_INCLUDE_DIR Mxml_LIBRARY)
+
+    cmake_path(IS_PREFIX place "${Mxml_LIBRARY}" NORMALIZE inOnePlace)
+    if(Mxml_INCLUDE_DIR AND NOT inOnePlace)
+        set(reason "The header of Mini-XML, ${Mxml_INCLUDE_DIR}/mxml.h, has no library in its place, ${place}: \
+Mxml_LIBRARY is ${Mxml_LIBRARY}."
+        )
+    endif()
+    include(FindPackageHandleStandardArgs)
+    find_package_handle_standard_args(
+        Mxml REQUIRED_VARS Mxml_LIBRARY Mxml_INCLUDE_DIR inOnePlace REASON_FAILURE_MESSAGE "${reason}"
+    )
+
+    if(Mxml_FOUND AND NOT TARGET Mxml::Mxml)
+        set(dll "")
+        if(WIN32)
+            find_file(dll NAMES mxml4.dll libmxml4.dll mxml1.dll libmxml.dll ${thereOnly} PATH_SUFFIXES bin NO_CACHE)
+        endif()
+        if(dll)
+            add_library(Mxml::Mxml SHARED IMPORTED)
+            set_target_properties(Mxml::Mxml PROPERTIES IMPORTED_LOCATION "${dll}" IMPORTED_IMPLIB "${Mxml_LIBRARY}")
+        else()
+            add_library(Mxml::Mxml UNKNOWN IMPORTED)
+            set_target_properties(Mxml::Mxml PROPERTIES IMPORTED_LOCATION "${Mxml_LIBRARY}")
+        endif()
+        set_target_properties(Mxml::Mxml PROPERTIES INTERFACE_INCLUDE_DIRECTORIES "${Mxml_INCLUDE_DIR}")
+    endif()
+endblock()

@@ -16,7 +16,7 @@ find_library(
     PATH_SUFFIXES lib lib64 "lib/${CMAKE_LIBRARY_ARCHITECTURE}"
 )
 if(WIN32)
-    set(linkLibrary "lib/TaviSDKWrapper.lib (or libTaviSDKWrapper.dll.a)")
+    set(linkLibrary "lib/${CMAKE_IMPORT_LIBRARY_PREFIX}TaviSDKWrapper${CMAKE_IMPORT_LIBRARY_SUFFIX}")
     set(TaviSDKWrapper_RUNTIME "${TaviSDKWrapper_ROOT}/bin/TaviSDKWrapper.dll")
     if(NOT EXISTS "${TaviSDKWrapper_RUNTIME}")
         list(APPEND missing "bin/TaviSDKWrapper.dll")

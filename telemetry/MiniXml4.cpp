@@ -1,6 +1,7 @@
 #include <telemetry/MiniXml.h>
 
 #include <memory>
+#include <string_view>
 
 namespace Corvane
 {
@@ -11,12 +12,20 @@ namespace
 // Without a callback Mini-XML reports on the error stream.
 void IgnoreError(void*, const char*) {}
 
+// Of the five entities that XML predefines, the one that Mini-XML 4 does not know itself. -1, for any other name, ends
+// the reading.
+int CharacterOf(void*, const char* entity)
+{
+    return std::string_view(entity) == "apos" ? '\'' : -1;
+}
+
 } // namespace
 
 mxml_node_t* LoadXmlFile(std::FILE* file)
 {
     const std::unique_ptr<mxml_options_t, decltype(&mxmlOptionsDelete)> options(mxmlOptionsNew(), &mxmlOptionsDelete);
     mxmlOptionsSetErrorCallback(options.get(), &IgnoreError, nullptr);
+    mxmlOptionsSetEntityCallback(options.get(), &CharacterOf, nullptr);
     return mxmlLoadFile(nullptr, options.get(), file);
 }
 

@@ -310,6 +310,15 @@ TEST(UpiProductInfo, EntitiesAndUtf8AreRead)
               (Identifiers{"a & <b> \"c\"", "M\xC3\xBCnchen \xE6\xA8\xA1\xE5\x85\xB7", "undefined", "\xC3\xBC"}));
 }
 
+TEST(UpiProductInfo, ThePredefinedEntitiesAndCharacterReferencesAreReadAndNoOthers)
+{
+    EXPECT_EQ(Read(Level("productline", "&amp;&lt;&gt;&quot;&apos;",
+                         Level("release", "&#65;&#39;&#8364;", Level("master", "&#x41;&#x27;&#x20AC;&#x1F600;")))),
+              (Identifiers{"&<>\"'", "A'\xE2\x82\xAC", "A'\xE2\x82\xAC\xF0\x9F\x98\x80", "undefined"}));
+    for (const char* const unknown : {"&apo;", "&aposs;", "&APOS;", "&;"})
+        EXPECT_EQ(Read(Level("productline", "P", Level("build", unknown))), Undefined) << unknown;
+}
+
 TEST(UpiProductInfo, TwoThousandNestedLevelsAreRead)
 {
     std::string before;

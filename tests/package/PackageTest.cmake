@@ -17,21 +17,27 @@ function(expect_file path)
 endfunction()
 
 # The program's own folder, the library's, and this system's C library with what it depends on itself: nothing else may be
-# asked for.
+# asked for. Visual Studio has no objdump.
 function(expect_no_other_libraries)
+    set(command "${OBJDUMP}" -p)
+    if(NOT OBJDUMP)
+        set(command dumpbin -nologo -dependents)
+    endif()
     foreach(binary IN LISTS ARGN)
-        execute_process(
-            COMMAND "${OBJDUMP}" -p "${binary}" OUTPUT_VARIABLE headers ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY
-        )
-        string(REGEX MATCHALL "(NEEDED +|DLL Name: )[^ \n]+" libraries "${headers}")
+        execute_process(COMMAND ${command} "${binary}" OUTPUT_VARIABLE headers ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+        get_filename_component(place "${binary}" DIRECTORY)
+        string(REGEX MATCHALL "(NEEDED +|DLL Name: |\n    )[^ \n]+\\.(so|dll|DLL)[^ \n]*" libraries "${headers}")
         if(NOT libraries)
             message(FATAL_ERROR "${binary} asks for no library at all")
         endif()
         foreach(library IN LISTS libraries)
             string(REGEX REPLACE "^.* " "" library "${library}")
+            if(SYSTEM STREQUAL "Windows" AND EXISTS "${place}/${library}")
+                continue() # packed along
+            endif()
             string(TOLOWER "${library}" library)
             if(NOT library MATCHES
-               "^(libc\\.so\\.6|libgcc_s\\.so\\.1|libm\\.so\\.6|ld-linux.*|kernel32\\.dll|msvcrt\\.dll|shlwapi\\.dll|(lib)?tavisdkwrapper.*)$"
+               "^(libc\\.so\\.6|libgcc_s\\.so\\.1|libm\\.so\\.6|ld-linux.*|kernel32\\.dll|msvcrt\\.dll|api-ms-win-crt-.*|shlwapi\\.dll|(lib)?tavisdkwrapper.*)$"
             )
                 message(FATAL_ERROR "${binary} asks for ${library}")
             endif()
@@ -55,7 +61,8 @@ function(build_host example prefix build)
     )
     run("${CMAKE_COMMAND}" --build "${build}" --config "${CONFIG}")
     if(SYSTEM STREQUAL "Windows")
-        file(COPY "${prefix}/bin/TaviSDKWrapper.dll" DESTINATION "${build}")
+        file(GLOB libraries "${prefix}/bin/*.dll")
+        file(COPY ${libraries} DESTINATION "${build}")
     endif()
 endfunction()
 
@@ -312,6 +319,58 @@ function(APackageOfAnotherMajorVersionIsNotTaken)
     endif()
 endfunction()
 
+# make_mini_xml(<prefix> <major version> [LIBRARY]): what is looked for of a Mini-XML, and no more: its header and, on demand,
+# its library under all of its names.
+function(make_mini_xml prefix version)
+    file(WRITE "${prefix}/include/mxml.h" "#  define MXML_MAJOR_VERSION\t${version}\n")
+    if("LIBRARY" IN_LIST ARGN)
+        foreach(name IN ITEMS libmxml.a libmxml4.a mxml.lib mxml4.lib)
+            file(WRITE "${prefix}/lib/${name}" "")
+        endforeach()
+    endif()
+endfunction()
+
+# expect_refusal(<text> <source folder> <option>...): configuring fails, and says so.
+function(expect_refusal text source)
+    file(REMOVE_RECURSE "${folder}/build")
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -S "${source}" -B "${folder}/build" ${CONFIGURE_OPTIONS} ${ARGN}
+        RESULT_VARIABLE status
+        OUTPUT_QUIET
+        ERROR_VARIABLE errors
+    )
+    string(REGEX REPLACE "[ \n]+" " " errors "${errors}")
+    string(FIND "${errors}" "${text}" place)
+    if(status EQUAL 0 OR place EQUAL -1)
+        message(FATAL_ERROR "Configuring with ${ARGN} ended with ${status} and said:\n${errors}\nnot:\n${text}")
+    endif()
+endfunction()
+
+function(APackageThatWasBuiltWithAnotherMiniXmlIsNotTaken)
+    install_to("${folder}/prefix")
+    math(EXPR other "7 - ${MXML_VERSION}")
+    make_mini_xml("${folder}/other" ${other} LIBRARY)
+    expect_refusal(
+        "built with Mini-XML ${MXML_VERSION}, and what is found is Mini-XML ${other}, in ${folder}/other/include."
+        "${SOURCE_DIR}/examples/minimal" "-DCorvaneTavi_DIR=${folder}/prefix/lib/cmake/CorvaneTavi"
+        "-DMxml_INCLUDE_DIR=${folder}/other/include"
+    )
+endfunction()
+
+# This system has a library as well, which does not fit the header.
+function(MiniXmlsHeaderAndLibraryAreTakenFromOnePlace)
+    make_mini_xml("${folder}/alone" 4)
+    expect_refusal(
+        "${folder}/alone/include/mxml.h, has no library in its place, ${folder}/alone: " "${SOURCE_DIR}"
+        "-DMxml_INCLUDE_DIR=${folder}/alone/include"
+    )
+    make_mini_xml("${folder}/elsewhere" 4 LIBRARY)
+    expect_refusal(
+        "Mxml_LIBRARY is ${folder}/elsewhere/lib/libmxml4.a." "${SOURCE_DIR}"
+        "-DMxml_INCLUDE_DIR=${folder}/alone/include" "-DMxml_LIBRARY=${folder}/elsewhere/lib/libmxml4.a"
+    )
+endfunction()
+
 function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
     run("${tools}/cpack" --config "${BUILD_DIR}/CPackConfig.cmake" -C "${CONFIG}" -B "${folder}/packed")
     if(SYSTEM STREQUAL "Windows")
@@ -326,7 +385,9 @@ function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
     file(ARCHIVE_EXTRACT INPUT "${archives}" DESTINATION "${folder}/some where")
     file(GLOB unpacked "${folder}/some where/*")
     expect_output("${goodRun}" "${unpacked}/bin/cvtavi_test" --unset=LD_LIBRARY_PATH)
-    file(GLOB binaries "${unpacked}/bin/cvtavi_test*" "${unpacked}/bin/*.dll" "${unpacked}/lib/*.so")
+    file(GLOB binaries "${unpacked}/bin/cvtavi_test*" "${unpacked}/bin/*TaviSDK*.dll" "${unpacked}/bin/*mxml*.dll"
+         "${unpacked}/lib/*.so"
+    )
     expect_no_other_libraries(${binaries})
 endfunction()
 
@@ -336,7 +397,7 @@ function(AnotherLibraryTakesTheStandInsPlace)
         REMOVE_RECURSE "${folder}/library/bin/UPI" "${folder}/library/lib/cmake" "${folder}/library/lib/pkgconfig"
         "${folder}/library/include/telemetry"
     )
-    file(REMOVE "${folder}/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/library/lib/libCorvaneTavi.a")
+    file(REMOVE "${folder}/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/library/${STATIC_LIBRARY}")
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
         "-DTAVI_SDK_DIR=${folder}/library"
@@ -415,7 +476,7 @@ function(WhatTheFolderOfALibraryLacksIsSaid)
     install_to("${folder}/library")
     set(files include/TaviDesktopSDK/TaviDesktopSDK.h)
     if(SYSTEM STREQUAL "Windows")
-        list(APPEND files bin/TaviSDKWrapper.dll lib/libTaviSDKWrapper.dll.a)
+        list(APPEND files bin/TaviSDKWrapper.dll "${IMPORT_LIBRARY}")
     else()
         list(APPEND files lib/libTaviSDKWrapper.so)
     endif()
