@@ -13,6 +13,7 @@
 
 #include "CatalogueModel.h"
 #include "Program.h"
+#include "Utf8Path.h"
 
 using nlohmann::json;
 
@@ -28,7 +29,7 @@ using Payloads = std::map<std::string, json>; // by reporting method
 Payloads KeptPayloads()
 {
     Payloads payloads;
-    std::istringstream lines(ReadFile(SOURCE_DIR "/docs/events.md"));
+    std::istringstream lines(ReadFile(PathOf(SOURCE_DIR "/docs/events.md")));
     std::string method;
     std::string block;
     bool inBlock = false;
@@ -78,7 +79,7 @@ Payloads SentPayloads()
 std::map<std::string, int> CallsInTheCatalogue()
 {
     std::map<std::string, int> calls;
-    const std::string source = ReadFile(SOURCE_DIR "/harness/Catalogue.cpp");
+    const std::string source = ReadFile(PathOf(SOURCE_DIR "/harness/Catalogue.cpp"));
     const std::regex call(R"((?:tavi|Instance\(\))\.(\w+)\()");
     for (std::sregex_iterator match(source.begin(), source.end(), call), end; match != end; ++match)
         ++calls[(*match)[1]];
@@ -88,7 +89,7 @@ std::map<std::string, int> CallsInTheCatalogue()
 std::vector<std::string> PublicMethods()
 {
     std::vector<std::string> methods;
-    const std::string header = ReadFile(SOURCE_DIR "/telemetry/CorvaneTavi.h");
+    const std::string header = ReadFile(PathOf(SOURCE_DIR "/telemetry/CorvaneTavi.h"));
     const std::size_t begin = header.find("public:");
     const std::string declarations = header.substr(begin, header.find("private:") - begin);
     const std::regex declaration(R"(\n    (?:static )?[\w:]+[ &]+(\w+)\()");

@@ -10,6 +10,7 @@
 
 #include "CatalogueModel.h"
 #include "Program.h"
+#include "Utf8Path.h"
 
 using nlohmann::json;
 
@@ -54,7 +55,7 @@ TEST(Program, TheKeptOutputIsAPassForEachTestAndTheSummary)
 
 TEST(Program, TheBuiltProgramRunsWhereItWasBuilt)
 {
-    const Outcome run = RunProgram({.program = PROGRAM_FILE, .workingFolder = "/"});
+    const Outcome run = RunProgram({.program = PathOf(PROGRAM_FILE), .workingFolder = "/"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, GoodRun());
 }
@@ -78,7 +79,7 @@ TEST(Program, TheProductFileIsFoundThroughARelativePath)
 {
     const ProgramCopy copy(ProgramCopy::Library::Faulty, "here");
     const Outcome run = RunProgram({.program = std::filesystem::path("../here/bin") / copy.Executable().filename(),
-                                    .environment = {{"TAVI_FAULT_LOG", copy.LogFile().string()}},
+                                    .environment = {{"TAVI_FAULT_LOG", Utf8Of(copy.LogFile())}},
                                     .workingFolder = copy.Folder().Path() / "here"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(copy.ReportedProduct().value("product_line_name", ""), "CVSTUDIO");

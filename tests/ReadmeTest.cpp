@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Program.h"
+#include "Utf8Path.h"
 
 namespace
 {
@@ -36,15 +37,16 @@ std::vector<std::string> LinesOf(const std::string& text)
 
 TEST(Readme, ShowsTheMinimalHostApplicationAsItIs)
 {
-    const std::string readme = ReadFile(SOURCE_DIR "/README.md");
-    EXPECT_NE(readme.find("```cpp\n" + ReadFile(SOURCE_DIR "/examples/minimal/main.cpp") + "```\n"), std::string::npos);
-    EXPECT_NE(readme.find("```cmake\n" + ReadFile(SOURCE_DIR "/examples/minimal/CMakeLists.txt") + "```\n"),
+    const std::string readme = ReadFile(PathOf(SOURCE_DIR "/README.md"));
+    EXPECT_NE(readme.find("```cpp\n" + ReadFile(PathOf(SOURCE_DIR "/examples/minimal/main.cpp")) + "```\n"),
+              std::string::npos);
+    EXPECT_NE(readme.find("```cmake\n" + ReadFile(PathOf(SOURCE_DIR "/examples/minimal/CMakeLists.txt")) + "```\n"),
               std::string::npos);
 }
 
 TEST(Readme, OpensWithAPictureOfAGoodRun)
 {
-    const std::string readme = ReadFile(SOURCE_DIR "/README.md");
+    const std::string readme = ReadFile(PathOf(SOURCE_DIR "/README.md"));
     EXPECT_LT(readme.find("](docs/run.svg)"), readme.find("\n\n", readme.find("\n\n") + 2));
 
     // The first three tests and the last one; a title and a verdict each.
@@ -58,5 +60,5 @@ TEST(Readme, OpensWithAPictureOfAGoodRun)
                     {"$ scripts/run.sh", "[1/4] Looking for missing packages", "[2/4] Configuring in build/run",
                      "[3/4] Building", "[4/4] Running build/run/bin/cvtavi_test"});
     expected.emplace_back("$");
-    EXPECT_EQ(LinesOfThePicture(ReadFile(SOURCE_DIR "/docs/run.svg")), expected);
+    EXPECT_EQ(LinesOfThePicture(ReadFile(PathOf(SOURCE_DIR "/docs/run.svg"))), expected);
 }

@@ -10,6 +10,7 @@
 
 #include "SharedLibrary.h"
 #include "TemporaryFolder.h"
+#include "Utf8Path.h"
 
 namespace
 {
@@ -367,7 +368,7 @@ TEST(UpiProductInfo, TheModuleGivesItsFolderAlone)
 
 TEST(UpiProductInfo, InASharedLibraryTheModuleIsThatLibrary)
 {
-    const std::filesystem::path library(MODULE_FILE);
+    const std::filesystem::path library = PathOf(MODULE_FILE);
     const auto moduleFolder = reinterpret_cast<const wchar_t* (*)()>(FunctionOf(library, "ModuleProbeFolder"));
     ASSERT_NE(moduleFolder, nullptr);
     const wchar_t* const folder = moduleFolder();

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "Utf8Path.h"
+
 namespace
 {
 
@@ -50,7 +52,7 @@ std::wstring Text(const std::vector<std::byte>& resource, const std::wstring& na
 TEST(Version, ThePropertiesOfTheProgramAndTheLibraryShowTheProjects)
 {
     const std::wstring version(VERSION, VERSION + sizeof VERSION - 1);
-    for (const std::filesystem::path file : {PROGRAM_FILE, STAND_IN_FILE})
+    for (const std::filesystem::path& file : {PathOf(PROGRAM_FILE), PathOf(STAND_IN_FILE)})
     {
         const std::vector<std::byte> resource = VersionResource(file);
         ASSERT_FALSE(resource.empty()) << file;

@@ -13,6 +13,7 @@
 #include <telemetry/FacetFields.h>
 #include <telemetry/Vocabulary.h>
 
+#include "Utf8Path.h"
 #include "VocabularySource.h"
 
 namespace
@@ -20,7 +21,7 @@ namespace
 
 std::string Contents(const char* path)
 {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     EXPECT_TRUE(file) << path;
     return {std::istreambuf_iterator<char>(file), {}};
 }

@@ -1,6 +1,7 @@
 #include "OwnHeap.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -20,10 +21,11 @@ constexpr std::uint64_t MarkOf(const char* owner)
 // HEAP_OWNER names the module, and no block has HEAP_LIMIT bytes or more: both are set for each module.
 constexpr std::uint64_t Mark = MarkOf(HEAP_OWNER);
 
-// Before every block; its size keeps what follows aligned.
+// Before every block; its size, of which nothing is left to padding, keeps what follows aligned.
 struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Header
 {
     std::uint64_t mark;
+    std::byte unused[__STDCPP_DEFAULT_NEW_ALIGNMENT__ - sizeof(std::uint64_t)];
 };
 
 std::atomic<std::size_t> blockCount = 0;

@@ -1,4 +1,5 @@
 #include "Program.h"
+#include "Utf8Path.h"
 
 #include <fstream>
 #include <iterator>
@@ -9,21 +10,21 @@ std::string ReadFile(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
-        throw std::runtime_error("cannot read " + file.string());
+        throw std::runtime_error("cannot read " + Utf8Of(file));
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 const std::string& GoodRun()
 {
-    static const std::string text = ReadFile(TEST_DATA_DIR "/good_run.txt");
+    static const std::string text = ReadFile(PathOf(TEST_DATA_DIR "/good_run.txt"));
     return text;
 }
 
 ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder)
 {
     // The macros are the built files, and where the library lies from the program's folder.
-    const std::filesystem::path program(PROGRAM_FILE);
-    const std::filesystem::path sdk(library == Library::StandIn ? STAND_IN_FILE : FAULTY_LIBRARY_FILE);
+    const std::filesystem::path program = PathOf(PROGRAM_FILE);
+    const std::filesystem::path sdk = PathOf(library == Library::StandIn ? STAND_IN_FILE : FAULTY_LIBRARY_FILE);
     const std::filesystem::path bin = temporary.Path() / folder / "bin";
     const std::filesystem::path libraryFolder = (bin / LIBRARY_FOLDER).lexically_normal();
     std::filesystem::create_directories(bin / "UPI");
@@ -32,6 +33,10 @@ ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder)
     std::filesystem::copy_file(program, executable);
     std::filesystem::copy_file(program.parent_path() / "UPI" / "upiconfig.xml", ProductFile());
     std::filesystem::copy_file(sdk, libraryFolder / sdk.filename());
+    // Where other libraries are shared, on Windows, they lie beside the program.
+    for (const std::filesystem::path& file : std::filesystem::directory_iterator(program.parent_path()))
+        if (file.extension() == ".dll")
+            std::filesystem::copy_file(file, bin / file.filename(), std::filesystem::copy_options::skip_existing);
 }
 
 Outcome ProgramCopy::Run(const std::string& script, OutputTo output) const
@@ -40,7 +45,7 @@ Outcome ProgramCopy::Run(const std::string& script, OutputTo output) const
     std::filesystem::remove(LogFile());
     return RunProgram(
         {.program = executable,
-         .environment = {{"TAVI_FAULT_SCRIPT", scriptFile.string()}, {"TAVI_FAULT_LOG", LogFile().string()}},
+         .environment = {{"TAVI_FAULT_SCRIPT", Utf8Of(scriptFile)}, {"TAVI_FAULT_LOG", Utf8Of(LogFile())}},
          .workingFolder = temporary.Path(),
          .output = output});
 }

@@ -1,4 +1,5 @@
 #include "TemporaryFolder.h"
+#include "Utf8Path.h"
 
 #include <fstream>
 #include <random>
@@ -27,6 +28,6 @@ std::filesystem::path TemporaryFolder::Write(const std::filesystem::path& name, 
     std::ofstream stream(file, std::ios::binary);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!stream.flush())
-        throw std::runtime_error("cannot write " + file.string());
+        throw std::runtime_error("cannot write " + Utf8Of(file));
     return file;
 }

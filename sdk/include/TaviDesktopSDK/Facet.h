@@ -10,6 +10,12 @@
 #include <TaviDesktopSDK/JsonValue.h>
 #include <TaviDesktopSDK/TaviString.h>
 
+// Facets hold a value, of whose class cl asks that it be exported as a whole. All of it that is not inline is.
+#if defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4251)
+#endif
+
 namespace Veltrane::TaviDesktopSDK::Facet
 {
 
@@ -167,3 +173,7 @@ private:
 };
 
 } // namespace Veltrane::TaviDesktopSDK::Facet
+
+#if defined(_MSC_VER)
+#pragma warning(pop)
+#endif

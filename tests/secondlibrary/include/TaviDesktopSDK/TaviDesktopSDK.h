@@ -96,6 +96,12 @@ private:
 
 static_assert(sizeof(TaviString) == sizeof(void*) && sizeof(JsonValue) == sizeof(void*));
 
+// Facets hold a value, of whose class cl asks that it be exported as a whole. All of it that is not inline is.
+#if defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4251)
+#endif
+
 namespace Facet
 {
 
@@ -227,6 +233,10 @@ private:
 };
 
 } // namespace Facet
+
+#if defined(_MSC_VER)
+#pragma warning(pop)
+#endif
 
 SECOND_LIBRARY_API int Initialize(const Facet::Product& product, TaviString& hostProduct);
 SECOND_LIBRARY_API bool SetHostProduct(const TaviString& hostProduct);
