@@ -27,7 +27,7 @@ Reports a session of a host application: documents, a mesh, an analysis, a repor
 enum ExitStatus : int
 {
     Reported = 0,
-    NoTestMode = 1,
+    Failed = 1, // no test mode, or output that cannot be written
     BadOption = 2,
 };
 
@@ -118,9 +118,7 @@ bool StartPrinting(const TaviString& productKey)
     return status == 0;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+ExitStatus Run(int argc, char** argv)
 {
     bool print = false;
     for (int i = 1; i < argc; ++i)
@@ -141,11 +139,23 @@ int main(int argc, char** argv)
 
     CorvaneTavi& tavi = CorvaneTavi::Instance();
     if (print && !StartPrinting(LibraryText(tavi.GetProductKey())))
-        return NoTestMode;
+        return Failed;
     if (!print)
         std::cout << "Reporting for " << tavi.GetProductKey() << std::endl;
     ReportSession(tavi);
     if (!print)
         std::cout << "Reported; --print shows what is sent" << std::endl;
     return Reported;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const ExitStatus status = Run(argc, argv);
+    std::cout.flush();
+    if (std::cout.good())
+        return status;
+    std::cerr << "example_host: standard output cannot be written\n";
+    return Failed;
 }
