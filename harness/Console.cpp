@@ -79,3 +79,51 @@ Utf8Console::~Utf8Console()
     std::wcout.flush();
     std::wcout.rdbuf(previous);
 }
+
+class StandardOutput::Buffer : public std::streambuf
+{
+public:
+    std::error_code Failure() const { return failure; }
+
+protected:
+    int_type overflow(int_type unit) override
+    {
+        // Nobody calls this without a character.
+        pending += traits_type::to_char_type(unit);
+        return traits_type::not_eof(unit);
+    }
+
+    std::streamsize xsputn(const char* text, std::streamsize count) override
+    {
+        pending.append(text, static_cast<std::size_t>(count));
+        return count;
+    }
+
+    int sync() override
+    {
+        const std::string text = std::exchange(pending, {});
+        if (!failure)
+            failure = system.Write(text);
+        return failure ? -1 : 0;
+    }
+
+private:
+    SystemConsole system;
+    std::string pending;
+    std::error_code failure;
+};
+
+StandardOutput::StandardOutput() : buffer(std::make_unique<Buffer>()), previous(std::cout.rdbuf(buffer.get())) {}
+
+StandardOutput::~StandardOutput()
+{
+    Flush();
+    std::cout.rdbuf(previous);
+}
+
+std::error_code StandardOutput::Flush()
+{
+    std::wcout.flush();
+    buffer->pubsync();
+    return buffer->Failure();
+}

@@ -1,11 +1,15 @@
+#include <iostream>
+#include <string>
+
 #include <harness/Console.h>
 #include <harness/Driver.h>
 #include <harness/ExitStatus.h>
-#include <harness/SystemConsole.h>
 
 int main()
 {
-    const SystemConsole console;
-    const Utf8Console wideOutput;
-    return ExitStatus(RunDriver());
+    StandardOutput output;
+    const int status = RunDriver();
+    if (const std::error_code failure = output.Flush())
+        std::cerr << "cvtavi_test: standard output cannot be written: " + failure.message() + "\n";
+    return ExitStatus(status);
 }

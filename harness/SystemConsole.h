@@ -1,8 +1,12 @@
-// What a system's console needs, so that UTF-8 shows as it is meant.
+// The system's side of standard output: a console that shows UTF-8 as it is meant, and the way of bytes to it.
 #pragma once
 
+#include <string_view>
+#include <system_error>
+
 // While it lives, a console or terminal at standard output takes UTF-8; afterwards what it took before. Constructed
-// before the program's first output. Of no effect on a pipe or a file.
+// before the program's first output and before any file is opened: a standard output that is closed by then stays
+// closed, whoever gets its number.
 class SystemConsole
 {
 public:
@@ -11,6 +15,11 @@ public:
     SystemConsole(const SystemConsole&) = delete;
     SystemConsole& operator=(const SystemConsole&) = delete;
 
+    // Writes all of `text`, with the system's line ends; an output that takes nothing for the moment is waited for.
+    // Returns the system's error when the output takes no more. A reader that has gone away ends nobody.
+    std::error_code Write(std::string_view text);
+
 private:
+    [[maybe_unused]] void* output = nullptr;
     [[maybe_unused]] unsigned previousCodePage = 0;
 };

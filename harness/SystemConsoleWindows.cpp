@@ -1,27 +1,64 @@
 #include <harness/SystemConsole.h>
 
-#include <fcntl.h>
-#include <io.h>
 #include <windows.h>
 
-#include <cstdio>
+#include <algorithm>
+#include <string>
+
+namespace
+{
+
+std::string WithWindowsLineEnds(std::string_view text)
+{
+    std::string result;
+    for (const char character : text)
+        result.append(character == '\n' ? "\r" : "").append(1, character);
+    return result;
+}
+
+} // namespace
 
 SystemConsole::SystemConsole()
 {
+    const HANDLE inherited = GetStdHandle(STD_OUTPUT_HANDLE);
+    if (GetFileType(inherited) == FILE_TYPE_UNKNOWN)
+        return; // closed: the next file could get the handle
+    output = inherited;
     DWORD mode = 0;
-    if (GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) == 0)
+    if (GetConsoleMode(output, &mode) == 0)
         return; // not a console
     previousCodePage = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
-    // The run time's text mode, and output without a buffer, take a character's bytes apart on their way to a console.
-    _setmode(_fileno(stdout), _O_BINARY);
-    static_cast<void>(std::setvbuf(stdout, nullptr, _IOFBF, 1 << 16));
 }
 
 SystemConsole::~SystemConsole()
 {
-    if (previousCodePage == 0)
-        return;
-    static_cast<void>(std::fflush(stdout));
-    SetConsoleOutputCP(previousCodePage);
+    if (previousCodePage != 0)
+        SetConsoleOutputCP(previousCodePage);
+}
+
+std::error_code SystemConsole::Write(std::string_view text)
+{
+    const bool isConsole = previousCodePage != 0;
+    const std::string bytes = isConsole ? std::string(text) : WithWindowsLineEnds(text);
+    constexpr std::size_t most = 1U << 30;
+    std::size_t piece = most;
+    for (std::size_t written = 0; written != bytes.size();)
+    {
+        DWORD count = 0;
+        piece = std::min(piece, bytes.size() - written);
+        if (WriteFile(output, bytes.data() + written, static_cast<DWORD>(piece), &count, nullptr) == 0)
+            return {static_cast<int>(GetLastError()), std::system_category()};
+        if (count == 0)
+        {
+            // A pipe that does not wait takes nothing for the moment, or never so much at once.
+            piece = std::max<std::size_t>(piece / 2, 1);
+            Sleep(1);
+            continue;
+        }
+        // Some consoles count the characters.
+        written += isConsole ? piece : count;
+        piece = most;
+    }
+    return {};
 }

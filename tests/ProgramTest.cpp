@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -37,6 +38,8 @@ TEST(Program, AGoodRunPrintsTheKeptOutputIntoAFileAPipeAndATerminal)
     const ProgramCopy copy(ProgramCopy::Library::StandIn);
     for (const OutputTo output : {OutputTo::File, OutputTo::Pipe, OutputTo::Terminal})
     {
+        if (output == OutputTo::Terminal && !HasTerminals())
+            GTEST_SKIP() << WithoutTerminals;
         const Outcome run = copy.Run("{}", output);
         EXPECT_EQ(run.status, 0);
         EXPECT_EQ(run.output, GoodRun());
@@ -158,9 +161,48 @@ TEST(Program, MismatchesBeyondAsciiArriveCompleteInAFileAPipeAndATerminal)
 
     for (const OutputTo output : {OutputTo::File, OutputTo::Pipe, OutputTo::Terminal})
     {
+        if (output == OutputTo::Terminal && !HasTerminals())
+            GTEST_SKIP() << WithoutTerminals;
         const Outcome run = copy.Run(script.dump(), output);
         EXPECT_EQ(run.status, 1);
         EXPECT_EQ(run.output, expected);
         EXPECT_EQ(run.errors, "");
     }
+}
+
+TEST(Program, OutputThatCannotBeWrittenIsOneLineOnTheErrorStreamAndTheStatusStays)
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    const struct
+    {
+        json script;
+        int status;
+    } rows[] = {
+        {json::object(), 0},
+        {{{"TrackEvent", {{"1", {{"payload", json::object()}}}}}}, 1},
+        {{{"SetTestingFlags", {{"1", {{"status", 7}}}}}}, 7},
+    };
+    for (const auto& [output, error] : BrokenOutputs())
+        for (const auto& row : rows)
+        {
+            const Outcome run = copy.Run(row.script.dump(), output);
+            EXPECT_EQ(run.errors, "cvtavi_test: standard output cannot be written: " +
+                                      std::system_category().message(error) + "\n");
+            EXPECT_EQ(run.status, row.status) << run.errors << row.script;
+        }
+}
+
+TEST(Program, AnOutputThatTakesNothingForTheMomentGetsEveryLine)
+{
+    const json payload = {{"component_name", std::string(20'000, 'n')},
+                          {"component_attributes", {{"\xC3\xBC", std::string(5'000, 'v')}}}};
+    const json script = {{"TrackEvent", {{"default", {{"payload", payload}}}}}};
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    const Outcome run = copy.Run(script.dump(), OutputTo::SlowReader);
+    const std::string expected =
+        WholeRun([&](const CatalogueTest& test) { return ExpectedJudgement(test, payload); }, false);
+    EXPECT_GT(expected.size(), 500'000U);
+    EXPECT_TRUE(run.output == expected) << run.output.size() << " bytes, not " << expected.size();
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.status, 1);
 }

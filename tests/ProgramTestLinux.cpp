@@ -12,3 +12,13 @@ TEST(Program, TheProductFileIsFoundThroughALink)
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(copy.ReportedProduct().value("product_line_name", ""), "CVSTUDIO");
 }
+
+// The library's log stays open, and would get the number.
+TEST(Program, OutputGoesIntoNoFileThatIsOpenedInPlaceOfAStandardOutputThatIsClosed)
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    copy.Run("{}", OutputTo::File);
+    const std::string log = ReadFile(copy.LogFile());
+    copy.Run("{}", OutputTo::Nothing);
+    EXPECT_EQ(ReadFile(copy.LogFile()), log);
+}

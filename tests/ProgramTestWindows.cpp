@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include <nlohmann/json.hpp>
 
 #include "Program.h"
@@ -27,4 +29,13 @@ TEST(Program, LeavesTheConsolesCodePageAsItWas)
         copy.Run("{}", OutputTo::Terminal);
         EXPECT_EQ(GetConsoleOutputCP(), codePage);
     }
+}
+
+TEST(Program, LinesInAFileAndAPipeEndAsOnWindows)
+{
+    std::string expected;
+    for (const char character : GoodRun())
+        expected += character == '\n' ? "\r\n" : std::string(1, character);
+    for (const OutputTo output : {OutputTo::File, OutputTo::Pipe})
+        EXPECT_EQ(RunProgram({.program = PROGRAM_FILE, .output = output, .keepsLineEnds = true}).output, expected);
 }

@@ -180,6 +180,8 @@ TEST(Scripts, RunShowsItsStepsOnATerminalOnly)
                                 "/etc/apt/sources.list, then run this again\n";
     EXPECT_EQ(checkout.Run("scripts/run.sh").errors, failure);
 
+    if (!HasTerminals())
+        GTEST_SKIP() << WithoutTerminals;
     const Outcome onTerminal = checkout.Run("/usr/bin/script", {"-qec", "scripts/run.sh", "/dev/null"});
     std::string screen = onTerminal.output;
     std::erase(screen, '\r');

@@ -14,7 +14,11 @@ enum class OutputTo
 {
     File,
     Pipe,
-    Terminal, // what a person sees: no line end is changed on the way
+    Terminal,   // what a person sees: no line end is changed on the way
+    SlowReader, // a non-blocking pipe with little room, read bit by bit
+    Nothing,    // standard output is closed from the start
+    ReaderGone, // a pipe that nobody reads any more
+    FullDisk,   // on Linux only
 };
 
 struct Command
@@ -24,9 +28,9 @@ struct Command
     std::map<std::string, std::string> environment = {}; // in addition to this process's own
     std::filesystem::path workingFolder = {};            // empty: this process's own
     OutputTo output = OutputTo::File;
+    bool keepsLineEnds = false; // else they are "\n" in the outcome, whatever the system's own are
 };
 
-// Line ends are "\n", whatever the system's own are.
 struct Outcome
 {
     int status; // on Linux 128 + signal number when a signal ended it
@@ -37,10 +41,17 @@ struct Outcome
 // Waits for the program to end. Throws std::runtime_error when it cannot be started.
 Outcome RunProgram(const Command& command);
 
+// Whether there is OutputTo::Terminal. A test that needs it is skipped where there is none, with this sentence.
+bool HasTerminals();
+inline const char* const WithoutTerminals = "no pseudo-terminal can be opened here, so that nothing is run in one";
+
 std::string ReadFile(const std::filesystem::path& file);
 
 // Folders, relative, from which only this system starts a program.
 std::vector<std::filesystem::path> OddFolders();
+
+// Outputs that take nothing, as far as the system has them, each with the system's error.
+std::map<OutputTo, int> BrokenOutputs();
 
 // What a run prints in which every test passes.
 const std::string& GoodRun();

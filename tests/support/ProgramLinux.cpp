@@ -9,8 +9,10 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace
@@ -42,9 +44,18 @@ private:
 
 struct Channel
 {
-    Descriptor reader; // none for a file
+    Descriptor reader; // where there is something to read before the program ends
     Descriptor writer;
 };
+
+constexpr int SlowReadersRoom = 4096;
+
+bool OpenTerminal(int (&ends)[2])
+{
+    termios raw{};
+    cfmakeraw(&raw);
+    return openpty(&ends[0], &ends[1], nullptr, &raw, nullptr) == 0;
+}
 
 Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
 {
@@ -55,25 +66,37 @@ Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
         ends[1] = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
         break;
     case OutputTo::Pipe:
+    case OutputTo::SlowReader:
+    case OutputTo::ReaderGone:
         if (pipe2(ends, O_CLOEXEC) != 0)
             throw std::runtime_error("cannot make a pipe");
         break;
     case OutputTo::Terminal:
-        termios raw{};
-        cfmakeraw(&raw);
-        if (openpty(&ends[0], &ends[1], nullptr, &raw, nullptr) != 0)
+        if (!OpenTerminal(ends))
             throw std::runtime_error("cannot open a terminal");
         break;
+    case OutputTo::Nothing:
+        break;
+    case OutputTo::FullDisk:
+        ends[1] = open("/dev/full", O_WRONLY | O_CLOEXEC);
+        break;
     }
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
+    Channel channel{Descriptor(ends[0]), Descriptor(ends[1])};
+    if (output == OutputTo::SlowReader &&
+        (fcntl(ends[1], F_SETPIPE_SZ, SlowReadersRoom) < 0 || fcntl(ends[1], F_SETFL, O_NONBLOCK) != 0))
+        throw std::runtime_error("cannot make a pipe that does not wait");
+    if (output == OutputTo::ReaderGone)
+        channel.reader.Close();
+    return channel;
 }
 
-std::string ReadAll(const Descriptor& reader)
+std::string ReadAll(const Descriptor& reader, std::chrono::milliseconds pause)
 {
     std::string text;
-    std::array<char, 65536> buffer;
+    std::array<char, SlowReadersRoom> buffer;
     for (;;)
     {
+        std::this_thread::sleep_for(pause);
         const ssize_t count = read(reader.Number(), buffer.data(), buffer.size());
         if (count > 0)
             text.append(buffer.data(), static_cast<std::size_t>(count));
@@ -99,6 +122,20 @@ std::vector<std::filesystem::path> OddFolders()
             std::filesystem::path(std::string(200, 'l')) / std::string(200, 'o') / std::string(200, 'n')};
 }
 
+bool HasTerminals()
+{
+    int ends[2] = {-1, -1};
+    const bool opened = OpenTerminal(ends);
+    const Descriptor master(ends[0]);
+    const Descriptor terminal(ends[1]);
+    return opened;
+}
+
+std::map<OutputTo, int> BrokenOutputs()
+{
+    return {{OutputTo::Nothing, EBADF}, {OutputTo::ReaderGone, EPIPE}, {OutputTo::FullDisk, ENOSPC}};
+}
+
 Outcome RunProgram(const Command& command)
 {
     const TemporaryFolder folder;
@@ -121,7 +158,10 @@ Outcome RunProgram(const Command& command)
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, output.writer.Number(), STDOUT_FILENO);
+    if (command.output == OutputTo::Nothing)
+        posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);
+    else
+        posix_spawn_file_actions_adddup2(&actions, output.writer.Number(), STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, errors.writer.Number(), STDERR_FILENO);
     if (!command.workingFolder.empty())
         posix_spawn_file_actions_addchdir_np(&actions, command.workingFolder.c_str());
@@ -133,7 +173,9 @@ Outcome RunProgram(const Command& command)
         throw std::runtime_error("cannot start " + arguments.front() + ": " + std::strerror(error));
 
     output.writer.Close();
-    std::string text = command.output == OutputTo::File ? std::string() : ReadAll(output.reader);
+    std::string text;
+    if (output.reader.Number() >= 0)
+        text = ReadAll(output.reader, std::chrono::milliseconds(command.output == OutputTo::SlowReader ? 2 : 0));
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR)
     {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -39,7 +40,7 @@ private:
 
 struct Channel
 {
-    Handle reader; // of a pipe only
+    Handle reader; // of a pipe that is read only
     Handle writer;
 };
 
@@ -115,14 +116,14 @@ class AttributeList
 {
 public:
     // `inherited` stays in use for as long as the list.
-    explicit AttributeList(std::array<HANDLE, 3>& inherited)
+    explicit AttributeList(std::vector<HANDLE>& inherited)
     {
         SIZE_T size = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
         memory = std::make_unique<std::byte[]>(size);
         if (InitializeProcThreadAttributeList(Get(), 1, 0, &size) == 0 ||
-            UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, inherited.data(), sizeof inherited,
-                                      nullptr, nullptr) == 0)
+            UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, inherited.data(),
+                                      inherited.size() * sizeof(HANDLE), nullptr, nullptr) == 0)
             Fail("cannot list the handles to inherit");
     }
     ~AttributeList() { DeleteProcThreadAttributeList(Get()); }
@@ -145,6 +146,8 @@ Handle OpenToInherit(const std::filesystem::path& file, DWORD access, DWORD disp
     return opened;
 }
 
+constexpr DWORD SlowReadersRoom = 4096;
+
 Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
 {
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
@@ -153,12 +156,24 @@ Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
     case OutputTo::File:
         return {Handle(), OpenToInherit(file, GENERIC_WRITE, CREATE_ALWAYS)};
     case OutputTo::Pipe:
+    case OutputTo::SlowReader:
+    case OutputTo::ReaderGone:
     {
         HANDLE ends[2] = {};
-        if (CreatePipe(&ends[0], &ends[1], &inheritable, 0) == 0)
+        if (CreatePipe(&ends[0], &ends[1], &inheritable, output == OutputTo::SlowReader ? SlowReadersRoom : 0) == 0)
             Fail("cannot make a pipe");
-        return {Handle(ends[0]), Handle(ends[1])};
+        Channel pipe{Handle(ends[0]), Handle(ends[1])};
+        DWORD mode = PIPE_READMODE_BYTE | PIPE_NOWAIT;
+        if (output == OutputTo::SlowReader && SetNamedPipeHandleState(ends[1], &mode, nullptr, nullptr) == 0)
+            Fail("cannot make a pipe that does not wait");
+        if (output == OutputTo::ReaderGone)
+            pipe.reader.Close();
+        return pipe;
     }
+    case OutputTo::Nothing:
+        return {Handle(), Handle()};
+    case OutputTo::FullDisk:
+        throw std::invalid_argument("this system has no disk that is always full");
     case OutputTo::Terminal:
         if (GetConsoleOutputCP() == 0)
             JoinHiddenConsole();
@@ -172,13 +187,16 @@ Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
     return {Handle(), std::move(screen)};
 }
 
-std::string ReadAll(const Handle& reader)
+std::string ReadAll(const Handle& reader, DWORD pause)
 {
     std::string text;
-    std::array<char, 65536> buffer;
+    std::array<char, SlowReadersRoom> buffer;
     DWORD count = 0;
     while (ReadFile(reader.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) != 0)
+    {
         text.append(buffer.data(), count);
+        Sleep(pause);
+    }
     return text;
 }
 
@@ -283,6 +301,16 @@ std::vector<std::filesystem::path> OddFolders()
     return {};
 }
 
+bool HasTerminals()
+{
+    return true;
+}
+
+std::map<OutputTo, int> BrokenOutputs()
+{
+    return {{OutputTo::Nothing, ERROR_INVALID_HANDLE}, {OutputTo::ReaderGone, ERROR_NO_DATA}};
+}
+
 Outcome RunProgram(const Command& command)
 {
     const TemporaryFolder folder;
@@ -303,7 +331,9 @@ Outcome RunProgram(const Command& command)
     std::wstring environment = EnvironmentBlock(command.environment);
 
     // Other threads start programs at the same time: theirs must not keep our pipe open.
-    std::array<HANDLE, 3> inherited{input.Get(), output.writer.Get(), errors.writer.Get()};
+    std::vector<HANDLE> inherited{input.Get(), errors.writer.Get()};
+    if (output.writer.Get() != nullptr)
+        inherited.push_back(output.writer.Get());
     const AttributeList attributes(inherited);
     STARTUPINFOEXW startup{};
     startup.StartupInfo.cb = sizeof startup;
@@ -331,10 +361,10 @@ Outcome RunProgram(const Command& command)
     const Handle process(started.hProcess);
 
     std::string text;
-    if (command.output == OutputTo::Pipe)
+    if (output.reader.Get() != nullptr)
     {
         output.writer.Close();
-        text = ReadAll(output.reader);
+        text = ReadAll(output.reader, command.output == OutputTo::SlowReader ? 2 : 0);
     }
     DWORD status = 0;
     if (WaitForSingleObject(process.Get(), INFINITE) == WAIT_FAILED || GetExitCodeProcess(process.Get(), &status) == 0)
@@ -343,5 +373,6 @@ Outcome RunProgram(const Command& command)
         text = ReadFile(outputFile);
     if (onScreen)
         text = ReadScreen(output.writer);
-    return {static_cast<int>(status), WithUnixLineEnds(text), WithUnixLineEnds(ReadFile(folder.Path() / "errors"))};
+    return {static_cast<int>(status), command.keepsLineEnds ? text : WithUnixLineEnds(text),
+            WithUnixLineEnds(ReadFile(folder.Path() / "errors"))};
 }

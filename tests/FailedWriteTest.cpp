@@ -1,0 +1,53 @@
+// Writes to standard output that fail amid a run.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Program.h"
+
+namespace
+{
+
+// Has strace fail writes, on a library with this script. `failure` is an error and the calls that meet it, in strace's
+// words: "EINTR:when=2+3" is the second, and then every third. What is to be written is not, then.
+Outcome RunWithFailedWrites(const std::string& failure, const std::string& script = "{}")
+{
+    const ProgramCopy copy(ProgramCopy::Library::Faulty);
+    return RunProgram({.program = "strace",
+                       .arguments = {"-o", (copy.Folder().Path() / "trace").string(), "-e",
+                                     "inject=write:error=" + failure, copy.Executable().string()},
+                       .environment = {{"TAVI_FAULT_SCRIPT", copy.Folder().Write("script.json", script).string()}}});
+}
+
+} // namespace
+
+TEST(FailedWrite, WhatIsInterruptedOrRefusedForTheMomentIsWrittenAgain)
+{
+    for (const char* const failure : {"EINTR:when=1+2", "EAGAIN:when=1+2"})
+    {
+        const Outcome run = RunWithFailedWrites(failure);
+        EXPECT_EQ(run.output, GoodRun()) << failure;
+        EXPECT_EQ(run.errors, "") << failure;
+        EXPECT_EQ(run.status, 0) << failure;
+    }
+}
+
+// The lost line is a narrow one, and wide ones would be next.
+TEST(FailedWrite, NothingIsWrittenAfterALineThatIsLost)
+{
+    const Outcome run = RunWithFailedWrites("ENOSPC:when=5", R"({"TrackEvent": {"1": {"payload": {}}}})");
+    EXPECT_EQ(run.output, "\nTesting CommandInvoked\n"
+                          "\nError: Mismatch between expected and recieved Json for key component_attributes\n");
+    EXPECT_EQ(run.errors, "cvtavi_test: standard output cannot be written: No space left on device\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(FailedWrite, AFileAtItsLimitIsOneLineOnTheErrorStreamAndTheStatusStays)
+{
+    const ProgramCopy copy(ProgramCopy::Library::StandIn);
+    const Outcome run =
+        RunProgram({.program = "/bin/sh", .arguments = {"-c", "ulimit -f 1; exec \"$0\"", copy.Executable().string()}});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, GoodRun().substr(0, 512));
+    EXPECT_EQ(run.errors, "cvtavi_test: standard output cannot be written: File too large\n");
+}
