@@ -19,7 +19,7 @@ packages=$PWD/build/packages
 steps=4
 step "Looking for missing packages"
 need_packages g++ cmake ninja-build libmxml-dev
-[[ "$preset" != deb ]] || need_packages dpkg-dev
+[[ "$preset" != deb ]] || need_packages dpkg-dev file
 need_build_folder "pack-$preset"
 [[ "$preset" != windows ]] || scripts/windows-libraries.sh >&2
 step "Configuring in build/pack-$preset"

@@ -20,7 +20,7 @@ fail() {
 }
 
 (($(id -u) == 0)) || skip "making a root takes root's permissions"
-for tool in apt-get debootstrap dpkg-shlibdeps unshare; do
+for tool in apt-get debootstrap dpkg-shlibdeps file unshare; do
     command -v "$tool" >/dev/null || skip "$tool is missing"
 done
 # What is mounted for a command is gone when the command is, however it ends. A folder that serves as root is no mount, and
@@ -68,8 +68,8 @@ cp -r "$source/examples/minimal" "$root/root/"
 
 apt_install /root/corvane-tavi.deb
 in_root cvtavi_test | diff "$source/tests/data/good_run.txt" - || fail "the program does not print what it should"
-for file in CHANGELOG.md events.html events.md; do
-    [[ -f "$root/usr/share/doc/corvane-tavi/$file" ]] || fail "$file is missing"
+for file in share/doc/corvane-tavi/{CHANGELOG.md,events.html,events.md} lib/corvane-tavi/UPI/upiconfig.xml; do
+    [[ -f "$root/usr/$file" ]] || fail "/usr/$file is missing"
 done
 
 apt_install /root/corvane-tavi-dev.deb g++ pkg-config
