@@ -59,9 +59,10 @@ run_on_each() {
     xargs -P "$(nproc)" -I {} bash -c 'run_check "$@"' run_check "$1-{}" "$@" {}
 }
 
-# sources_of BUILD: that are compiled there, relative to the project.
+# sources_of BUILD: that are compiled there, by their path in the project.
 sources_of() {
-    sed -n "s:^ *\"file\"\: \"$PWD/\(.*\.cpp\)\".*:\1:p" "$1/compile_commands.json" | sort -u
+    sed -n 's/^ *"file": "\(.*\.cpp\)".*/\1/p' "$1/compile_commands.json" |
+        while IFS= read -r file; do printf '%s\n' "${file#"$PWD/"}"; done | sort -u
 }
 
 check_build() {
