@@ -43,7 +43,7 @@ Mxml_LIBRARY is ${Mxml_LIBRARY}."
     )
 
     if(Mxml_FOUND AND NOT TARGET Mxml::Mxml)
-        set(dll "")
+        unset(dll)
         if(WIN32)
             find_file(dll NAMES mxml4.dll libmxml4.dll mxml1.dll libmxml.dll ${thereOnly} PATH_SUFFIXES bin NO_CACHE)
         endif()
