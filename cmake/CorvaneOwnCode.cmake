@@ -79,6 +79,19 @@ function(corvane_file_properties target description)
     endif()
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/FileProperties.rc.in" "${resource}" @ONLY)
+    if(MINGW)
+        # By its name alone: windres hands a path to a shell, which reads more into it.
+        set(object "${CMAKE_CURRENT_BINARY_DIR}/${target}.res.obj")
+        add_custom_command(
+            OUTPUT "${object}"
+            COMMAND "${CMAKE_RC_COMPILER}" -O coff ${target}.rc ${target}.res.obj
+            WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
+            DEPENDS "${resource}"
+            VERBATIM
+        )
+        set_source_files_properties("${object}" PROPERTIES EXTERNAL_OBJECT TRUE)
+        set(resource "${object}")
+    endif()
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 

@@ -41,8 +41,10 @@ step "Making a bare $suite"
 quietly debootstrap --variant=minbase --include=ca-certificates "$suite" "$root" ||
     fail "there is no bare $suite: check the network; see above"
 # How this system reaches its network goes for that one as well.
-cp /etc/resolv.conf /etc/hosts "$root/etc/"
-cp --no-clobber /etc/apt/apt.conf.d/* "$root/etc/apt/apt.conf.d/" 2>/dev/null || true
+for file in /etc/resolv.conf /etc/hosts; do
+    [[ ! -e "$file" ]] || cp -L "$file" "$root$file"
+done
+apt-config dump Acquire >"$root/etc/apt/apt.conf.d/90acquire"
 git clone --quiet . "$root/$project" || fail "the project cannot be cloned, see above"
 [[ -z "$(git status --porcelain)" ]] || say "What is not committed is not part of it"
 

@@ -24,6 +24,6 @@ step "Building in build/fuzz"
 configure --preset fuzz
 compile --preset fuzz --target "fuzz_$target"
 step "Running fuzz_$target for $seconds seconds"
-export LSAN_OPTIONS="suppressions=$PWD/tests/checks/leaks.supp:print_suppressions=0"
+export LSAN_OPTIONS="suppressions='$PWD/tests/checks/leaks.supp':print_suppressions=0"
 become "build/fuzz/tests/fuzz_$target" -max_total_time="$seconds" -artifact_prefix="$found/" "$found" \
     "tests/fuzz/corpus/$target"

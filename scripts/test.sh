@@ -24,7 +24,8 @@ is_asked_for() { [[ " ${presets[*]} " == *" $1 "* ]]; }
 steps=$((1 + 2 * ${#presets[@]}))
 steps_are_output=true
 step "Looking for missing packages and libraries"
-packages=(g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev strace python3-rich)
+packages=(g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev strace python3-rich pkgconf dpkg-dev file
+    debootstrap)
 ! is_asked_for clang || packages+=(clang libbenchmark-dev rapidjson-dev valgrind python3 chromium chromium-driver)
 ! is_asked_for fuzz || packages+=(clang libclang-rt-dev)
 ! is_asked_for coverage || packages+=(clang libclang-rt-dev llvm)
@@ -94,7 +95,7 @@ print_coverage() {
     llvm-cov report "${what[@]}" -show-branch-summary -show-region-summary=false
     say "coverage: lines that no test runs"
     llvm-cov export "${what[@]}" -format=lcov -skip-expansions |
-        awk -F'[:,]' -v root="$PWD/" '/^SF:/ { file = substr($0, 4); sub(root, "", file) }
+        awk -F'[:,]' -v root="$PWD/" '/^SF:/ { file = substr($0, 4); if (index(file, root) == 1) file = substr(file, length(root) + 1) }
             /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 

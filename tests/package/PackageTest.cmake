@@ -55,9 +55,12 @@ endfunction()
 # build_host(<example> <prefix> <build folder>): a host application, by the package in the prefix. The program stands where
 # its libraries are found.
 function(build_host example prefix build)
+    # A path with a comma cannot be handed to the linker as it is.
+    file(RELATIVE_PATH libraries "${build}" "${prefix}/lib")
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/examples/${example}" -B "${build}" ${CONFIGURE_OPTIONS}
-        "-DCorvaneTavi_DIR=${prefix}/lib/cmake/CorvaneTavi"
+        "-DCorvaneTavi_DIR=${prefix}/lib/cmake/CorvaneTavi" -DCMAKE_BUILD_WITH_INSTALL_RPATH=ON
+        "-DCMAKE_INSTALL_RPATH=\$ORIGIN/${libraries}"
     )
     run("${CMAKE_COMMAND}" --build "${build}" --config "${CONFIG}")
     if(SYSTEM STREQUAL "Windows")
@@ -398,15 +401,16 @@ function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
 endfunction()
 
 function(AnotherLibraryTakesTheStandInsPlace)
-    install_to("${folder}/library")
+    # Inside the build folder its path needs not be handed to the linker, see build_host().
+    install_to("${folder}/build/library")
     file(
-        REMOVE_RECURSE "${folder}/library/bin/UPI" "${folder}/library/lib/cmake" "${folder}/library/lib/pkgconfig"
-        "${folder}/library/include/telemetry"
+        REMOVE_RECURSE "${folder}/build/library/bin/UPI" "${folder}/build/library/lib/cmake" "${folder}/build/library/lib/pkgconfig"
+        "${folder}/build/library/include/telemetry"
     )
-    file(REMOVE "${folder}/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/library/${STATIC_LIBRARY}")
+    file(REMOVE "${folder}/build/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/build/library/${STATIC_LIBRARY}")
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
-        "-DTAVI_SDK_DIR=${folder}/library"
+        "-DTAVI_SDK_DIR=${folder}/build/library"
     )
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
     execute_process(
@@ -421,7 +425,7 @@ function(AnotherLibraryTakesTheStandInsPlace)
 
     # The library goes along when the program is installed, and its folder is not needed any more.
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${folder}/prefix")
-    file(RENAME "${folder}/library" "${folder}/library elsewhere")
+    file(RENAME "${folder}/build/library" "${folder}/library elsewhere")
     expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test")
     build_host(minimal "${folder}/prefix" "${folder}/host")
     expect_output("${minimalRun}" "${folder}/host/minimal_host")

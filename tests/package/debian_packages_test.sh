@@ -2,12 +2,11 @@
 # Makes the packages for Debian and installs them where there is nothing but the system's most necessary packages: in a
 # root of their own. There the program runs, and a host application builds by g++ and pkg-config.
 #
-#     debian_packages_test.sh SOURCE FOLDER GENERATOR COMPILER
+#     debian_packages_test.sh SOURCE GENERATOR COMPILER
 #
-# FOLDER is the test's own and is removed at the end. Exits with 77 where this cannot be done, and says why.
+# Exits with 77 where this cannot be done, and says why.
 set -euo pipefail
-source=$1 folder=$2 generator=$3 compiler=$4
-root=$folder/root
+source=$1 generator=$2 compiler=$3
 
 skip() {
     printf 'Skipped: %s\n' "$1"
@@ -42,14 +41,12 @@ apt_install() {
     in_root apt-get install -y --no-install-recommends "$@"
 }
 
-remove_folder() {
-    rm -rf --one-file-system "$folder"
-}
-remove_folder
-trap remove_folder EXIT
-trap 'exit 1' INT TERM
+folder=$(mktemp -d)
+root=$folder/root
+trap 'rm -rf --one-file-system "$folder"' EXIT
 umask 022
-mkdir -p "$root"
+chmod 755 "$folder"
+mkdir "$root"
 
 cmake -S "$source" --preset deb -B "$folder/build" -G "$generator" -DCMAKE_CXX_COMPILER="$compiler"
 cmake --build "$folder/build"
@@ -57,7 +54,7 @@ cpack --config "$folder/build/CPackConfig.cmake" -B "$folder/packages"
 
 suite=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
 mirror=$(apt-get indextargets --format '$(REPO_URI)' "Identifier: Packages" "Release: $suite" | sed 1q)
-"${own_mounts[@]}" debootstrap --variant=minbase "$suite" "$root" "${mirror:-http://deb.debian.org/debian}"
+"${own_mounts[@]}" debootstrap --variant=minbase "$suite" "$root" ${mirror:+"$mirror"}
 apt-config dump Acquire >"$root/etc/apt/apt.conf.d/90acquire" # proxies and the like
 for file in /etc/resolv.conf /etc/hosts; do
     [[ ! -e "$file" ]] || cp -L "$file" "$root$file"

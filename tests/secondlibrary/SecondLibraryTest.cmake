@@ -1,6 +1,6 @@
 # Builds the project on a library in the stand-in's place, and tests it there.
 #
-#     cmake -D SETTINGS=<file> -D CONFIG=<build type> -D LIBRARY=<its folder> -D FOLDER=<the test's own> -D TEST=<name>
+#     cmake -D SETTINGS=<file> -D CONFIG=<build type> -D FOLDER=<where build/library/ is> -D TEST=<name>
 #           -P SecondLibraryTest.cmake
 cmake_minimum_required(VERSION 3.25)
 
@@ -12,7 +12,7 @@ set(ctest "${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}" --no-test
 
 function(ProgramAndWrapperBuildAndPassOnIt)
     run(
-        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS} "-DTAVI_SDK_DIR=${LIBRARY}"
+        "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS} "-DTAVI_SDK_DIR=${folder}/build/library"
         "-DCORVANE_SANITIZE=${SANITIZE}"
     )
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
