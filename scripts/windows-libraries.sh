@@ -10,7 +10,7 @@ source "$(dirname -- "$0")/common.bash"
 take_no_arguments "$@"
 steps=3
 steps_are_output=true
-need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make dpkg-dev libmxml-dev googletest nlohmann-json3-dev
+need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make patch xz-utils libmxml-dev googletest nlohmann-json3-dev
 need_build_folder windows-libraries
 
 prefix=$PWD/build/windows-libraries
@@ -40,13 +40,22 @@ fetch_mxml() {
     done
     local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/sources"
         -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User= -o APT::Update::Error-Mode=any)
-    if ! "${apt[@]}" update >/dev/null 2>&1 || ! "${apt[@]}" source --print-uris "mxml=$mxml_version" >/dev/null 2>&1; then
+    # Not the whole source package, whose description some mirrors lack; what this takes, apt checks all the same.
+    if ! "${apt[@]}" update >"$work/log" 2>&1 || ! (
+        cd "$work"
+        "${apt[@]}" source --download-only --tar-only "mxml=$mxml_version"
+        "${apt[@]}" source --download-only --diff-only "mxml=$mxml_version"
+    ) >>"$work/log" 2>&1; then
+        sed -n '/^[EW]: /p' "$work/log" >&2
         say "No source package mxml $mxml_version: name a mirror that has it in /etc/apt/sources.list.d/, then run this again"
         exit 3
     fi
-    (cd "$work" && quietly "${apt[@]}" source "mxml=$mxml_version") ||
-        fail "the source package mxml $mxml_version cannot be fetched, see above: check the network, then run this again"
-    mv "$work"/mxml-*/ "$work/mxml"
+    mkdir "$work/mxml"
+    tar -xf "$work"/mxml_*.orig.tar.* -C "$work/mxml" --strip-components 1
+    tar -xf "$work"/mxml_*.debian.tar.* -C "$work/mxml"
+    sed 's/[ #].*//; /^$/d' "$work/mxml/debian/patches/series" 2>/dev/null | while read -r file; do
+        patch -d "$work/mxml" -p1 -s <"$work/mxml/debian/patches/$file" || fail "Mini-XML cannot be patched, see above"
+    done
 }
 
 step "Windows libraries: fetching and building Mini-XML $mxml_version"

@@ -51,7 +51,7 @@ std::wstring Text(const std::vector<std::byte>& resource, const std::wstring& na
 
 TEST(Version, ThePropertiesOfTheProgramAndTheLibraryShowTheProjects)
 {
-    const std::wstring version(VERSION, VERSION + sizeof VERSION - 1);
+    const std::wstring version = PathOf(VERSION).wstring();
     for (const std::filesystem::path& file : {PathOf(PROGRAM_FILE), PathOf(STAND_IN_FILE)})
     {
         const std::vector<std::byte> resource = VersionResource(file);
