@@ -84,13 +84,13 @@ check_format() {
 # Each source once, as it is compiled for Linux; then those for Windows alone, by the cross compiler's commands less what
 # clang does not know, with the C++ headers that it does not find.
 check_tidy() {
-    local windows=build/ci-windows/clang headers
+    local database=build/ci-windows/clang headers
     sources_of build/ci | grep -v '^benchmarks/' | run_on_each clang-tidy --quiet -p build/ci
     $windows || return 0
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
-    mkdir -p "$windows"
-    sed 's/ -fno-keep-inline-dllexport / /' build/ci-windows/compile_commands.json >"$windows/compile_commands.json"
-    sources_of build/ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$windows" \
+    mkdir -p "$database"
+    sed 's/ -fno-keep-inline-dllexport / /' build/ci-windows/compile_commands.json >"$database/compile_commands.json"
+    sources_of build/ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$database" \
         "--extra-arg=-isystem$headers" "--extra-arg=-isystem$headers/x86_64-w64-mingw32"
 }
 
