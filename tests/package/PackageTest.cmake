@@ -142,7 +142,7 @@ endfunction()
 function(expect_host configuration programs)
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/tests/package/host" -B "${folder}/build" ${CONFIGURE_OPTIONS}
-        "-DCMAKE_BUILD_TYPE=${configuration}" "-DCORVANE_SOURCE=${SOURCE_DIR}" ${ARGN}
+        "-DCMAKE_BUILD_TYPE=${configuration}" "-DCORVANE_SOURCE=${SOURCE_DIR}" -DCMAKE_BUILD_RPATH_USE_ORIGIN=ON ${ARGN}
     )
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${configuration}")
     expect_output("${minimalRun}" "${folder}/build/${programs}/host")
