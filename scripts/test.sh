@@ -19,16 +19,24 @@ for preset in "${presets[@]}"; do
     *) fail "unknown preset $preset: there are release, debug, sanitize, clang, windows, fuzz and coverage" ;;
     esac
 done
-is_asked_for() { [[ " ${presets[*]} " == *" $1 "* ]]; }
+# is_asked_for PRESET...: whether any of these is.
+is_asked_for() {
+    local preset
+    for preset in "$@"; do
+        [[ " ${presets[*]} " != *" $preset "* ]] || return 0
+    done
+    return 1
+}
 
 steps=$((1 + 2 * ${#presets[@]}))
 steps_are_output=true
 step "Looking for missing packages and libraries"
 packages=(g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev strace python3-rich pkgconf dpkg-dev file
     debootstrap)
-! is_asked_for clang || packages+=(clang libbenchmark-dev rapidjson-dev valgrind python3 chromium chromium-driver)
-! is_asked_for fuzz || packages+=(clang libclang-rt-dev)
-! is_asked_for coverage || packages+=(clang libclang-rt-dev llvm)
+! is_asked_for clang fuzz coverage || packages+=(clang)
+! is_asked_for fuzz coverage || packages+=(libclang-rt-dev)
+! is_asked_for coverage || packages+=(llvm)
+! is_asked_for clang || packages+=(libbenchmark-dev rapidjson-dev valgrind python3 chromium chromium-driver)
 ! is_asked_for windows || packages+=(wine wine64)
 need_packages "${packages[@]}"
 need_build_folder test-results "${presets[@]}"

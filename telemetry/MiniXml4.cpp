@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace Corvane
 {
@@ -12,11 +13,15 @@ namespace
 // Without a callback Mini-XML reports on the error stream.
 void IgnoreError(void*, const char*) {}
 
-// Of the five entities that XML predefines, the one that Mini-XML 4 does not know itself. -1, for any other name, ends
-// the reading.
+// The entities that XML predefines; Mini-XML 4 itself lacks "apos". -1, for any other name, ends the reading.
 int CharacterOf(void*, const char* entity)
 {
-    return std::string_view(entity) == "apos" ? '\'' : -1;
+    const std::pair<std::string_view, char> predefined[] = {
+        {"amp", '&'}, {"apos", '\''}, {"gt", '>'}, {"lt", '<'}, {"quot", '"'}};
+    for (const auto& [name, character] : predefined)
+        if (name == entity)
+            return character;
+    return -1;
 }
 
 } // namespace
