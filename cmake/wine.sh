@@ -11,4 +11,11 @@ WINEDEBUG=-all
 WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe,winex11.drv,winealsa.drv,wineoss.drv,winepulse.drv=
 export WINEPREFIX LC_ALL WINEDEBUG WINEDLLOVERRIDES
 unset DISPLAY
+# The first program has the prefix made, and others wait: two that make it at once spoil it. What Wine starts then gets nobody's
+# output, which it would keep open.
+if [ ! -e "$WINEPREFIX/made" ]; then
+    mkdir -p "$WINEPREFIX"
+    flock -o "$WINEPREFIX" sh -c '[ -e "$0/made" ] || wine cmd /c exit && touch "$0/made"' "$WINEPREFIX" \
+        </dev/null >/dev/null 2>&1
+fi
 exec wine "$@"

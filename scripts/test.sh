@@ -107,12 +107,14 @@ print_coverage() {
             /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 
-# Wine's server and services stay for all tests of a build and of what they build, which else start them each for itself.
-# They are started by a program whose output nobody waits for: they would keep a test's open.
+# Wine's server and services stay for all programs and tests of a build and of what they build, which else start them each
+# for itself. They are started by a program whose output nobody waits for: they would keep a test's open.
 keep_wine() {
     export CORVANE_WINEPREFIX=$PWD/build/windows/wine
-    WINEPREFIX=$CORVANE_WINEPREFIX without_locks wineserver -p </dev/null >/dev/null 2>&1
-    without_locks cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1
+    mkdir -p "$CORVANE_WINEPREFIX"
+    WINEPREFIX=$CORVANE_WINEPREFIX without_locks wineserver -p </dev/null >/dev/null 2>&1 &&
+        without_locks cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1 ||
+        fail "Wine does not run a program: remove $CORVANE_WINEPREFIX, then run this again"
 }
 end_wine() {
     [[ -n "${CORVANE_WINEPREFIX:-}" ]] || return 0
@@ -131,10 +133,10 @@ for preset in "${presets[@]}"; do
     fi
     step "$preset: configuring and building"
     SECONDS=0
+    [[ "$preset" != windows ]] || keep_wine
     configure --preset "$preset"
     compile --preset "$preset"
     step "$preset: built in $SECONDS s, testing"
-    [[ "$preset" != windows ]] || keep_wine
     run_tests "$preset"
     grep -hsoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
     end_wine
