@@ -33,11 +33,11 @@ JsonValue PayloadOf(const Report& report)
     const JsonValue flags = Object({{"Testing_EnableCallback", JsonValue(true)},
                                     {"Testing_EnableWhitelistDownload", JsonValue(true)},
                                     {"Testing_EnableUpload", JsonValue(false)}});
-    JsonValue payload;
+    static JsonValue payload; // as the callback, which stays registered
+    payload = JsonValue();
     EXPECT_EQ(Sdk::SetTestingFlags(productKey, flags), 0);
     EXPECT_EQ(Sdk::SetTestingCallback(productKey, Keep, &payload), 0);
     report(tavi);
-    Sdk::SetTestingCallback(productKey, nullptr, nullptr);
     return payload;
 }
 
