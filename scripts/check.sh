@@ -67,8 +67,16 @@ run_on_each() {
 
 # sources_of BUILD: that are compiled there, by their path in the project.
 sources_of() {
-    sed -n 's/^ *"file": "\(.*\.cpp\)".*/\1/p' "$1/compile_commands.json" |
+    sed -n 's/^ *"file": "\(.*\.cpp\)".*/\1/p' "build/$1/compile_commands.json" |
         while IFS= read -r file; do printf '%s\n' "${file#"$PWD/"}"; done | sort -u
+}
+
+# commands_of BUILD: prints the folder of its compile commands, as clang takes them: without an option that it does not know, and
+# with each "$" once, which CMake writes as Ninja wants it.
+commands_of() {
+    mkdir -p "$results/$1"
+    sed 's/\$\$/$/g; s/ -fno-keep-inline-dllexport / /' "build/$1/compile_commands.json" >"$results/$1/compile_commands.json"
+    printf '%s' "$results/$1"
 }
 
 check_build() {
@@ -81,16 +89,13 @@ check_format() {
         run_on_each clang-format --dry-run -Werror
 }
 
-# Each source once, as it is compiled for Linux; then those for Windows alone, by the cross compiler's commands less what
-# clang does not know, with the C++ headers that it does not find.
+# Each source once, as it is compiled for Linux; then those for Windows alone, with the C++ headers that clang does not find.
 check_tidy() {
-    local database=build/ci-windows/clang headers
-    sources_of build/ci | grep -v '^benchmarks/' | run_on_each clang-tidy --quiet -p build/ci
+    local headers
+    sources_of ci | grep -v '^benchmarks/' | run_on_each clang-tidy --quiet -p "$(commands_of ci)"
     $windows || return 0
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
-    mkdir -p "$database"
-    sed 's/ -fno-keep-inline-dllexport / /' build/ci-windows/compile_commands.json >"$database/compile_commands.json"
-    sources_of build/ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$database" \
+    sources_of ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$(commands_of ci-windows)" \
         "--extra-arg=-isystem$headers" "--extra-arg=-isystem$headers/x86_64-w64-mingw32"
 }
 

@@ -107,18 +107,26 @@ print_coverage() {
             /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 
+# wine_server OPTION: of the tests' prefix; /tmp as cmake/wine.sh has it.
+wine_server() {
+    without_locks env -u TMPDIR WINEPREFIX="$CORVANE_WINEPREFIX" wineserver "$1" </dev/null >/dev/null 2>&1
+}
+
 # Wine's server and services stay for all programs and tests of a build and of what they build, which else start them each
 # for itself. They are started by a program whose output nobody waits for: they would keep a test's open.
 keep_wine() {
     export CORVANE_WINEPREFIX=$PWD/build/windows/wine
     mkdir -p "$CORVANE_WINEPREFIX"
-    WINEPREFIX=$CORVANE_WINEPREFIX without_locks wineserver -p </dev/null >/dev/null 2>&1 &&
+    wine_server -p &&
         without_locks cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1 ||
         fail "Wine does not run a program: remove $CORVANE_WINEPREFIX, then run this again"
 }
 end_wine() {
     [[ -n "${CORVANE_WINEPREFIX:-}" ]] || return 0
-    WINEPREFIX=$CORVANE_WINEPREFIX wineserver -k >/dev/null 2>&1 || true
+    local folder
+    folder=$(cat "$CORVANE_WINEPREFIX/wineserver" 2>/dev/null) || true
+    wine_server -k || true
+    [[ "$folder" != wine-* ]] || rm -rf "/tmp/$folder" # in which Wine leaves its socket
     unset CORVANE_WINEPREFIX
 }
 at_exit() { end_wine; }
