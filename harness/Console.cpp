@@ -117,7 +117,7 @@ StandardOutput::StandardOutput() : buffer(std::make_unique<Buffer>()), previous(
 
 StandardOutput::~StandardOutput()
 {
-    Flush();
+    static_cast<void>(Flush());
     std::cout.rdbuf(previous);
 }
 

@@ -20,7 +20,7 @@ std::string WithWindowsLineEnds(std::string_view text)
 
 SystemConsole::SystemConsole()
 {
-    const HANDLE inherited = GetStdHandle(STD_OUTPUT_HANDLE);
+    void* const inherited = GetStdHandle(STD_OUTPUT_HANDLE);
     if (GetFileType(inherited) == FILE_TYPE_UNKNOWN)
         return; // closed: the next file could get the handle
     output = inherited;
