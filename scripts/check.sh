@@ -19,14 +19,7 @@ for check in "${checks[@]}"; do
     esac
 done
 
-# chosen CHECK...: whether any of these is to be done.
-chosen() {
-    local check
-    for check in "$@"; do
-        [[ " ${checks[*]} " != *" $check "* ]] || return 0
-    done
-    return 1
-}
+chosen() { has_any "${checks[*]}" "$@"; }
 
 windows=true
 steps=$((1 + ${#checks[@]}))

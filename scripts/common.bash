@@ -66,6 +66,15 @@ take_no_arguments() {
     (($# == 0)) || fail "unknown argument $1: --help says what there is"
 }
 
+# has_any WORDS WORD...: whether any of these is among WORDS, between which are blanks.
+has_any() {
+    local word
+    for word in "${@:2}"; do
+        [[ " $1 " != *" $word "* ]] || return 0
+    done
+    return 1
+}
+
 # need_packages PACKAGE...: installs those that are missing, and asks nothing of the network when none is.
 need_packages() {
     local missing=() package

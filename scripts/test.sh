@@ -19,14 +19,7 @@ for preset in "${presets[@]}"; do
     *) fail "unknown preset $preset: there are release, debug, sanitize, clang, windows, fuzz and coverage" ;;
     esac
 done
-# is_asked_for PRESET...: whether any of these is.
-is_asked_for() {
-    local preset
-    for preset in "$@"; do
-        [[ " ${presets[*]} " != *" $preset "* ]] || return 0
-    done
-    return 1
-}
+is_asked_for() { has_any "${presets[*]}" "$@"; }
 
 steps=$((1 + 2 * ${#presets[@]}))
 steps_are_output=true
