@@ -11,7 +11,8 @@
 #include <telemetry/CorvaneTavi.h>
 #include <telemetry/Vocabulary.h>
 
-using namespace Vocabulary;
+using namespace Corvane;
+using namespace Corvane::Vocabulary;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Sdk = Veltrane::TaviDesktopSDK;

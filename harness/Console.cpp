@@ -9,6 +9,9 @@
 
 using Veltrane::TaviDesktopSDK::TaviString;
 
+namespace Corvane
+{
+
 namespace
 {
 
@@ -127,3 +130,5 @@ std::error_code StandardOutput::Flush()
     buffer->pubsync();
     return buffer->Failure();
 }
+
+} // namespace Corvane

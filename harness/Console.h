@@ -7,6 +7,9 @@
 
 #include <harness/SystemConsole.h>
 
+namespace Corvane
+{
+
 // While it lives, what is written to std::wcout goes through std::cout's buffer as UTF-8, so that narrow and wide lines
 // arrive complete and in the order written, and no character can put the stream into an error state. What is ill-formed
 // comes out as U+FFFD.
@@ -43,3 +46,5 @@ private:
     std::streambuf* previous;
     Utf8Console wideOutput;
 };
+
+} // namespace Corvane

@@ -14,6 +14,9 @@ using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Sdk = Veltrane::TaviDesktopSDK;
 
+namespace Corvane
+{
+
 namespace
 {
 
@@ -70,3 +73,5 @@ int PrintSummary(const TestResultList& results)
     std::cout << (passed ? "All tests passed" : "Errors occured during testing") << std::endl;
     return passed ? 0 : 1;
 }
+
+} // namespace Corvane

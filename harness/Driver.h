@@ -3,6 +3,9 @@
 
 #include <harness/Verification.h>
 
+namespace Corvane
+{
+
 // Puts the telemetry library into test mode and runs the catalogue. Returns the program's exit status: 0 when every
 // test passed, 1 when one failed or the user has not opted in, the library's own status when it refuses test mode. A
 // run that ends early says why in one line on std::cout.
@@ -10,3 +13,5 @@ int RunDriver();
 
 // Prints an empty line and the closing one. Returns 0 when every record passed, an empty list included, else 1.
 int PrintSummary(const TestResultList& results);
+
+} // namespace Corvane

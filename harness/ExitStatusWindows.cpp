@@ -1,6 +1,11 @@
 #include <harness/ExitStatus.h>
 
+namespace Corvane
+{
+
 int ExitStatus(int status)
 {
     return status;
 }
+
+} // namespace Corvane

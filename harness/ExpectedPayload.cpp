@@ -9,6 +9,9 @@
 
 using Veltrane::TaviDesktopSDK::JsonValue;
 
+namespace Corvane
+{
+
 std::wstring ExpectedText(double number)
 {
     // Sign, integral digits of the largest double, point, six decimals, terminator.
@@ -53,3 +56,5 @@ JsonValue ExpectContent(std::initializer_list<ExpectedMember> meta)
     expected[NarrowText(FacetKeys::type)].SetString("D");
     return expected;
 }
+
+} // namespace Corvane

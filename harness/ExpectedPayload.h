@@ -8,6 +8,9 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+namespace Corvane
+{
+
 // "True" or "False".
 std::wstring ExpectedText(std::same_as<bool> auto flag)
 {
@@ -53,3 +56,5 @@ Veltrane::TaviDesktopSDK::JsonValue ExpectWaypoint(const std::wstring& name,
 
 // "content_meta" and "type", the letter of content events.
 Veltrane::TaviDesktopSDK::JsonValue ExpectContent(std::initializer_list<ExpectedMember> meta);
+
+} // namespace Corvane

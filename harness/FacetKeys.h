@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace FacetKeys
+namespace Corvane::FacetKeys
 {
 
 inline const std::wstring component_name = L"component_name";
@@ -15,4 +15,4 @@ inline const std::wstring entitlement_properties = L"entitlement_properties";
 inline const std::wstring product_suite_name = L"product_suite_name";
 inline const std::wstring type = L"type";
 
-} // namespace FacetKeys
+} // namespace Corvane::FacetKeys

@@ -7,9 +7,9 @@
 
 int main()
 {
-    StandardOutput output;
-    const int status = RunDriver();
+    Corvane::StandardOutput output;
+    const int status = Corvane::RunDriver();
     if (const std::error_code failure = output.Flush())
         std::cerr << "cvtavi_test: standard output cannot be written: " + failure.message() + "\n";
-    return ExitStatus(status);
+    return Corvane::ExitStatus(status);
 }

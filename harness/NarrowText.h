@@ -5,6 +5,9 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+namespace Corvane
+{
+
 // In UTF-8, up to the first null character.
 inline Veltrane::TaviDesktopSDK::TaviString NarrowText(const std::wstring& wide)
 {
@@ -20,3 +23,5 @@ inline Veltrane::TaviDesktopSDK::TaviString NarrowText(const char* text)
     narrow.SetString(text);
     return narrow;
 }
+
+} // namespace Corvane

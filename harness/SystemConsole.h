@@ -4,6 +4,9 @@
 #include <string_view>
 #include <system_error>
 
+namespace Corvane
+{
+
 // While it lives, a console or terminal at standard output takes UTF-8; afterwards what it took before. Constructed
 // before the program's first output and before any file is opened: a standard output that is closed by then stays
 // closed, whoever gets its number.
@@ -23,3 +26,5 @@ private:
     [[maybe_unused]] void* output = nullptr;
     [[maybe_unused]] unsigned previousCodePage = 0;
 };
+
+} // namespace Corvane

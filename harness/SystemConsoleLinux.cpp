@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <csignal>
 
+namespace Corvane
+{
+
 // A terminal takes what its user has set, which is UTF-8 nearly everywhere; a program has no say in it.
 SystemConsole::SystemConsole()
 {
@@ -46,3 +49,5 @@ std::error_code SystemConsole::Write(std::string_view text)
     }
     return {};
 }
+
+} // namespace Corvane

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <string>
 
+namespace Corvane
+{
+
 namespace
 {
 
@@ -62,3 +65,5 @@ std::error_code SystemConsole::Write(std::string_view text)
     }
     return {};
 }
+
+} // namespace Corvane

@@ -8,6 +8,7 @@
 #include <harness/NarrowText.h>
 #include <telemetry/Vocabulary.h>
 
+using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 

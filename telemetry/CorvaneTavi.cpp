@@ -12,7 +12,7 @@
 #include <telemetry/Vocabulary.h>
 
 using namespace Corvane;
-using namespace Vocabulary;
+using namespace Corvane::Vocabulary;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
@@ -42,11 +42,11 @@ int CorvaneTavi::StartSdk()
 
     const UpiProductInfo info(true);
     Facet::Product product;
-    SetFacetEntry(product, TextOf(FacetField::product_line_name), TextOf(info.GetProductLine()));
-    SetFacetEntry(product, TextOf(FacetField::product_release_id), TextOf(info.GetRelease()));
-    SetFacetEntry(product, TextOf(FacetField::product_master_id), TextOf(info.GetMaster()));
-    SetFacetEntry(product, TextOf(FacetField::product_build_id), TextOf(info.GetBuild()));
-    SetFacetEntry(product, TextOf(FacetField::product_id_provider), "upi1");
+    SetFacetEntry(product, TextOf(FacetFields::product_line_name), TextOf(info.GetProductLine()));
+    SetFacetEntry(product, TextOf(FacetFields::product_release_id), TextOf(info.GetRelease()));
+    SetFacetEntry(product, TextOf(FacetFields::product_master_id), TextOf(info.GetMaster()));
+    SetFacetEntry(product, TextOf(FacetFields::product_build_id), TextOf(info.GetBuild()));
+    SetFacetEntry(product, TextOf(FacetFields::product_id_provider), "upi1");
 
     TaviString identifier;
     const int status = Sdk::Initialize(product, identifier);
@@ -71,10 +71,10 @@ std::string CorvaneTavi::GetProductKey() const
 void CorvaneTavi::TrackWaypoint(const TaviString& componentName, const AttributeMap& attributes)
 {
     Facet::Core core;
-    SetEventType(core, "C");
-    SetEventScope(core, ComponentScope);
+    SetEventType(core, EventType::Component);
+    SetEventScope(core, EventScope::Component);
     Facet::Base& component = ComponentFacet(core);
-    SetFacetEntry(component, TextOf(FacetField::component_type), "waypoint");
+    SetFacetEntry(component, TextOf(FacetFields::component_type), "waypoint");
     SetComponentName(component, componentName);
     SetComponentAttributes(component, attributes);
     Send(core, "CorvaneTavi::TrackWaypoint");
@@ -331,10 +331,10 @@ void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int6
                                       const std::wstring& resourceCategory, const std::wstring& commandDescription)
 {
     Facet::Core core;
-    SetEventType(core, "C");
-    SetEventScope(core, ComponentScope);
+    SetEventType(core, EventType::Component);
+    SetEventScope(core, EventScope::Component);
     Facet::Base& component = ComponentFacet(core);
-    SetFacetEntry(component, TextOf(FacetField::component_type), "command");
+    SetFacetEntry(component, TextOf(FacetFields::component_type), "command");
     SetComponentName(component, TextOf(COMMON_COMMAND_INVOKED));
     SetComponentAttributes(component, Attributes({{COMMON_COMMAND_NAME, commandName},
                                                   {COMMON_COMMAND_CONTEXT, commandContext},
@@ -350,11 +350,11 @@ void CorvaneTavi::TrackUserEvent(const std::wstring& componentName, const std::w
                                  const std::wstring& resourceCategory, const std::wstring& commandDescription)
 {
     Facet::Core core;
-    SetEventType(core, "C");
-    SetEventScope(core, ComponentScope);
+    SetEventType(core, EventType::Component);
+    SetEventScope(core, EventScope::Component);
     Facet::Base& component = ComponentFacet(core);
     SetComponentName(component, TextOf(componentName));
-    SetFacetEntry(component, TextOf(FacetField::component_type), TextOf(componentType));
+    SetFacetEntry(component, TextOf(FacetFields::component_type), TextOf(componentType));
     SetComponentAttributes(component, Attributes({{CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
                                                   {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
                                                   {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
@@ -373,13 +373,13 @@ void CorvaneTavi::TrackFileInput(const std::wstring& fileAddOrImport, bool impor
                                  const std::wstring& prevOpenProductLicenseFeatureName)
 {
     Facet::Core core;
-    SetEventType(core, "D");
-    SetEventScope(core, ContentScope);
+    SetEventType(core, EventType::Content);
+    SetEventScope(core, EventScope::Content);
     Facet::Base& content = ContentFacet(core);
-    SetFacetEntry(content, TextOf(FacetField::content_type), TextOf(fileExtension));
-    SetFacetEntry(content, TextOf(FacetField::content_size), JsonValue(static_cast<long long>(contentSize)));
+    SetFacetEntry(content, TextOf(FacetFields::content_type), TextOf(fileExtension));
+    SetFacetEntry(content, TextOf(FacetFields::content_size), JsonValue(static_cast<long long>(contentSize)));
     SetFacetObjectMembers(
-        content, FacetField::content_meta,
+        content, FacetFields::content_meta,
         Attributes({{CV_FILE_INPUT_IS_ADD_OR_IMPORT, fileAddOrImport},
                     {CV_FILE_IMPORT_SUCCESS, importSucceeded},
                     {CV_FILE_IMPORT_MESHTYPE, meshType},
@@ -404,15 +404,15 @@ void CorvaneTavi::TrackUpdateLicense(const std::wstring& licensedProductKey, con
                                      std::int32_t expiryDays)
 {
     Facet::Core core;
-    SetEventType(core, "S");
-    SetEventScope(core, EntitlementScope);
+    SetEventType(core, EventType::Entitlement);
+    SetEventScope(core, EventScope::Entitlement);
     Facet::Base& entitlement = EntitlementFacet(core);
-    SetFacetEntry(entitlement, TextOf(FacetField::entitlement_usage), TextOf(entitlementUsage));
-    SetFacetEntry(entitlement, TextOf(FacetField::entitlement_license_id), TextOf(serialNumber));
+    SetFacetEntry(entitlement, TextOf(FacetFields::entitlement_usage), TextOf(entitlementUsage));
+    SetFacetEntry(entitlement, TextOf(FacetFields::entitlement_license_id), TextOf(serialNumber));
     Facet::Base& product = ProductFacet(core);
-    SetFacetEntry(product, TextOf(FacetField::product_key), TextOf(licensedProductKey));
-    SetFacetEntry(product, TextOf(FacetField::product_suite_name), TextOf(featureName));
-    SetFacetObjectMembers(entitlement, FacetField::entitlement_properties,
+    SetFacetEntry(product, TextOf(FacetFields::product_key), TextOf(licensedProductKey));
+    SetFacetEntry(product, TextOf(FacetFields::product_suite_name), TextOf(featureName));
+    SetFacetObjectMembers(entitlement, FacetFields::entitlement_properties,
                           Attributes({{CV_FEATURE_VERSION, featureVersion},
                                       {CV_LICENSE_BEHAVIOR, licenseBehavior},
                                       {CV_EXPIRY_DAYS, expiryDays}}));

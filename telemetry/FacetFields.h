@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace FacetField
+namespace Corvane::FacetFields
 {
 
 inline constexpr const char* type = "type";
@@ -69,4 +69,4 @@ inline constexpr std::array<const char*, 25> Names = {
     component_attributes,
 };
 
-} // namespace FacetField
+} // namespace Corvane::FacetFields

@@ -1,40 +1,34 @@
 #include <telemetry/FacetHelpers.h>
 
-#include <string_view>
+#include <cstddef>
 #include <utility>
 
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/ValueText.h>
 
-using Corvane::FacetEntries;
-using Corvane::TextOf;
+using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 
-void SetEventType(Facet::Core& core, const char* letter)
+void SetEventType(Facet::Core& core, EventType type)
 {
-    SetFacetEntry(core, TextOf(FacetField::type), letter);
+    const char letter[] = {static_cast<char>(type), '\0'};
+    SetFacetEntry(core, TextOf(FacetFields::type), letter);
 }
 
-void SetEventScope(Facet::Core& core, int code)
+void SetEventScope(Facet::Core& core, EventScope code)
 {
-    // The letters of the codes 1 to 39. Several codes share a letter.
-    constexpr std::string_view letters = "SEFDISEFNT"
-                                         "OXIVALSEFN"
-                                         "UAOPCDUOAS"
-                                         "CECCCUDIJ";
-    static_assert(letters.size() == 39);
-
-    const bool isKnown = code >= 1 && code <= static_cast<int>(letters.size());
-    const char letter[] = {isKnown ? letters[static_cast<std::size_t>(code - 1)] : '\0', '\0'};
-    SetFacetEntry(core, TextOf(FacetField::scope), isKnown ? letter : nullptr);
+    const int number = static_cast<int>(code);
+    const bool isKnown = number >= 1 && number <= static_cast<int>(ScopeLetters.size());
+    const char letter[] = {isKnown ? ScopeLetters[static_cast<std::size_t>(number - 1)] : '\0', '\0'};
+    SetFacetEntry(core, TextOf(FacetFields::scope), isKnown ? letter : nullptr);
 }
 
 void SetComponentName(Facet::Base& component, const TaviString& name)
 {
-    SetFacetEntry(component, TextOf(FacetField::component_name), name);
+    SetFacetEntry(component, TextOf(FacetFields::component_name), name);
 }
 
 void SetFacetObjectMember(Facet::Base& facet, const TaviString& objectKey, const TaviString& key,
@@ -59,7 +53,7 @@ void SetFacetObjectMember(Facet::Base& facet, const TaviString& objectKey, const
         SetFacetEntry(facet, objectKey, JsonValue());
 }
 
-void SetFacetObjectMembers(Facet::Base& facet, const char* objectKey, const AttributeMap& attributes)
+void Corvane::SetFacetObjectMembers(Facet::Base& facet, const char* objectKey, const AttributeMap& attributes)
 {
     const TaviString objectName = TextOf(objectKey);
     for (const auto& [key, value] : attributes)
@@ -68,10 +62,10 @@ void SetFacetObjectMembers(Facet::Base& facet, const char* objectKey, const Attr
 
 void SetComponentAttributes(Facet::Base& component, const AttributeMap& attributes)
 {
-    const TaviString objectName = TextOf(FacetField::component_attributes);
+    const TaviString objectName = TextOf(FacetFields::component_attributes);
     for (const auto& [key, value] : ReadComponentAttributes(FacetEntries(std::as_const(component))[objectName]))
         SetFacetObjectMember(component, objectName, key, TaviString());
-    SetFacetObjectMembers(component, FacetField::component_attributes, attributes);
+    SetFacetObjectMembers(component, FacetFields::component_attributes, attributes);
 }
 
 AttributeMap ReadComponentAttributes(const JsonValue& object)
@@ -90,10 +84,10 @@ void BuildProductKey(const Facet::Product& product, TaviString& key)
 {
     const auto read = [&product](const char* field)
     { return FacetEntries(product)[TextOf(field)].operator TaviString(); };
-    const TaviString line = read(FacetField::product_line_name);
-    const TaviString release = read(FacetField::product_release_id);
-    const TaviString master = read(FacetField::product_master_id);
-    const TaviString build = read(FacetField::product_build_id);
+    const TaviString line = read(FacetFields::product_line_name);
+    const TaviString release = read(FacetFields::product_release_id);
+    const TaviString master = read(FacetFields::product_master_id);
+    const TaviString build = read(FacetFields::product_build_id);
     if (line.size() == 0 || release.size() == 0 || master.size() == 0 || build.size() == 0)
         return;
     const TaviString separator = TextOf("&");

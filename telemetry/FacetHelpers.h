@@ -5,17 +5,12 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/AttributeMap.h>
+#include <telemetry/EventCodes.h>
 
-// One capital letter under "type": "C" for events with a component, "D" with a content, "S" with an entitlement.
-void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter);
+void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, Corvane::EventType type);
 
-// The codes of the scopes of our events.
-inline constexpr int ComponentScope = 25;
-inline constexpr int ContentScope = 6;
-inline constexpr int EntitlementScope = 4;
-
-// The letter that stands for `code`, 1 to 39, under "scope"; several codes share one. Any other code removes the entry.
-void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, int code);
+// Sets the letter of `code` under "scope". A code without a letter removes the entry.
+void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, Corvane::EventScope code);
 
 void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
                       const Veltrane::TaviDesktopSDK::TaviString& name);
@@ -27,9 +22,14 @@ void SetFacetObjectMember(Veltrane::TaviDesktopSDK::Facet::Base& facet,
                           const Veltrane::TaviDesktopSDK::TaviString& key,
                           const Veltrane::TaviDesktopSDK::TaviString& value);
 
+namespace Corvane
+{
+
 // The same for every attribute, in ascending order of the keys. Members that are there already stay.
 void SetFacetObjectMembers(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* objectKey,
                            const AttributeMap& attributes);
+
+} // namespace Corvane
 
 // Replaces the whole "component_attributes" object; no attributes leave none.
 void SetComponentAttributes(Veltrane::TaviDesktopSDK::Facet::Base& component, const AttributeMap& attributes);

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace Vocabulary
+namespace Corvane::Vocabulary
 {
 
 // 3Dconnexion device
@@ -233,4 +233,4 @@ inline const std::wstring SMLOG_MONITORED_PEAK_WORKING_SET = L"SMLOG.MONITORED_P
 inline const std::wstring SMLOG_MONITORED_PRODUCT_VERSION_STRING = L"SMLOG.MONITORED_PRODUCT_VERSION_STRING";
 inline const std::wstring SMLOG_MONITORED_SUCCESS_STATUS = L"SMLOG.MONITORED_SUCCESS_STATUS";
 
-} // namespace Vocabulary
+} // namespace Corvane::Vocabulary

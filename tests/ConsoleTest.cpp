@@ -6,6 +6,8 @@
 
 #include "OutputCapture.h"
 
+using namespace Corvane;
+
 TEST(Console, NarrowAndWideTextArriveInTheOrderWritten)
 {
     const OutputCapture capture;

@@ -4,6 +4,8 @@
 
 #include "OutputCapture.h"
 
+using namespace Corvane;
+
 namespace
 {
 

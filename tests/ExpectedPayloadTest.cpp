@@ -7,6 +7,8 @@
 
 #include "Text.h"
 
+using namespace Corvane;
+
 TEST(ExpectedPayload, FlagsAreTrueAndFalse)
 {
     EXPECT_EQ(ExpectedText(true), L"True");

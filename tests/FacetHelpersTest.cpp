@@ -126,15 +126,15 @@ TEST(FacetHelpers, ATextEntryNeverSetIsRemoved)
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
-TEST(FacetHelpers, TheEventTypeIsSetOrRemoved)
+TEST(FacetHelpers, EveryEventTypeIsSentAsItsLetter)
 {
     Facet::Core core;
-    SetEventType(core, "C");
+    SetEventType(core, EventType::Component);
     EXPECT_EQ(Entries(core), R"({"type":"C"})");
-    SetEventType(core, "D");
+    SetEventType(core, EventType::Content);
     EXPECT_EQ(Entries(core), R"({"type":"D"})");
-    SetEventType(core, nullptr);
-    EXPECT_TRUE(core.Build(JsonValue()).Compare(Facet::Core().Build(JsonValue())) == 0) << Entries(core);
+    SetEventType(core, EventType::Entitlement);
+    EXPECT_EQ(Entries(core), R"({"type":"S"})");
 }
 
 TEST(FacetHelpers, TheComponentNameIsSetOrRemoved)
@@ -161,7 +161,7 @@ TEST(FacetHelpers, EveryScopeCodeHasItsLetter)
     for (const auto& [code, letter] : letters)
     {
         Facet::Core core;
-        SetEventScope(core, code);
+        SetEventScope(core, EventScope{code});
         EXPECT_EQ(Entries(core), R"({"scope":")" + letter + R"("})") << code;
     }
 }
@@ -172,10 +172,10 @@ TEST(FacetHelpers, AScopeCodeOutsideTheTableRemovesTheScope)
     for (const int code : codes)
     {
         Facet::Core core;
-        SetEventType(core, "C");
-        SetEventScope(core, 25);
+        SetEventType(core, EventType::Component);
+        SetEventScope(core, EventScope::Component);
         ASSERT_EQ(Entries(core), R"({"type":"C","scope":"C"})");
-        SetEventScope(core, code);
+        SetEventScope(core, EventScope{code});
         EXPECT_EQ(Entries(core), R"({"type":"C"})") << code;
     }
 }

@@ -16,6 +16,8 @@
 #include "Utf8Path.h"
 #include "VocabularySource.h"
 
+using namespace Corvane;
+
 namespace
 {
 
@@ -68,7 +70,7 @@ TEST(Vocabulary, HasNoTextTwice)
 
 TEST(Vocabulary, KeepsOddSpellings)
 {
-    using namespace Vocabulary;
+    using namespace Corvane::Vocabulary;
     const std::pair<const std::wstring&, const wchar_t*> oddities[] = {
         {CORVANE_FLOW_MHB3D_ANALYIS_AIM, L"CORVANE.FLOW.MHB3D.ANALYIS_AIM"},
         {CV_RESULT_USAGE, L"CV.RESULT_USAGE"},
@@ -128,11 +130,11 @@ TEST(FacetFields, AreInTheFixedOrder)
                                                     "component_type",
                                                     "component_name",
                                                     "component_attributes"};
-    EXPECT_EQ(std::vector<std::string_view>(FacetField::Names.begin(), FacetField::Names.end()), expected);
+    EXPECT_EQ(std::vector<std::string_view>(FacetFields::Names.begin(), FacetFields::Names.end()), expected);
 }
 
 TEST(FacetFields, OfDocumentsAreOutsideTheTable)
 {
-    EXPECT_STREQ(FacetField::content_name, "content_name");
-    EXPECT_STREQ(FacetField::content_root, "content_root");
+    EXPECT_STREQ(FacetFields::content_name, "content_name");
+    EXPECT_STREQ(FacetFields::content_root, "content_root");
 }

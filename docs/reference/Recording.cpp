@@ -19,7 +19,7 @@ constexpr long long ExampleOfTheEditTimer = 90'000;
 TaviString EditTimerKey()
 {
     TaviString key;
-    key.SetStringW(Vocabulary::document_editing_length_ms.c_str());
+    key.SetStringW(Corvane::Vocabulary::document_editing_length_ms.c_str());
     return key;
 }
 

@@ -128,15 +128,15 @@ Event MakeEvent(const ProbedMethod& method, const JsonValue& payload, const std:
     for (const Leaf& leaf : LeavesOf(payload))
     {
         const Field field = MakeField(leaf, method, parametersOf);
-        if (field.key == FacetField::type)
+        if (field.key == Corvane::FacetFields::type)
         {
             event.type = WithoutQuotes(field.example);
         }
-        else if (field.key == FacetField::scope)
+        else if (field.key == Corvane::FacetFields::scope)
         {
             event.scope = WithoutQuotes(field.example);
         }
-        else if (field.key == FacetField::component_name)
+        else if (field.key == Corvane::FacetFields::component_name)
         {
             event.name = WithoutQuotes(field.example);
             event.nameFrom = field.from;

@@ -19,5 +19,5 @@ public:
 private:
     std::ostringstream captured;
     std::streambuf* previous;
-    Utf8Console wideOutput;
+    Corvane::Utf8Console wideOutput;
 };
