@@ -80,7 +80,7 @@ function(corvane_file_properties target description)
     set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/FileProperties.rc.in" "${resource}" @ONLY)
     if(MINGW)
-        # By its name alone: windres hands a path to a shell, which reads more into it.
+        # Names without a path: windres passes its arguments to a shell without quoting them.
         set(object "${CMAKE_CURRENT_BINARY_DIR}/${target}.res.obj")
         add_custom_command(
             OUTPUT "${object}"

@@ -2,7 +2,7 @@
 # Veltrane::TaviSDKWrapper. The folder holds include/TaviDesktopSDK/, lib/ and, on Windows, bin/.
 
 set(missing)
-# Into which further headers it is divided is the library's own affair.
+# This header is the only one that is needed by name; it may include others.
 if(NOT EXISTS "${TaviSDKWrapper_ROOT}/include/TaviDesktopSDK/TaviDesktopSDK.h")
     list(APPEND missing include/TaviDesktopSDK/TaviDesktopSDK.h)
 endif()

@@ -20,7 +20,7 @@ class Utf8Buffer : public std::wstreambuf
 protected:
     int_type overflow(int_type unit) override
     {
-        // Nobody calls this without a character; where wchar_t has 16 bits, eof() is what U+FFFF looks like.
+        // `unit` is always a character: where wchar_t has 16 bits, U+FFFF has the same value as eof().
         const wchar_t character = traits_type::to_char_type(unit);
         return xsputn(&character, 1) == 1 ? traits_type::not_eof(unit) : traits_type::eof();
     }
@@ -91,7 +91,7 @@ public:
 protected:
     int_type overflow(int_type unit) override
     {
-        // Nobody calls this without a character.
+        // `unit` is always a character.
         pending += traits_type::to_char_type(unit);
         return traits_type::not_eof(unit);
     }

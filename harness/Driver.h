@@ -1,4 +1,4 @@
-// One run of the test program, from the opt-in check to the summary.
+// One run of the test program: opt-in check, test mode, catalogue, summary.
 #pragma once
 
 #include <harness/Verification.h>

@@ -1,4 +1,4 @@
-// From the harness's texts to the library's strings.
+// Converts the harness's texts to the library's strings.
 #pragma once
 
 #include <string>

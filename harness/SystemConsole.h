@@ -1,4 +1,4 @@
-// The system's side of standard output: a console that shows UTF-8 as it is meant, and the way of bytes to it.
+// The system's side of standard output: the console's encoding, and writing bytes.
 #pragma once
 
 #include <string_view>
@@ -19,7 +19,7 @@ public:
     SystemConsole& operator=(const SystemConsole&) = delete;
 
     // Writes all of `text`, with the system's line ends; an output that takes nothing for the moment is waited for.
-    // Returns the system's error when the output takes no more. A reader that has gone away ends nobody.
+    // Returns the system's error when writing fails. That the reader has gone away is such an error.
     std::error_code Write(std::string_view text);
 
 private:

@@ -10,16 +10,17 @@
 namespace Corvane
 {
 
-// A terminal takes what its user has set, which is UTF-8 nearly everywhere; a program has no say in it.
+// A terminal's encoding is its user's setting, nearly always UTF-8. A program cannot change it.
 SystemConsole::SystemConsole()
 {
-    // The next file would get the number of a standard stream that is closed, and the output. A folder takes none.
+    // The next file that is opened would get the descriptor of a standard stream that is closed, and with it the
+    // output. The root folder takes these descriptors instead: it cannot be written.
     int number = 0;
     while (number >= 0 && number <= STDERR_FILENO)
         number = open("/", O_RDONLY);
     close(number);
 
-    // A reader that is gone and a file that is at its limit are errors to report, and no end of the program.
+    // A reader that has gone and a file at its size limit are reported as errors. Their signals would end the program.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
 }

@@ -25,7 +25,7 @@ SystemConsole::SystemConsole()
 {
     void* const inherited = GetStdHandle(STD_OUTPUT_HANDLE);
     if (GetFileType(inherited) == FILE_TYPE_UNKNOWN)
-        return; // closed: the next file could get the handle
+        return; // closed: the next file that is opened could get this handle
     output = inherited;
     DWORD mode = 0;
     if (GetConsoleMode(output, &mode) == 0)
@@ -54,12 +54,12 @@ std::error_code SystemConsole::Write(std::string_view text)
             return {static_cast<int>(GetLastError()), std::system_category()};
         if (count == 0)
         {
-            // A pipe that does not wait takes nothing for the moment, or never so much at once.
+            // A non-blocking pipe is full, or takes no piece of this size.
             piece = std::max<std::size_t>(piece / 2, 1);
             Sleep(1);
             continue;
         }
-        // Some consoles count the characters.
+        // Some consoles return the number of characters, not of bytes.
         written += isConsole ? piece : count;
         piece = most;
     }

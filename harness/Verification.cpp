@@ -20,13 +20,13 @@ std::wstring WideOf(const TaviString& text)
     return text.c_strw() != nullptr ? text.c_strw() : L"";
 }
 
-// The library's conversions would have `==` and `if` ask something else.
+// `==` and `if` would go by the value's conversion to a number.
 bool IsNull(const JsonValue& value)
 {
     return value.Compare(JsonValue()) == 0;
 }
 
-// A reference into a value of the library's may not last as long as it is needed.
+// How long a reference to a member stays valid is the library's own; a copy stays.
 JsonValue CopyOf(const JsonValue& value)
 {
     return value;

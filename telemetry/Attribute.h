@@ -17,7 +17,7 @@ namespace Corvane
 class Attribute
 {
 public:
-    // A key is a constant of the vocabulary. A literal or any other temporary, spelt at the call, does not compile.
+    // `name` is a constant of the vocabulary. A literal, or any other temporary, in its place does not compile.
     Attribute(const std::wstring& name, const std::wstring& text) : key(&name), value(&text) {}
     Attribute(const std::wstring& name, std::same_as<bool> auto flag) : key(&name), value(flag) {}
     Attribute(const std::wstring& name, std::int32_t number) : key(&name), value(number) {}
@@ -40,7 +40,7 @@ private:
     std::variant<const std::wstring*, bool, std::int32_t, std::int64_t, std::uint64_t, double> value;
 };
 
-// Stores them one after the other: of two under the same key the later stands.
+// The map of all attributes. Of several with the same key the last is kept.
 inline AttributeMap Attributes(std::initializer_list<Attribute> attributes)
 {
     AttributeMap stored;

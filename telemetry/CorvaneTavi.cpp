@@ -56,7 +56,7 @@ int CorvaneTavi::StartSdk()
     TaviString key;
     BuildProductKey(product, key);
 
-    // Set at the end, where nothing can fail any more: when memory runs out before, the wrapper is not started.
+    // Assigned last, when nothing can throw any more: running out of memory above leaves the wrapper not started.
     std::string startedHostProduct = StandardString(identifier);
     productKey = StandardString(key);
     hostProduct = std::move(startedHostProduct);
@@ -430,7 +430,7 @@ void CorvaneTavi::StartTrackFileChange(const std::wstring& name)
     const auto found = documents.find(name);
     if (found == documents.end())
         return;
-    // Kept while its event is handed over, whatever is registered meanwhile.
+    // A callback may replace the document: this keeps it until its event has been handed over.
     const std::shared_ptr<TaviDocument> document = found->second;
     document->TrackEvent(*this);
 }

@@ -8,12 +8,12 @@
 namespace Corvane
 {
 
-// The folder of the running program's file; nothing when the system does not tell. Independent of the working folder
-// and of how the program was called. On Windows a path of 260 characters or more is cut off there, and the folder is
-// that of what is left.
+// The folder of the running program's file; std::nullopt when the system does not tell. Independent of the working
+// folder and of how the program was called. On Windows a path of 260 characters or more is cut off there, and the
+// folder is that of what is left.
 std::optional<std::filesystem::path> ExecutableFolder();
 
-// The folder of the program or shared library that this code is linked into; nothing as above.
+// The folder of the program or shared library that this code is linked into; std::nullopt as above.
 std::optional<std::filesystem::path> ModuleFolder();
 
 // In text mode. Null when the file cannot be opened. The caller closes it.

@@ -28,7 +28,7 @@ std::optional<std::filesystem::path> ExecutableFolder()
 
 std::optional<std::filesystem::path> ModuleFolder()
 {
-    // The loader knows the program itself by an empty name.
+    // The loader has an empty name for the program itself.
     Dl_info symbol{};
     void* module = nullptr;
     if (dladdr1(reinterpret_cast<void*>(&ModuleFolder), &symbol, &module, RTLD_DL_LINKMAP) == 0)

@@ -13,7 +13,7 @@
 namespace Corvane
 {
 
-// Never made. It is derived so that pointers to the protected members can be formed.
+// Never instantiated. It derives from Base so that pointers to the protected members can be formed.
 class FacetAccess : public Veltrane::TaviDesktopSDK::Facet::Base
 {
 public:
@@ -32,7 +32,7 @@ public:
     }
 };
 
-// The object that a facet's entries are members of: for reading without creating any, or to be changed in place.
+// The JSON object whose members are the facet's entries. Reading a constant facet creates no entry.
 inline const Veltrane::TaviDesktopSDK::JsonValue& FacetEntries(const Veltrane::TaviDesktopSDK::Facet::Base& facet)
 {
     return FacetAccess::Entries(facet);
@@ -62,15 +62,15 @@ inline Veltrane::TaviDesktopSDK::Facet::Base& ProductFacet(Veltrane::TaviDesktop
 
 } // namespace Corvane
 
-// Sets or removes one entry. A value and a string are taken as they are, and nothing that converts to one: a text would
-// become the boolean true, and a number or a flag a text.
+// Sets or removes one entry. `value` and `text` are exactly of the library's types, and not of a type that converts to
+// them: a pointer would become the boolean true, and a number or a flag would become text.
 void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
                    const std::same_as<Veltrane::TaviDesktopSDK::JsonValue> auto& value)
 {
     facet.SetFacetEntry(key, value);
 }
 
-// The same for a text; null, or a string that was never given text, removes the key.
+// The same for text. A null pointer, or a string without text, removes the key.
 inline void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
                           const char* text)
 {

@@ -35,7 +35,7 @@ inline constexpr const char* component_type = "component_type";
 inline constexpr const char* component_name = "component_name";
 inline constexpr const char* component_attributes = "component_attributes";
 
-// Documents only; not in the table.
+// Written for documents only. They are not part of the table.
 inline constexpr const char* content_name = "content_name";
 inline constexpr const char* content_root = "content_root";
 

@@ -45,7 +45,7 @@ void SetFacetObjectMember(Facet::Base& facet, const TaviString& objectKey, const
         member.SetString(value.c_str());
         if (member.Compare(JsonValue()) != 0)
             return;
-        // The library takes this text for none.
+        // The library stores this text as null: the member is removed.
     }
     JsonValue& object = FacetEntries(facet)[objectKey];
     object.RemoveKey(key);

@@ -6,7 +6,7 @@ namespace Corvane
 namespace
 {
 
-// Without a callback Mini-XML reports on the error stream. It does not tell which one was set before.
+// Without a callback Mini-XML prints on the error stream. The callback that was set before cannot be asked for.
 class SilentMiniXml
 {
 public:

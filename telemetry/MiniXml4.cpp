@@ -10,10 +10,10 @@ namespace Corvane
 namespace
 {
 
-// Without a callback Mini-XML reports on the error stream.
+// Without a callback Mini-XML prints on the error stream.
 void IgnoreError(void*, const char*) {}
 
-// The entities that XML predefines; Mini-XML 4 itself lacks "apos". -1, for any other name, ends the reading.
+// The entities that XML predefines; Mini-XML 4 itself lacks "apos". For any other name -1, which ends the reading.
 int CharacterOf(void*, const char* entity)
 {
     const std::pair<std::string_view, char> predefined[] = {

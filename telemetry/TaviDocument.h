@@ -15,7 +15,7 @@ class CorvaneTavi;
 class TaviDocument
 {
 public:
-    // Nothing to send.
+    // A document without an event, for which TrackEvent() does nothing.
     TaviDocument();
 
     // `size` is in bytes and is sent as a signed 64-bit integer: from 2^63 on it comes out negative. `source` is the

@@ -7,8 +7,8 @@
 // visited one are not read. The search starts below the document's first node, which is the XML declaration where there
 // is one.
 //
-// Identifiers are UTF-8, and may be empty. Nothing is reported: whatever the file lacks, or all when there is no file
-// that Mini-XML reads, is "undefined".
+// Identifiers are UTF-8, and may be empty. Errors are not reported: a level that the file lacks is "undefined", and so
+// are all levels when there is no file or Mini-XML does not read it.
 #pragma once
 
 #include <filesystem>
