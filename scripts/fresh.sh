@@ -8,6 +8,7 @@
 # clone's path holds blanks, commas and a "$".
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
+source scripts/bare_root.bash
 
 read_options "$@"
 suite=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME-}")
@@ -38,29 +39,16 @@ root=$scratch/root
 project="home/a clone, of \$5"
 
 step "Making a bare $suite"
-quietly debootstrap --variant=minbase --include=ca-certificates "$suite" "$root" ||
-    fail "there is no bare $suite: check the network; see above"
-# How this system reaches its network goes for that one as well.
-for file in /etc/resolv.conf /etc/hosts; do
-    [[ ! -e "$file" ]] || cp -L "$file" "$root$file"
-done
-apt-config dump Acquire >"$root/etc/apt/apt.conf.d/90acquire"
+mkdir -m 755 "$root"
+quietly can_mount "$root" || fail "mounting is not permitted here, see above"
+quietly make_bare_root "$suite" || fail "there is no bare $suite: check the network; see above"
 git clone --quiet . "$root/$project" || fail "the project cannot be cloned, see above"
 [[ -z "$(git status --porcelain)" ]] || say "What is not committed is not part of it"
 
-# there COMMAND [ARGUMENT]...: a script, in the bare system. What it mounts and starts ends with it.
-there() {
-    step "scripts/$1.sh ${*:2}"
-    ROOT=$root PROJECT=/$project unshare --mount --pid --fork --kill-child bash -c '
-        mount -t proc proc "$ROOT/proc" && mkdir -p "$ROOT/dev/pts" &&
-            mount -t devpts -o newinstance,ptmxmode=0666 devpts "$ROOT/dev/pts" || exit
-        exec chroot "$ROOT" /usr/bin/env -i HOME=/root LANG=C.UTF-8 PATH=/usr/sbin:/usr/bin:/sbin:/bin \
-            sh -c "cd \"\$0\" && exec \"\$@\"" "$PROJECT" "scripts/$1.sh" "${@:2}"
-    ' there "$@"
-}
 status=0
 for command in "${commands[@]}"; do
     read -ra words <<<"$command"
-    there "${words[@]}" || status=$?
+    step "scripts/${words[0]}.sh ${words[*]:1}"
+    in_bare_root sh -c 'cd "$0" && exec "$@"' "/$project" "scripts/${words[0]}.sh" "${words[@]:1}" || status=$?
 done
 exit "$status"

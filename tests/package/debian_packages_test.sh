@@ -7,6 +7,7 @@
 # Exits with 77 where this cannot be done, and says why.
 set -euo pipefail
 source=$1 generator=$2 compiler=$3
+source "$source/scripts/bare_root.bash"
 
 skip() {
     printf 'Skipped: %s\n' "$1"
@@ -22,23 +23,9 @@ fail() {
 for tool in apt-get debootstrap dpkg-shlibdeps file unshare; do
     command -v "$tool" >/dev/null || skip "$tool is missing"
 done
-# What is mounted for a command is gone when the command is, however it ends. A folder that serves as root is no mount, and
-# what is private cannot be made of it.
-own_mounts=(unshare --mount)
-"${own_mounts[@]}" true 2>/dev/null || own_mounts+=(--propagation unchanged)
-"${own_mounts[@]}" true 2>/dev/null || skip "mounting is not permitted here"
 
-in_root() {
-    "${own_mounts[@]}" sh -c '
-        mount -t proc proc "$0/proc" || exit
-        chroot "$0" env PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
-        status=$?
-        umount "$0/proc"
-        exit "$status"' "$root" "$@"
-}
-
-apt_install() {
-    in_root apt-get install -y --no-install-recommends "$@"
+apt_get() {
+    in_bare_root env DEBIAN_FRONTEND=noninteractive apt-get -y --no-install-recommends "$@"
 }
 
 folder=$(mktemp -d)
@@ -47,36 +34,31 @@ trap 'rm -rf --one-file-system "$folder"' EXIT
 umask 022
 chmod 755 "$folder"
 mkdir "$root"
+can_mount "$root" || skip "mounting is not permitted here"
 
 cmake -S "$source" --preset deb -B "$folder/build" -G "$generator" -DCMAKE_CXX_COMPILER="$compiler"
 cmake --build "$folder/build"
 cpack --config "$folder/build/CPackConfig.cmake" -B "$folder/packages"
 
-suite=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
-mirror=$(apt-get indextargets --format '$(REPO_URI)' "Identifier: Packages" "Release: $suite" | sed 1q)
-"${own_mounts[@]}" debootstrap --variant=minbase "$suite" "$root" ${mirror:+"$mirror"}
-apt-config dump Acquire >"$root/etc/apt/apt.conf.d/90acquire" # proxies and the like
-for file in /etc/resolv.conf /etc/hosts; do
-    [[ ! -e "$file" ]] || cp -L "$file" "$root$file"
-done
+make_bare_root "$(. /etc/os-release && echo "${VERSION_CODENAME:-}")"
 cp "$folder"/packages/corvane-tavi_*.deb "$root/root/corvane-tavi.deb"
 cp "$folder"/packages/corvane-tavi-dev_*.deb "$root/root/corvane-tavi-dev.deb"
 cp -r "$source/examples/minimal" "$root/root/"
 
-apt_install /root/corvane-tavi.deb
-in_root cvtavi_test | diff "$source/tests/data/good_run.txt" - || fail "the program does not print what it should"
+apt_get install /root/corvane-tavi.deb
+in_bare_root cvtavi_test | diff "$source/tests/data/good_run.txt" - || fail "the program does not print what it should"
 for file in share/doc/corvane-tavi/{CHANGELOG.md,events.html,events.md} lib/corvane-tavi/UPI/upiconfig.xml; do
     [[ -f "$root/usr/$file" ]] || fail "/usr/$file is missing"
 done
 
-apt_install /root/corvane-tavi-dev.deb g++ pkg-config
-in_root sh -c 'cd /root/minimal && g++ -std=c++20 main.cpp -o host $(pkg-config --cflags --libs corvane-tavi)'
+apt_get install /root/corvane-tavi-dev.deb g++ pkg-config
+in_bare_root sh -c 'cd /root/minimal && g++ -std=c++20 main.cpp -o host $(pkg-config --cflags --libs corvane-tavi)'
 expected='Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214'
-found=$(in_root /root/minimal/host)
+found=$(in_bare_root /root/minimal/host)
 [[ "$found" == "$expected" ]] || fail "the host prints \"$found\""
-in_root sh -c '[ -f /usr/lib/$(g++ -print-multiarch)/cmake/CorvaneTavi/CorvaneTaviConfig.cmake ]' ||
+in_bare_root sh -c '[ -f /usr/lib/$(g++ -print-multiarch)/cmake/CorvaneTavi/CorvaneTaviConfig.cmake ]' ||
     fail "CMake's package is not where CMake looks"
 
-in_root apt-get purge -y corvane-tavi
+apt_get purge corvane-tavi
 left=$(find "$root/usr" -iname '*tavi*')
 [[ -z "$left" ]] || fail "purging leaves $left"
