@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the libraries of the Windows build, with mingw-w64, into build/windows-libraries/: Mini-XML from Debian's source
 # package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and nlohmann-json's headers. Does
-# nothing when they are there in these versions. The exit status is 3 when there is no such source package to be had.
+# nothing when they are there in these versions. The exit status is 3 when there is no such source package; whenever it
+# fails, earlier ones stay.
 #
 #     scripts/windows-libraries.sh
 set -euo pipefail
@@ -23,9 +24,8 @@ if [[ "$(cat "$prefix/versions" 2>/dev/null)" == "$versions" ]]; then
     exit 0
 fi
 
-rm -rf "$prefix"
-mkdir -p "$prefix"
 work=$scratch
+new=$work/windows-libraries
 
 # fetch_mxml: unpacks the source package into $work/mxml. The sources come from where the machine's packages come from,
 # by a list and an index of their own, so that the system's stay as they are.
@@ -67,17 +67,22 @@ fetch_mxml
         CFLAGS="-O2 -include io.h"
     quietly make libmxml.a
 ) || fail "Mini-XML cannot be built, see above"
-install -D -m 644 "$work/mxml/mxml.h" "$prefix/include/mxml.h"
-install -D -m 644 "$work/mxml/libmxml.a" "$prefix/lib/libmxml.a"
+install -D -m 644 "$work/mxml/mxml.h" "$new/include/mxml.h"
+install -D -m 644 "$work/mxml/libmxml.a" "$new/lib/libmxml.a"
 
 step "Windows libraries: building GoogleTest"
 quietly cmake -S /usr/src/googletest -B "$work/googletest" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
     -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_GMOCK=OFF &&
-    quietly cmake --build "$work/googletest" --target install || fail "GoogleTest cannot be built, see above"
+    quietly cmake --build "$work/googletest" &&
+    quietly cmake --install "$work/googletest" --prefix "$new" || fail "GoogleTest cannot be built, see above"
 
 step "Windows libraries: copying nlohmann-json"
 # Not /usr/include itself, which holds this system's headers as well.
-mkdir -p "$prefix/share/cmake"
-cp -r /usr/include/nlohmann "$prefix/include/"
-cp -r /usr/share/cmake/nlohmann_json "$prefix/share/cmake/"
+mkdir -p "$new/share/cmake"
+cp -r /usr/include/nlohmann "$new/include/"
+cp -r /usr/share/cmake/nlohmann_json "$new/share/cmake/"
+
+# Only now are the old ones replaced. The versions are removed first and written last: whoever finds them finds all.
+rm -rf "$prefix/versions" "$prefix"
+mv "$new" "$prefix"
 printf '%s\n' "$versions" >"$prefix/versions"
