@@ -1,5 +1,5 @@
-// Heap allocations, and bytes allocated, per report in the steady state, as JSON. Fails when what the
-// library allocates is not counted.
+// Heap allocations, and bytes allocated, per report in the steady state, as JSON. Fails when the library's allocations
+// are not counted.
 //
 //     build/benchmark/benchmarks/allocation_benchmark
 #include <cstddef>
@@ -26,8 +26,8 @@ AllocationCount operator-(const AllocationCount& after, const AllocationCount& b
     return {after.allocations - before.allocations, after.bytes - before.bytes, after.releases - before.releases};
 }
 
-// A text that the library must keep a copy of has to show, or the counts below mean nothing.
-bool SeesTheLibrary()
+// Whether the library's copy of a text is counted. If it is not, the counts below mean nothing.
+bool CountsTheLibrarysAllocations()
 {
     const std::string text(std::size_t{1} << 24, 'x');
     const AllocationCount before = CountedAllocations();
@@ -45,7 +45,7 @@ bool SeesTheLibrary()
 
 int main()
 {
-    if (!SeesTheLibrary())
+    if (!CountsTheLibrarysAllocations())
     {
         std::cerr << "An allocation inside the library is not counted" << std::endl;
         return 1;

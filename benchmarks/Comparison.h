@@ -1,13 +1,13 @@
-// The reporting methods under measurement once more, on top of another way to make a payload. Signatures and payloads
-// are the wrapper's; a self-check compares the payloads. Each way is an `Engine`:
+// The measured reporting methods once more, with payloads that an `Engine` makes, by another JSON library for example.
+// Signatures and payloads are the wrapper's; a self-check compares the payloads. What an engine provides:
 //
 //     Engine::Payload            one event's payload, begun with the product's description; Add(key, text),
 //                                Add(key, integer), and AddObject(key, fill), which calls fill(object) once
 //     Send(Payload&&)            finishes the payload and hands it to the callback
-//     Engine::Prepared           what is kept of a document's payload; made by Prepare(Payload&&)
+//     Engine::Prepared           a document's payload, kept until it is sent; made by Prepare(Payload&&)
 //     SendPrepared(prepared, milliseconds)
 //
-// Keys are narrow constants, as such a program would have them; texts are converted by PlainText and copied.
+// Keys are narrow constants, as in a program without the wrapper; texts are converted by PlainText and copied.
 #pragma once
 
 #include <chrono>
@@ -32,7 +32,7 @@ template <typename Engine>
 class Comparison
 {
 public:
-    // `engine` is borrowed.
+    // The engine must outlive this object.
     explicit Comparison(const Engine& target) : engine(target) {}
 
     void Track3DCKeyPressed(const std::wstring& key)

@@ -24,7 +24,7 @@ AllocationCount CountedAllocations()
     return counted;
 }
 
-// The C library's own, under the names that it keeps for such programs.
+// The GNU C library's own functions, which it also exports under these names.
 extern "C"
 {
     void* __libc_malloc(std::size_t size);

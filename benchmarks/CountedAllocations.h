@@ -1,5 +1,6 @@
-// Every heap allocation of the process, the telemetry library's included: malloc and its kin are this program's own,
-// which count and pass on to the C library's. A reallocation counts as one allocation of its new size.
+// Counts every heap allocation of the process, the telemetry library's included: this program replaces malloc() and its
+// relatives by functions that count and then call the C library's. A reallocation counts as one allocation of its new
+// size.
 #pragma once
 
 #include <cstdint>

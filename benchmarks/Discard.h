@@ -1,5 +1,5 @@
-// Callbacks that only count the finished payloads: `context` points to the count, a std::uint64_t. In a source file of
-// their own, so that no caller sees that they look at nothing.
+// Callbacks that only count the finished payloads: `context` points to the count, a std::uint64_t. They are defined in
+// a source file of their own, so that the compiler cannot optimize for their not reading the payload.
 #pragma once
 
 #include <string_view>

@@ -1,6 +1,6 @@
-// What the report of a changed document costs with COUNT documents registered, all of them in turn, far from one
-// another. A program of its own, since documents stay registered until the process exits. The counter `register_ns` is
-// what registering all of them took, once.
+// What the report of a changed document costs while COUNT documents are registered, a power of ten. All are reported in
+// turn, each far from the one before. A program of its own, since documents stay registered until the process exits.
+// The counter `register_ns` is the time that registering all of them took, once.
 //
 //     build/benchmark/benchmarks/document_benchmark COUNT --benchmark_repetitions=9
 #include <chrono>
@@ -40,7 +40,7 @@ int main(int argc, char** argv)
 
     const auto report = [&](benchmark::State& state)
     {
-        constexpr std::size_t step = 61'803; // prime, so that every document has its turn
+        constexpr std::size_t step = 61'803; // coprime to a power of ten, so that every document has its turn
         const std::uint64_t before = delivered;
         std::size_t next = 0;
         for (auto _ : state)

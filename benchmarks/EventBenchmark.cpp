@@ -1,5 +1,5 @@
-// From the typed call to the return of a discarding callback that was handed the finished payload: by the wrapper, and
-// by other ways to make the same payload.
+// The time of a report, from the typed call until a callback that discards the finished payload has returned: by the
+// wrapper, and by other ways to make the same payload.
 //
 //     build/benchmark/benchmarks/reporting_benchmark --benchmark_filter=event/ --benchmark_repetitions=9
 //         --benchmark_enable_random_interleaving=true

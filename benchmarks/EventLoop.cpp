@@ -1,5 +1,6 @@
 // Reports one event COUNT times, by the wrapper or by a comparison, and does nothing else: for a tool that counts
-// instructions. Two counts give what a call costs, whatever start and end cost.
+// instructions. The difference of two runs, with different counts, is the cost of the calls without that of start and
+// end.
 //
 //     valgrind --tool=callgrind build/benchmark/benchmarks/event_loop Track3DCKeyPressed wrapper 1000
 #include <cstdint>
@@ -18,11 +19,11 @@ int main(int argc, char** argv)
 
     Subjects subjects;
     subjects.ForEach(
-        [&]<typename Reporter>(const char* ofThis, Reporter& reporter)
+        [&]<typename Reporter>(const char* candidate, Reporter& reporter)
         {
             for (const Event<Reporter>& event : Events<Reporter>)
             {
-                if (subject != ofThis || name != event.name)
+                if (subject != candidate || name != event.name)
                     continue;
                 for (std::uint64_t i = 0; i < count; ++i)
                     event.report(reporter);

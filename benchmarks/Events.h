@@ -1,5 +1,5 @@
-// The six events under measurement, with the arguments of the catalogue, made before the call: a small one, a middle
-// one, a large one, and those whose payload has another shape. For the wrapper and for everything with its reporting
+// The measured events, with the arguments of the catalogue, which are made before the call: a small, a middle and a
+// large waypoint, and the events whose payload has another shape. A Reporter is the wrapper or any class with the same
 // methods.
 #pragma once
 
@@ -71,7 +71,7 @@ inline constexpr std::array<Event<Reporter>, 6> Events = {{
     {"StartTrackFileChange", [](Reporter& reporter) { reporter.StartTrackFileChange(EventText::document1); }},
 }};
 
-// What StartTrackFileChange reports.
+// Registers the documents that StartTrackFileChange reports.
 template <typename Reporter>
 void AddDocuments(Reporter& reporter)
 {

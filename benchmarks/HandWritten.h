@@ -1,5 +1,6 @@
-// Payloads as JSON text, written straight into one buffer that is there before: the floor, an engine of Comparison.
-// What is known before the event, the product's description or a document's whole payload, is copied as text.
+// An engine of Comparison that writes payloads as JSON text straight into a buffer allocated beforehand: the floor,
+// which is the least that a report can cost. What is known before the event, the product's description or a document's
+// whole payload, is copied as text.
 #pragma once
 
 #include <charconv>
@@ -17,13 +18,13 @@ class HandWritten
 public:
     using Callback = int (*)(std::string_view payload, void* context);
 
-    // A comma follows each member; closing the object replaces the last one.
+    // A comma follows each member; Close() replaces the last one.
     class Payload
     {
     public:
         explicit Payload(const HandWritten& engine) : Payload(engine, engine.description) {}
 
-        // Begun with `text`.
+        // Starts with `text`.
         Payload(const HandWritten& engine, std::string_view text) : begin(engine.buffer.get()), at(begin)
         {
             Write(text);
@@ -55,7 +56,7 @@ public:
 
         void Close() { at[-1] = '}'; }
 
-        // An object whose members are all to come, or to be closed.
+        // All that is written so far, whether the object is closed or not.
         std::string_view Text() const { return {begin, static_cast<std::size_t>(at - begin)}; }
 
         void Write(std::string_view text)
@@ -106,11 +107,11 @@ public:
     void SendPrepared(const Prepared& prepared, std::int64_t milliseconds) const;
 
 private:
-    // More than any event measured takes.
+    // More than any measured event takes.
     static constexpr std::size_t BufferSize = 65536;
 
     std::unique_ptr<char[]> buffer;
-    std::string description; // open, its last member followed by a comma
+    std::string description; // not closed: a comma follows the last member
     Callback callback;
     void* context;
 };

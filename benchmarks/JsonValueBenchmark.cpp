@@ -1,5 +1,5 @@
 // The library's values alone: objects of many members and of many levels, and the text of the large event's payload
-// beside that of the same tree by another library. What a benchmark makes is also destroyed within the time.
+// beside that of the same tree by another library. The times include the destruction of what a benchmark makes.
 //
 //     build/benchmark/benchmarks/reporting_benchmark --benchmark_filter='(members|levels|payload_text)/'
 //         --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true

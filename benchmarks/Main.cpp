@@ -1,4 +1,4 @@
-// Runs after the check that nothing is compared with something that does less.
+// Runs the benchmarks, after a check that every comparison makes the wrapper's payloads.
 #include <benchmark/benchmark.h>
 
 #include "Benchmarks.h"
@@ -10,7 +10,7 @@ int main(int argc, char** argv)
     if (benchmark::ReportUnrecognizedArguments(argc, argv) || !ComparisonsMakeTheWrappersPayloads())
         return 1;
 
-    RegisterJsonValueBenchmarks(); // has a callback of its own, for now
+    RegisterJsonValueBenchmarks(); // before the Subjects, whose callback it would replace
     Subjects subjects;
     RegisterEventBenchmarks(subjects);
     RegisterScalingBenchmarks(subjects.wrapper);

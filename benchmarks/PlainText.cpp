@@ -17,7 +17,7 @@ bool IsLowSurrogate(char32_t unit)
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Takes one character, a pair of surrogates as one, off the front.
+// The character at `at`, for which a pair of surrogates counts as one; moves `at` beyond it.
 char32_t TakeCharacter(const wchar_t*& at, const wchar_t* end)
 {
     const auto unit = static_cast<char32_t>(*at++);
@@ -26,7 +26,7 @@ char32_t TakeCharacter(const wchar_t*& at, const wchar_t* end)
     return IsHighSurrogate(unit) || IsLowSurrogate(unit) || unit > 0x10FFFF ? ReplacementCharacter : unit;
 }
 
-// The end of what it wrote: at most four bytes a unit.
+// Writes at most four bytes for each unit of `wide`. Returns the end of what it wrote.
 char* WriteUtf8(char* out, const std::wstring& wide)
 {
     const wchar_t* at = wide.data();
@@ -96,7 +96,7 @@ PlainText::PlainText(std::uint64_t value)
 
 PlainText::PlainText(double value)
 {
-    // The values of the comparisons are small: every one fits.
+    // The measured values are small: their text fits into the buffer.
     const char* const begin = buffer.data();
     const char* end =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 6).ptr;

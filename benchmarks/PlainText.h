@@ -1,6 +1,6 @@
-// The text of a typed value, for the comparisons: all of them convert by this, into a buffer of its own, and copy from
-// it. Wide text as UTF-8, what is ill-formed in it as U+FFFD; integers in decimal; floating point with six decimals
-// less the trailing zeros; "True" and "False".
+// The text of a typed value; all engines of Comparison convert by this and copy the text. Wide text becomes UTF-8, what
+// is ill-formed in it U+FFFD; integers are decimal; floating point has six decimals without trailing zeros; booleans
+// are "True" and "False".
 #pragma once
 
 #include <array>
@@ -30,7 +30,7 @@ public:
 private:
     void Assign(auto number);
 
-    std::array<char, 256> buffer; // not cleared: only what `text` shows has a value
-    std::string longText;         // what does not fit into the buffer
+    std::array<char, 256> buffer; // uninitialized, but for what `text` refers to
+    std::string longText;         // a text that does not fit into the buffer
     std::string_view text;
 };

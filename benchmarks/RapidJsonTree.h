@@ -1,5 +1,5 @@
-// Payloads as RapidJSON documents, a fresh one with its own pool for each event: an engine of Comparison. Keys are
-// constants and are referred to; texts are copied into the pool.
+// Payloads as RapidJSON documents, a new one with its own pool for each event: an engine of Comparison. Keys are
+// constants and are not copied; texts are copied into the pool.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Objects under measurement: how each is made, and how all of its members are looked up once.
+// The measured objects, of many members or of many levels: how one is made, and how all its members are looked up once.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Does one thing to an object of N members, or of N levels, COUNT times: for a tool that counts instructions. Two
-// counts give what each time costs, whatever start and end cost.
+// Does one thing to an object of N members, or of N levels, COUNT times: for a tool that counts instructions. The
+// difference of two runs, with different counts, is the cost without that of start and end.
 //
 //     valgrind --tool=callgrind build/benchmark/benchmarks/value_loop members build 1000 5
 #include <cstddef>
@@ -14,30 +14,30 @@ using Veltrane::TaviDesktopSDK::JsonValue;
 namespace
 {
 
-// Whether each time went well.
+// False when the action is unknown or its result is wrong.
 template <typename Shape>
 bool Run(std::string_view action, std::size_t size, unsigned long count)
 {
     const Shape shape(size);
     const JsonValue object = shape.Build();
     const JsonValue other = shape.Build();
-    bool isDone = count > 0;
+    bool isRight = count > 0;
     for (unsigned long i = 0; i < count; ++i)
     {
         if (action == "build")
-            isDone &= shape.Build().GetCount() > 0;
+            isRight &= shape.Build().GetCount() > 0;
         else if (action == "copy")
-            isDone &= JsonValue(object).GetCount() > 0;
+            isRight &= JsonValue(object).GetCount() > 0;
         else if (action == "compare")
-            isDone &= object.Compare(other) == 0;
+            isRight &= object.Compare(other) == 0;
         else if (action == "look_up")
-            isDone &= shape.LookUp(object);
+            isRight &= shape.LookUp(object);
         else if (action == "text")
-            isDone &= object.GetJsonString().size() > size;
+            isRight &= object.GetJsonString().size() > size;
         else
-            isDone = false;
+            isRight = false;
     }
-    return isDone;
+    return isRight;
 }
 
 } // namespace

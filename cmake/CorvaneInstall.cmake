@@ -1,6 +1,6 @@
 # Installs both libraries with their headers, the packages that find_package(CorvaneTavi) and pkg-config read, and, where
-# they are made, the program and the event reference. What a program needs where it runs is the component Runtime; what
-# building one takes besides, Development.
+# they are made, the program and the event reference. The component Runtime is what a program needs to run; Development is
+# what is needed besides to build one.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
@@ -25,7 +25,7 @@ if(TARGET cvtavi_test)
     )
 endif()
 
-# A program that uses shared libraries finds them beside it: Mini-XML where it is one, and Visual C++'s run time.
+# The DLLs that a program needs are installed beside it: Mini-XML where it is one, and Visual C++'s run time.
 get_target_property(kind Mxml::Mxml TYPE)
 if(WIN32 AND kind STREQUAL "SHARED_LIBRARY")
     install(IMPORTED_RUNTIME_ARTIFACTS Mxml::Mxml RUNTIME COMPONENT Runtime)
@@ -48,7 +48,7 @@ install(
     COMPONENT Development
 )
 
-# The telemetry library goes along, wherever it comes from.
+# The telemetry library is installed too, the stand-in or another.
 if(TAVI_SDK_DIR)
     install(
         DIRECTORY "${TaviSDKWrapper_INCLUDE_DIR}/TaviDesktopSDK"
@@ -98,7 +98,7 @@ install(
     COMPONENT Development
 )
 
-# Paths are given from the file's own folder, so that the installed tree can be moved.
+# Paths are relative to the file's own folder, so that the installed tree can be moved.
 file(RELATIVE_PATH includePath "/prefix/${pkgConfigDir}" "/prefix/${CMAKE_INSTALL_INCLUDEDIR}")
 set(miniXml mxml)
 if(Mxml_VERSION_MAJOR GREATER 3)

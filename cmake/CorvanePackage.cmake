@@ -15,7 +15,7 @@ if(NOT CORVANE_DEBIAN_PACKAGES)
     return()
 endif()
 
-# The program lies in a folder of its own, beside its product file; this is a link to it.
+# The program is in a folder of its own with its product file; bin/cvtavi_test is a symbolic link to it.
 file(RELATIVE_PATH program "/prefix/bin" "/prefix/${CMAKE_INSTALL_BINDIR}/cvtavi_test")
 file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/link")
 file(CREATE_LINK "${program}" "${PROJECT_BINARY_DIR}/link/cvtavi_test" SYMBOLIC)

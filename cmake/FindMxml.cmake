@@ -1,8 +1,8 @@
 # Finds Mini-XML, version 3 or 4, and defines the target Mxml::Mxml and Mxml_VERSION_MAJOR. Header and library are taken from
-# one place: those of two versions do not fit each other. A static library comes first, so that programs need nothing of it
-# where they run; where the library is a DLL, the target knows it.
+# one place, for those of different versions are not compatible. A static library is preferred, so that programs run
+# without it; of a DLL, the target has the location.
 #
-# find_package(Mxml 3) passes over version 4 where that is installed beside version 3.
+# find_package(Mxml 3) finds version 3 where both versions are installed.
 
 block(PROPAGATE Mxml_FOUND Mxml_VERSION_MAJOR)
     set(folderOfVersion4 libmxml4)

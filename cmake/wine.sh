@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs a program for Windows: file names in UTF-8; no window, no sound, no messages of Wine's on the error stream.
+# Runs a Windows program in Wine: file names in UTF-8; no window, no sound, no messages of Wine's on the error stream.
 #
 #     cmake/wine.sh PREFIX PROGRAM [ARGUMENT]...
 #
@@ -11,10 +11,11 @@ WINEDEBUG=-all
 WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe,winex11.drv,winewayland.drv,winealsa.drv,wineoss.drv,winepulse.drv=
 export WINEPREFIX LC_ALL WINEDEBUG WINEDLLOVERRIDES
 unset DISPLAY
-# The server is found in the temporary folder, by its name there alone; Wine 10's ends where that is not /tmp.
+# The prefix keeps the name of its server's folder without the path, so that every program needs the same temporary folder.
+# Wine 10's server ends where that is not /tmp.
 unset TMPDIR
-# The first program has the prefix made, and others wait: two that make it at once spoil it. What Wine starts then gets nobody's
-# output, which it would keep open.
+# The first program makes the prefix while others wait, for two at once would damage it. Its output is discarded: the
+# services that Wine starts then go on running, and would keep the output open.
 if [ ! -e "$WINEPREFIX/made" ]; then
     mkdir -p "$WINEPREFIX"
     flock -o "$WINEPREFIX" sh -c '[ -e "$0/made" ] || wine cmd /c exit && touch "$0/made"' "$WINEPREFIX" \

@@ -3,9 +3,9 @@
 #
 #     scripts/bench.sh
 #
-# Builds the preset benchmark and runs, each at least nine times: the events, beside the same payloads made by other
-# libraries and by hand; the families that grow; the values; then heap allocations, and instructions under valgrind, the
-# wrapper's own among them. It fails when a comparison does not make the wrapper's payload. Results are left in
+# Builds the preset benchmark and measures, nine times each: the events, beside the same payloads made by other libraries
+# and by hand; reports and values of growing size. Then it counts heap allocations, and instructions under valgrind, those
+# in the wrapper's own code as well. It fails when a comparison does not make the wrapper's payload. Results are left in
 # build/benchmark/results/; the table goes into docs/performance.md and the figure beside it.
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
@@ -49,8 +49,8 @@ done
 step "Counting allocations"
 "$programs/allocation_benchmark" >"$results/allocations.json"
 
-# count_instructions COUNT PROGRAM ARGUMENT...: of a whole run, as "PROGRAM ARGUMENT... COUNT INSTRUCTIONS". What was run
-# where is left in callgrind-PROGRAM-ARGUMENT-...-COUNT.
+# count_instructions COUNT PROGRAM ARGUMENT...: of a whole run, as "PROGRAM ARGUMENT... COUNT INSTRUCTIONS". Callgrind's
+# profile is left in callgrind-PROGRAM-ARGUMENT-...-COUNT.
 count_instructions() {
     local count=$1 out profile
     shift
@@ -60,7 +60,7 @@ count_instructions() {
         return 1
     }
     [[ "$out" =~ Collected\ :\ ([0-9]+) ]]
-    printf '%s %s %s\n' "$*" "$count" "${BASH_REMATCH[1]}" # in one piece: others write as well
+    printf '%s %s %s\n' "$*" "$count" "${BASH_REMATCH[1]}" # in one write: others write to the same file
 }
 export -f count_instructions
 

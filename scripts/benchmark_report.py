@@ -3,8 +3,8 @@
 
     benchmark_report.py RESULTS PAGE FIGURE
 
-Prints the table and writes it, as Markdown, into PAGE between the two marks there; draws the families that grow into
-FIGURE, an SVG. Times are processor time per call, medians over the repetitions.
+Prints the table and writes it, as Markdown, into PAGE between the two marks there; draws the families of growing size
+into FIGURE, an SVG. Times are processor time per call, medians over the repetitions.
 """
 
 import json
@@ -26,7 +26,7 @@ EVENTS = {
 SUBJECTS = {"wrapper": "wrapper", "nlohmann": "nlohmann", "rapidjson": "RapidJSON", "floor": "floor"}
 ACTIONS = ("build", "copy", "compare", "look_up", "text")
 MARKS = ("<!-- the table begins -->", "<!-- the table ends -->")
-EXPONENT_SLACK = 0.05  # above what n log n itself has over the same sizes, for caches that no longer hold it all
+EXPONENT_SLACK = 0.05  # above the exponent of n log n over the same sizes, for data that no longer fits into the caches
 
 
 class Results:
@@ -86,7 +86,7 @@ class Results:
 class Profile:
     """A file that callgrind left: instructions and calls by the binary that they are in."""
 
-    # Names are given once and numbered: "ob=(2) /lib/libc.so.6", later "ob=(2)".
+    # Each name is given once, with a number: "ob=(2) /lib/libc.so.6", later "ob=(2)".
     NAMED = re.compile(r"(c?ob)=\((\d+)\)(?: (.*))?")
 
     def __init__(self, file):
@@ -128,7 +128,7 @@ def count(number):
 
 
 def table(heads, rows):
-    """Markdown whose columns also stand in line as plain text."""
+    """Markdown whose columns are aligned in its source as well."""
     cells = [heads, *rows]
     widths = [max(len(row[i]) for row in cells) for i in range(len(heads))]
     align = [str.ljust] + [str.rjust] * (len(heads) - 1)
@@ -231,7 +231,7 @@ def families(results):
 
 
 def exponent(points):
-    """Of the power of n that fits best, least squares on logarithms, from n = 100 on."""
+    """Exponent of the power of n that fits best: least squares on logarithms, from n = 100 on."""
     logs = [(math.log(n), math.log(cost)) for n, cost in points if n >= 100]
     meanX = statistics.fmean(x for x, _ in logs)
     meanY = statistics.fmean(y for _, y in logs)
@@ -342,7 +342,7 @@ class Panel:
 
 
 def figure(results):
-    """A light card of its own, so that it can be read on any page."""
+    """An SVG with a light background of its own, so that it can be read on any page."""
     found = families(results)
     colours = ("#0b63b5", "#c2410c", "#15803d", "#7e22ce", "#b91c5c")
 

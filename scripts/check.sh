@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the sources: they build without a warning, and the tools that read them find nothing. Ends with the number of
+# Checks the sources: they build without a warning, and formatter and static analysers find nothing. Ends with the number of
 # checks passed and failed.
 #
 #     scripts/check.sh [CHECK]...
@@ -53,20 +53,20 @@ run_check() {
 }
 export -f run_check
 
-# run_on_each COMMAND...: on each file that standard input names, on all processors.
+# run_on_each COMMAND...: a check of each file that standard input names, on all processors.
 run_on_each() {
     xargs -P "$(nproc)" -I {} bash -c 'run_check "$@"' run_check "$1-{}" "$@" {}
 }
 
-# sources_of BUILD: that are compiled there, by their path in the project.
+# sources_of BUILD: prints the sources that are compiled in build/BUILD, by their paths in the project.
 sources_of() {
     sed -n 's/^ *"file": "\(.*\.cpp\)".*/\1/p' "build/$1/compile_commands.json" |
         while IFS= read -r file; do printf '%s\n' "${file#"$PWD/"}"; done | sort -u
 }
 
-# commands_of BUILD: prints the folder of its compile commands, as clang takes them: without an option that it does not know, and
-# with each "$" once, which CMake writes as Ninja wants it.
-commands_of() {
+# commands_for_clang BUILD: copies the build's compile commands and prints the copy's folder. Left out is an option that clang
+# does not know; each "$" is there once, where CMake writes "$$" for Ninja.
+commands_for_clang() {
     mkdir -p "$results/$1"
     sed 's/\$\$/$/g; s/ -fno-keep-inline-dllexport / /' "build/$1/compile_commands.json" >"$results/$1/compile_commands.json"
     printf '%s' "$results/$1"
@@ -85,17 +85,19 @@ check_format() {
 # Each source once, as it is compiled for Linux; then those for Windows alone, with the C++ headers that clang does not find.
 check_tidy() {
     local headers
-    sources_of ci | grep -v '^benchmarks/' | run_on_each clang-tidy --quiet -p "$(commands_of ci)"
+    sources_of ci | grep -v '^benchmarks/' | run_on_each clang-tidy --quiet -p "$(commands_for_clang ci)"
     $windows || return 0
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
-    sources_of ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$(commands_of ci-windows)" \
+    sources_of ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$(commands_for_clang ci-windows)" \
         "--extra-arg=-isystem$headers" "--extra-arg=-isystem$headers/x86_64-w64-mingw32"
 }
 
-# Of the product: of the tests it takes asserts on moved-from values and the like for faults. What placement new gives it
-# takes for unread; clang-tidy finds what is. The library's two value types convert implicitly because the closed one's do.
-# That a facet is changed through a pointer to a member it does not see. A getter returns a copy by contract. That a long
-# function is not searched to the last branch is no finding.
+# The product alone, for in tests it reports assertions on moved-from values and the like. Suppressed are:
+# - unreadVariable, which it reports for the result of placement new; clang-tidy finds what is really unread
+# - noExplicitConstructor: the library's two value types convert implicitly because the closed library's do
+# - constParameter: it does not see that a facet is changed through a pointer to a member
+# - returnByReference: the getters return copies by contract
+# - normalCheckLevelMaxBranches, which says that not every branch of a long function was analysed
 check_cppcheck() {
     run_check cppcheck cppcheck -j "$(nproc)" --quiet --error-exitcode=1 --inline-suppr --std=c++20 \
         --enable=warning,style,performance,portability \

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Lays out all sources as .clang-format says.
+# Formats all C++ sources as .clang-format says.
 #
 #     scripts/format.sh
 set -euo pipefail
@@ -9,6 +9,6 @@ take_no_arguments "$@"
 steps=2
 step "Looking for missing packages"
 need_packages clang-format
-step "Laying out all .h and .cpp files"
+step "Formatting all .h and .cpp files"
 find benchmarks docs examples harness sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print0 |
     xargs -0 clang-format -i || fail "clang-format failed, see above"

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Runs one fuzz target for a while, on from what earlier runs found.
+# Runs one fuzz target for a number of seconds, starting from the inputs that earlier runs found.
 #
 #     scripts/fuzz.sh TARGET SECONDS
 #
-# TARGET is product_file, reporting or text. What widens the coverage is kept in build/fuzz/tests/fuzz/found/TARGET/, and so
-# is an input that breaks something: it goes into tests/fuzz/corpus/TARGET/ along with the mending.
+# TARGET is product_file, reporting or text. Inputs that widen the coverage are kept in build/fuzz/tests/fuzz/found/TARGET/,
+# and so are inputs that fail: such a one goes into tests/fuzz/corpus/TARGET/ with the repair.
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
 

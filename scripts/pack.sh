@@ -27,7 +27,7 @@ configure --preset "$preset" -B "$build" -DBUILD_TESTING=OFF
 step "Building"
 compile "$build"
 step "Packing into build/packages"
-umask 022 # a package's folders are for everybody
+umask 022 # a package's folders are readable by everybody
 quietly cpack --config "$build/CPackConfig.cmake" -B "$build/packed" || fail "packing failed, see above"
 mkdir -p "$packages"
 for file in "$build/packed"/*.*; do

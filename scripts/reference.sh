@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Writes what is kept here of what the program prints and sends: docs/events.md and docs/events.html, the reference of all
-# events; docs/run.svg, a terminal after scripts/run.sh; and tests/data/good_run.txt. Tests fail until this is done.
+# Writes the files that show what the program prints and sends: docs/events.md and docs/events.html, the reference of all
+# events; docs/run.svg, a terminal after scripts/run.sh; and tests/data/good_run.txt. Tests fail while one is out of date.
 #
 #     scripts/reference.sh
 #
@@ -16,7 +16,7 @@ need_packages g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev 
 need_build_folder release
 step "Running scripts/run.sh"
 work=$scratch
-# On a terminal, of which "script" takes down what it shows.
+# "script" runs it in a pseudo-terminal and records what that shows.
 script -qec scripts/run.sh /dev/null </dev/null | tr -d '\r' >"$work/terminal" || {
     cat "$work/terminal" >&2
     fail "a test fails, see above"

@@ -27,8 +27,8 @@ fi
 work=$scratch
 new=$work/windows-libraries
 
-# fetch_mxml: unpacks the source package into $work/mxml. The sources come from where the machine's packages come from,
-# by a list and an index of their own, so that the system's stay as they are.
+# fetch_mxml: unpacks the source package into $work/mxml. The sources come from the mirrors of the system's packages, by
+# package lists of their own: the system's are not changed.
 fetch_mxml() {
     local file
     mkdir -p "$work/sources" "$work/index/partial"
@@ -40,7 +40,7 @@ fetch_mxml() {
     done
     local apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/sources"
         -o "Dir::State::Lists=$work/index" -o APT::Sandbox::User= -o APT::Update::Error-Mode=any)
-    # Not the whole source package, whose description some mirrors lack; what this takes, apt checks all the same.
+    # Not the .dsc file, which some mirrors lack. apt checks the two archives by the package list.
     if ! "${apt[@]}" update >"$work/log" 2>&1 || ! (
         cd "$work"
         "${apt[@]}" source --download-only --tar-only "mxml=$mxml_version"
@@ -62,7 +62,7 @@ step "Windows libraries: fetching and building Mini-XML $mxml_version"
 fetch_mxml
 (
     cd "$work/mxml"
-    # It calls read() and write() without their header there.
+    # On Windows it calls read() and write() without their header.
     quietly ./configure --host=$host --prefix=/ --disable-shared --disable-threads CC=$host-gcc-posix \
         CFLAGS="-O2 -include io.h"
     quietly make libmxml.a
@@ -77,7 +77,7 @@ quietly cmake -S /usr/src/googletest -B "$work/googletest" -G Ninja -DCMAKE_TOOL
     quietly cmake --install "$work/googletest" --prefix "$new" || fail "GoogleTest cannot be built, see above"
 
 step "Windows libraries: copying nlohmann-json"
-# Not /usr/include itself, which holds this system's headers as well.
+# Copied, for /usr/include itself holds this system's headers as well.
 mkdir -p "$new/share/cmake"
 cp -r /usr/include/nlohmann "$new/include/"
 cp -r /usr/share/cmake/nlohmann_json "$new/share/cmake/"

@@ -98,7 +98,7 @@ int PrintPayload(const JsonValue& payload, void*, JsonValue&)
     return 0;
 }
 
-// In test mode the library hands each payload to the callback. False when it does not go into it.
+// Puts the library into test mode, in which it hands each payload to the callback. False when the library refuses.
 bool StartPrinting(const TaviString& productKey)
 {
     if (Sdk::IsOptedIn(nullptr) == NotOptedIn)

@@ -11,9 +11,9 @@ set(found)
 foreach(line IN LISTS lines)
     if(line MATCHES "${PATTERN}")
         set(symbol "${CMAKE_MATCH_${CMAKE_MATCH_COUNT}}")
-        # operator new(std::size_t): the list is the same for a system whose std::size_t is unsigned long long.
+        # operator new(std::size_t): one list for systems whose std::size_t is unsigned long or unsigned long long.
         string(REGEX REPLACE "nwEy$" "nwEm" symbol "${symbol}")
-        # A constructor's two forms count as one: of an abstract class's, clang leaves out the one that nobody can call.
+        # Complete-object and base-object constructor count as one: clang leaves out the former of an abstract class.
         string(REGEX REPLACE "C1E" "C2E" symbol "${symbol}")
         list(APPEND found "${symbol}")
     endif()

@@ -51,7 +51,7 @@ std::string TextOf(double number);
 
 #include "PublicHeaders.h"
 
-// Each gives its name.
+// Each returns its own name.
 std::string ComponentFacet(const std::string&)
 {
     return __func__;
@@ -116,8 +116,8 @@ int main()
     CorvaneTavi& tavi = CorvaneTavi::Instance();
     tavi.AddDocument(L"name", L"extension", 1, 2);
     tavi.StartTrackFileChange(L"name");
-    const std::string expected = info.GetProductLine() + "&" + info.GetRelease() + "&" + info.GetMaster() + "&" +
-                                 info.GetBuild();
+    const std::string expected =
+        info.GetProductLine() + "&" + info.GetRelease() + "&" + info.GetMaster() + "&" + info.GetBuild();
     if (info.GetProductLine() == "undefined" || tavi.GetProductKey() != expected)
     {
         std::cout << "The product key is " << tavi.GetProductKey() << " and not " << expected << std::endl;

@@ -1,5 +1,5 @@
-// Every inline member of the telemetry library's interface once, so that the object file shows which exported ones they
-// come down to.
+// Uses every inline member of the telemetry library's interface: the object file's undefined symbols are the exported
+// functions that these call.
 #include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
@@ -34,7 +34,7 @@ const char* UseInlineMembersOfFacets(const char* (*nameOf)(const Facet::Base&))
     return nameOf(product) == nameOf(content) ? product.Product::GetFacetName() : content.Content::GetFacetName();
 }
 
-// Those that only a core makes.
+// Those that only a core can create.
 const char* UseInlineMembersOfSubFacets(const Facet::Entitlement& entitlement, const Facet::Component& component,
                                         bool isEntitlement)
 {

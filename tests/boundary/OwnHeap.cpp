@@ -21,7 +21,7 @@ constexpr std::uint64_t MarkOf(const char* owner)
 // HEAP_OWNER names the module, and no block has HEAP_LIMIT bytes or more: both are set for each module.
 constexpr std::uint64_t Mark = MarkOf(HEAP_OWNER);
 
-// Before every block; its size, of which nothing is left to padding, keeps what follows aligned.
+// Precedes every block, and keeps it aligned by its own size.
 struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Header
 {
     std::uint64_t mark;

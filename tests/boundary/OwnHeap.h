@@ -1,8 +1,8 @@
-// A heap of the module's own, in place of the C++ library's: every block bears its module's mark, and a module that is
-// asked to free a block without its own ends the program.
+// Replaces operator new and operator delete in this module: every block has the module's mark, and a module that frees
+// a block without its own mark aborts the program.
 #pragma once
 
 #include <cstddef>
 
-// Blocks that this module holds at the moment.
+// Blocks that this module has allocated and not freed.
 std::size_t OwnBlockCount();

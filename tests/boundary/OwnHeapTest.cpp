@@ -1,5 +1,5 @@
-// The program's side has a heap of its own here, and so has the library's: what either frees must be its own. These
-// prove that it would be seen; the unit tests, which run beside them, that it is so.
+// Program and library each have a heap of their own here, and may free nothing from the other's. These tests prove that
+// such a free is detected; the unit tests, which are in the same program, prove that there is none.
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -29,14 +29,14 @@ void* BlockOf(const Handle& handle)
 
 } // namespace
 
-TEST(OwnHeap, TheProgramFreeingWhatTheLibraryAllocatedIsSeen)
+TEST(OwnHeap, TheProgramFreeingWhatTheLibraryAllocatedIsDetected)
 {
     const TaviString text = Key("text");
     ASSERT_NE(BlockOf(text), nullptr);
     EXPECT_DEATH(::operator delete(BlockOf(text)), "The program frees a block that is not its own");
 }
 
-TEST(OwnHeap, TheLibraryFreeingWhatTheProgramAllocatedIsSeen)
+TEST(OwnHeap, TheLibraryFreeingWhatTheProgramAllocatedIsDetected)
 {
     const std::unique_ptr<char[]> block(new char[256]());
     void* const foreign = block.get();
@@ -48,8 +48,8 @@ TEST(OwnHeap, TheLibraryFreeingWhatTheProgramAllocatedIsSeen)
         "The library frees a block that is not its own");
 }
 
-// The library's heap here holds no block of 128 MiB.
-TEST(OwnHeap, TheLibrarysWantOfMemoryReachesTheProgramAsAnException)
+// The library's heap refuses blocks of 128 MiB.
+TEST(OwnHeap, RunningOutOfMemoryInTheLibraryReachesTheProgramAsAnException)
 {
     std::string text;
     text.resize(0x8000000, 'x');

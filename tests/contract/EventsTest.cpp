@@ -90,10 +90,10 @@ struct Call
     const void* context;
 };
 
-// What came since the present test began. Not reached by the context: that the library hands it over is itself tested.
+// The calls since the present test began. Not passed as the context, whose handing over is itself tested.
 std::vector<Call> calls;
 
-// On the tests' own thread alone. A call on any other is not wanted, and only counted.
+// Calls on the tests' own thread are kept. Calls on another, which there should not be, are only counted.
 thread_local bool isTestsThread = false;
 std::atomic<unsigned> callsElsewhere = 0;
 

@@ -1,6 +1,6 @@
-// Ways from literals to the library's values and back, and comparisons that say what was seen.
+// Conversions between literals and the library's values, and comparisons whose messages show the values.
 //
-// By declared members only, and without a conversion that is not written out: a library may have made them explicit.
+// Only declared members are used, and no implicit conversion: a library may have made them explicit.
 #pragma once
 
 #include <string>
@@ -57,7 +57,7 @@ inline Veltrane::TaviDesktopSDK::JsonValue Object(const Members& members)
     return object;
 }
 
-// Read without creating it. Holds until `object` changes.
+// Reads the member without creating it. The reference is valid until `object` changes.
 inline const Veltrane::TaviDesktopSDK::JsonValue& Member(const Veltrane::TaviDesktopSDK::JsonValue& object,
                                                          const char* key)
 {

@@ -26,7 +26,7 @@ std::wstring Wide(const TaviString& text)
     return text.c_strw() != nullptr ? text.c_strw() : L"";
 }
 
-// A text as numbers: a message about wrong wide text is readable so, whatever the text is.
+// The code units as numbers, in which a message can show any wide text.
 std::string CodeUnits(const std::wstring& wide)
 {
     std::string shown;
@@ -52,15 +52,15 @@ JsonValue Tree()
                    {"object", Object({{"inner", String("b")}, {"flag", JsonValue(true)}})}});
 }
 
-// The same by content, but put together from the other end.
-JsonValue SameTreeMadeOtherwise()
+// An equal tree, whose members were added in reverse order.
+JsonValue SameTreeInReverse()
 {
     return Object({{"object", Object({{"flag", JsonValue(true)}, {"inner", String("b")}})},
                    {"number", JsonValue(14LL)},
                    {"text", String("a")}});
 }
 
-// Text with its equal as a wide one. The characters take one to four bytes in UTF-8, the last two units in UTF-16.
+// The same text as UTF-8 and as wide text. The characters take one to four bytes, and one or two units in UTF-16.
 struct Translation
 {
     const char* narrow;
@@ -545,7 +545,7 @@ TEST(Needed, AMovedValueTakesItsTreeAlong)
 TEST(Needed, EqualTreesCompareAsEqual)
 {
     EXPECT_TRUE(AreEqual(Tree(), Tree())) << "Compare() finds two values different that were made alike.";
-    EXPECT_TRUE(AreEqual(Tree(), SameTreeMadeOtherwise()))
+    EXPECT_TRUE(AreEqual(Tree(), SameTreeInReverse()))
         << "Compare() finds objects different whose members were added in another order.";
     EXPECT_TRUE(AreEqual(JsonValue(false), JsonValue(false))) << "Compare() finds equal booleans different.";
     EXPECT_TRUE(AreEqual(String("text"), String("text"))) << "Compare() finds equal strings different.";

@@ -1,5 +1,5 @@
-// Any bytes as the product file: the reader ends, prints nothing, leaks nothing of its own, and always has four
-// identifiers.
+// Any bytes as the product file: the reader returns, leaks nothing of its own, and has four identifiers without a null
+// character.
 #include <sys/mman.h>
 #include <unistd.h>
 

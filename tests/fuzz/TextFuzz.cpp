@@ -1,5 +1,5 @@
-// Any bytes as narrow and as wide text: narrow text is kept byte for byte, what was wide is well-formed UTF-8, and what
-// is well-formed survives the way to the other side and back.
+// Any bytes as narrow and as wide text: narrow text is kept byte for byte, wide text becomes well-formed UTF-8, and
+// well-formed text is the same after conversion to wide text and back.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -24,7 +24,7 @@ void Require(bool condition)
 
 bool IsUtf8(const std::string& text)
 {
-    // The other library refuses to write text that is not UTF-8.
+    // nlohmann::json refuses to write text that is not UTF-8.
     try
     {
         return !nlohmann::json(text).dump().empty();
@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size >= sizeof(wchar_t))
         std::memcpy(units.data(), data, size / sizeof(wchar_t) * sizeof(wchar_t));
     CheckWide(units);
-    std::vector<wchar_t> smallUnits(size / 2 + 1); // surrogates and other UTF-16 are likelier in two bytes
+    std::vector<wchar_t> smallUnits(size / 2 + 1); // units of two bytes are more often surrogates
     for (std::size_t i = 0; i + 1 < size; i += 2)
         smallUnits[i / 2] = static_cast<wchar_t>(data[i] | (data[i + 1] << 8));
     CheckWide(smallUnits);

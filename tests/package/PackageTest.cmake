@@ -16,8 +16,8 @@ function(expect_file path)
     endif()
 endfunction()
 
-# The program's own folder, the library's, and this system's C library with what it depends on itself: nothing else may be
-# asked for. Visual Studio has no objdump.
+# expect_no_other_libraries(<binary>...): a binary depends on no library but the telemetry library, what is packed beside it,
+# and the system's C library with what that depends on. Visual Studio has dumpbin in place of objdump.
 function(expect_no_other_libraries)
     set(command "${OBJDUMP}" -p)
     if(NOT OBJDUMP)
@@ -28,7 +28,7 @@ function(expect_no_other_libraries)
         get_filename_component(place "${binary}" DIRECTORY)
         string(REGEX MATCHALL "(NEEDED +|DLL Name: |\n    )[^ \n]+\\.(so|dll|DLL)[^ \n]*" libraries "${headers}")
         if(NOT libraries)
-            message(FATAL_ERROR "${binary} asks for no library at all")
+            message(FATAL_ERROR "${binary} depends on no library at all")
         endif()
         foreach(library IN LISTS libraries)
             string(REGEX REPLACE "^.* " "" library "${library}")
@@ -36,10 +36,10 @@ function(expect_no_other_libraries)
                 continue() # packed along
             endif()
             string(TOLOWER "${library}" library)
-            if(NOT library MATCHES
-               "^(libc\\.so\\.6|libgcc_s\\.so\\.1|libm\\.so\\.6|ld-linux.*|kernel32\\.dll|msvcrt\\.dll|api-ms-win-crt-.*|shlwapi\\.dll|(lib)?tavisdkwrapper.*)$"
+            if(NOT library MATCHES "^((lib)?tavisdkwrapper.*|libc\\.so\\.6|libgcc_s\\.so\\.1|libm\\.so\\.6|ld-linux.*)$"
+               AND NOT library MATCHES "^(kernel32\\.dll|msvcrt\\.dll|api-ms-win-crt-.*|shlwapi\\.dll)$"
             )
-                message(FATAL_ERROR "${binary} asks for ${library}")
+                message(FATAL_ERROR "${binary} depends on ${library}")
             endif()
         endforeach()
     endforeach()
@@ -52,10 +52,10 @@ function(install_to prefix)
     run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}" ${ARGN})
 endfunction()
 
-# build_host(<example> <prefix> <build folder>): a host application, by the package in the prefix. The program stands where
-# its libraries are found.
+# build_host(<example> <prefix> <build folder>): builds a host application with the package in the prefix, so that it finds
+# its shared libraries when it runs.
 function(build_host example prefix build)
-    # A path with a comma cannot be handed to the linker as it is.
+    # A relative path, for a comma in the absolute one would split the linker's option.
     file(RELATIVE_PATH libraries "${build}" "${prefix}/lib")
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/examples/${example}" -B "${build}" ${CONFIGURE_OPTIONS}
@@ -105,7 +105,7 @@ function(EachComponentIsEnoughForItsUse)
     build_host(minimal "${folder}/both" "${folder}/host")
     expect_output("${minimalRun}" "${folder}/host/minimal_host")
 
-    # Nothing belongs to neither.
+    # Every file belongs to a component.
     install_to("${folder}/all")
     file(GLOB_RECURSE both RELATIVE "${folder}/both" "${folder}/both/*")
     file(GLOB_RECURSE all RELATIVE "${folder}/all" "${folder}/all/*")
@@ -137,8 +137,8 @@ function(AHostApplicationLinksByPkgConfigAlone)
     endif()
 endfunction()
 
-# expect_host(<configuration> <folder of the program> <option>...): the host builds and runs, and tests and installs what is
-# its own and nothing else.
+# expect_host(<configuration> <folder of the program> <option>...): the host builds and runs, and has no tests and installed
+# files but its own.
 function(expect_host configuration programs)
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}/tests/package/host" -B "${folder}/build" ${CONFIGURE_OPTIONS}
@@ -164,7 +164,7 @@ endfunction()
 function(AHostBuildsTheProjectAsASubfolder)
     expect_host("${CONFIG}" programs -DBUILD_SHARED_LIBS=ON)
 
-    # It asks for installation: both libraries go along, and no program.
+    # With CORVANE_INSTALL both libraries are installed as well, and no program.
     run("${CMAKE_COMMAND}" -DCORVANE_INSTALL=ON "${folder}/build")
     set(prefix "${folder}/installed along")
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${prefix}")
@@ -177,7 +177,7 @@ function(AHostBuildsTheProjectAsASubfolder)
     endforeach()
 endfunction()
 
-# In another configuration, by a generator that has several of them where there is one.
+# In another configuration, and by a generator of several configurations where there is one.
 function(AHostFetchesTheProject)
     set(programs programs)
     if(Ninja IN_LIST CONFIGURE_OPTIONS)
@@ -280,7 +280,8 @@ function(TheExampleHostReportsASessionAndPrintsItsPayloads)
     endif()
 endfunction()
 
-# place_faulty_library(<folder>): in place of a library that is there; file(COPY) leaves one of the same second as it is.
+# place_faulty_library(<folder>): overwrites the library that is there, which file(COPY) would not do if both have the same
+# time.
 function(place_faulty_library place)
     get_filename_component(name "${FAULTY_LIBRARY}" NAME)
     file(COPY_FILE "${FAULTY_LIBRARY}" "${place}/${name}")
@@ -324,12 +325,12 @@ function(APackageOfAnotherMajorVersionIsNotTaken)
     install_to("${folder}/prefix")
     find_package(CorvaneTavi 2 QUIET CONFIG PATHS "${folder}/prefix" NO_DEFAULT_PATH)
     if(CorvaneTavi_FOUND OR NOT CorvaneTavi_CONSIDERED_VERSIONS STREQUAL VERSION)
-        message(FATAL_ERROR "The package's version is \"${CorvaneTavi_CONSIDERED_VERSIONS}\", not ${VERSION}, or is taken for 2")
+        message(FATAL_ERROR "The package is taken for version 2, or is \"${CorvaneTavi_CONSIDERED_VERSIONS}\", not ${VERSION}")
     endif()
 endfunction()
 
-# make_mini_xml(<prefix> <major version> [LIBRARY]): what is looked for of a Mini-XML, and no more: its header and, on demand,
-# its library under all of its names.
+# make_mini_xml(<prefix> <major version> [LIBRARY]): the files by which Mini-XML is found, and no more: its header and, with
+# LIBRARY, its library under all of its names.
 function(make_mini_xml prefix version)
     file(WRITE "${prefix}/include/mxml.h" "#  define MXML_MAJOR_VERSION\t${version}\n")
     if("LIBRARY" IN_LIST ARGN)
@@ -339,7 +340,7 @@ function(make_mini_xml prefix version)
     endif()
 endfunction()
 
-# expect_refusal(<text> <source folder> <option>...): configuring fails, and says so.
+# expect_refusal(<text> <source folder> <option>...): configuring fails, with the text in its message.
 function(expect_refusal text source)
     file(REMOVE_RECURSE "${folder}/build")
     execute_process(
@@ -366,7 +367,7 @@ function(APackageThatWasBuiltWithAnotherMiniXmlIsNotTaken)
     )
 endfunction()
 
-# This system has a library as well, which does not fit the header.
+# The system's own library must not be taken for a header of another version.
 function(MiniXmlsHeaderAndLibraryAreTakenFromOnePlace)
     make_mini_xml("${folder}/alone" 4)
     expect_refusal(
@@ -401,13 +402,13 @@ function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
 endfunction()
 
 function(AnotherLibraryTakesTheStandInsPlace)
-    # Inside the build folder its path needs not be handed to the linker, see build_host().
+    # Inside the build folder, so that the linker gets no absolute path, see build_host().
     install_to("${folder}/build/library")
-    file(
-        REMOVE_RECURSE "${folder}/build/library/bin/UPI" "${folder}/build/library/lib/cmake" "${folder}/build/library/lib/pkgconfig"
-        "${folder}/build/library/include/telemetry"
+    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" bin/UPI include/telemetry lib/cmake lib/pkgconfig
+                          "${STATIC_LIBRARY}"
     )
-    file(REMOVE "${folder}/build/library/bin/cvtavi_test${EXECUTABLE_SUFFIX}" "${folder}/build/library/${STATIC_LIBRARY}")
+        file(REMOVE_RECURSE "${folder}/build/library/${path}")
+    endforeach()
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
         "-DTAVI_SDK_DIR=${folder}/build/library"
@@ -423,7 +424,7 @@ function(AnotherLibraryTakesTheStandInsPlace)
     expect_output("${goodRun}" "${folder}/build/bin/cvtavi_test")
     run("${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}" --no-tests=error)
 
-    # The library goes along when the program is installed, and its folder is not needed any more.
+    # The library is installed with the program, and its former folder is not needed any more.
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${folder}/prefix")
     file(RENAME "${folder}/build/library" "${folder}/library elsewhere")
     expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test")
@@ -431,7 +432,7 @@ function(AnotherLibraryTakesTheStandInsPlace)
     expect_output("${minimalRun}" "${folder}/host/minimal_host")
 endfunction()
 
-# expect_product_line(<folder of the program> <product line>): what the program there reports, by the faulty library's log.
+# expect_product_line(<folder of the program> <product line>): that the program there reports, as the faulty library logs it.
 function(expect_product_line place line)
     set(log "${folder}/calls.log")
     file(REMOVE "${log}")
@@ -443,7 +444,7 @@ function(expect_product_line place line)
     endif()
 endfunction()
 
-# The path is cut off where the buffer ends: the product file is that of a folder on the way.
+# The path is truncated at the buffer's end: the product file is taken from a parent folder.
 function(AProgramInAPathLongerThanItsBufferLooksInTheFolderOfWhatIsLeft)
     install_to("${folder}/prefix")
     set(place "${folder}")
@@ -456,12 +457,12 @@ function(AProgramInAPathLongerThanItsBufferLooksInTheFolderOfWhatIsLeft)
     string(APPEND place "/${name}")
     file(COPY "${folder}/prefix/bin/cvtavi_test.exe" DESTINATION "${place}")
     expect_product_line("${place}" CVSTUDIO)
-    # What would be seen if the folder were the program's own.
+    # Counter-check: a program that finds no product file reports "undefined".
     file(REMOVE_RECURSE "${folder}/prefix/bin/UPI")
     expect_product_line("${folder}/prefix/bin" undefined)
 endfunction()
 
-# expect_lack(<file>): a library's folder without that file, which is there, is refused with a message that names it.
+# expect_lack(<file>): without that file, the library's folder is refused with a message that names the file.
 function(expect_lack file)
     expect_file("${folder}/library/${file}")
     file(RENAME "${folder}/library/${file}" "${folder}/away")

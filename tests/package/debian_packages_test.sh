@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the packages for Debian and installs them where there is nothing but the system's most necessary packages: in a
-# root of their own. There the program runs, and a host application builds by g++ and pkg-config.
+# Makes the packages for Debian and installs them in a bare root of their own. There the program runs, and a host application
+# builds by g++ and pkg-config.
 #
 #     debian_packages_test.sh SOURCE GENERATOR COMPILER
 #
@@ -19,7 +19,7 @@ fail() {
     exit 1
 }
 
-(($(id -u) == 0)) || skip "making a root takes root's permissions"
+(($(id -u) == 0)) || skip "making a bare root takes root's permissions"
 for tool in apt-get debootstrap dpkg-shlibdeps file unshare; do
     command -v "$tool" >/dev/null || skip "$tool is missing"
 done

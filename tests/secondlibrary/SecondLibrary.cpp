@@ -204,14 +204,14 @@ struct JsonValue::Node
 
     std::variant<bool, long long, std::string, Array, Object> content;
 
-    // Null when `value` is of another kind.
+    // A null pointer when `value` is of another kind.
     template <typename Kind>
     static Kind* In(const JsonValue& value)
     {
         return value.node != nullptr ? std::get_if<Kind>(&value.node->content) : nullptr;
     }
 
-    // Has all members in fresh memory, so that a reference that has ended is seen to be one to freed memory.
+    // Moves all members to new memory, so that a reference that is no longer valid refers to freed memory.
     static void Renew(Object& object)
     {
         Object copy(object);
@@ -591,7 +591,7 @@ namespace
 constexpr int UnknownHostProduct = 40;
 constexpr int FlagsAreNoObject = 41;
 
-// The status that the environment has for the function, as in SECOND_LIBRARY_TrackEvent=7; else the given one.
+// The function's status: that in the environment, as in SECOND_LIBRARY_TrackEvent=7, or else the given one.
 int StatusOf(const char* function, int status)
 {
     const char* const told = std::getenv((std::string("SECOND_LIBRARY_") + function).c_str());
@@ -600,7 +600,7 @@ int StatusOf(const char* function, int status)
 
 struct Library
 {
-    std::map<std::string, JsonValue> products; // what Initialize was given, by the identifier that it gave out
+    std::map<std::string, JsonValue> products; // descriptions given to Initialize, by the identifier that it returned
     bool callbackEnabled = false;
     int (*callback)(const JsonValue& payload, void* context, JsonValue& reply) = nullptr;
     void* callbackContext = nullptr;
@@ -646,7 +646,7 @@ int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const Jso
 
 int IsOptedIn(JsonValue*)
 {
-    return StatusOf("IsOptedIn", 1); // opted in: 4 alone says the contrary
+    return StatusOf("IsOptedIn", 1); // opted in: only 4 means the contrary
 }
 
 int SetTestingFlags(const TaviString&, const JsonValue& flags)

@@ -28,7 +28,7 @@ function(OnlyTheAssumptionThatEmptyTextIsTextMayFail)
     set(noText SECOND_LIBRARY_EMPTY_IS_NO_TEXT=1)
     expect_output("${goodRun}" "${program}" ${noText})
     run_program(${noText} ${ctest})
-    # Ctest lists them at the end, each with its number and what became of it.
+    # At the end ctest lists the failed tests, each with its number and result.
     string(REGEX MATCHALL "\n[\t ]*[0-9]+ - [^ ]+ \\([^\n]*\\)" failed "${output}${errors}")
     string(REGEX REPLACE "\n[\t ]*[0-9]+ - ([^ ]+) [^;]*" "\\1" failed "${failed}")
     if(NOT failed STREQUAL "Contract.Assumed.AnEmptyTextIsText")
@@ -39,8 +39,8 @@ function(OnlyTheAssumptionThatEmptyTextIsTextMayFail)
     endif()
 endfunction()
 
-# expect_statuses(<function> <expected status> <expected output> <status>...): what becomes of a run in which the library's
-# function returns each of these.
+# expect_statuses(<function> <expected status> <expected output> <status>...): of a run for each status, which the library's
+# function returns.
 function(expect_statuses function expectedStatus expectedOutput)
     foreach(returned IN LISTS ARGN)
         run_program("SECOND_LIBRARY_${function}=${returned}" ${EMULATOR} "${program}${EXECUTABLE_SUFFIX}")
@@ -60,7 +60,7 @@ function(StatusesOfEveryKindAreTold)
         expect_statuses(SetTestingCallback ${status} "Error occurred setting testing callback\n" ${status})
     endforeach()
 
-    # A refused event is told below its verdict, by whoever sent it.
+    # A refused event is reported below its verdict, under the name of the method that sent it.
     set(sender "CorvaneTavi::TrackWaypoint")
     string(REPLACE "\nPASSED\n" "\nPASSED\n${sender} TaviDesktopSDK::TrackEvent\n" expected "${goodRun}")
     foreach(title IN ITEMS CommandInvoked FileInput UpdateLicense UserEvent)

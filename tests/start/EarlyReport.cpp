@@ -1,5 +1,5 @@
 // A host's static object reports before main(), when the vocabulary's constants may not exist yet: this source does not
-// include them. What is reported from main() on must be whole all the same.
+// include them. What is reported from main() on must be whole nevertheless.
 #include <iostream>
 
 #include <telemetry/CorvaneTavi.h>

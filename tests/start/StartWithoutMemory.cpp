@@ -1,6 +1,5 @@
-// A start that runs out of memory half-way leaves the wrapper not started, so that the next one tries again. Runs on
-// the faulty library, whose first answer is to give no identifier, and which writes its calls to the file that is
-// given.
+// A start that runs out of memory half-way leaves the wrapper not started, so that the next access tries again. Runs on
+// the faulty library, whose first Initialize() gives no identifier, and which logs its calls to the file that is given.
 #include <cstddef>
 #include <cstdlib>
 #include <fstream>
@@ -41,7 +40,7 @@ void operator delete(void* memory, std::size_t) noexcept
 namespace
 {
 
-// False when memory runs out at the allocation of that number, from 0.
+// Whether a start succeeds with that many allocations; the next one fails.
 bool StartsWith(CorvaneTavi& tavi, int allocations)
 {
     allocationsLeft = allocations;
@@ -59,7 +58,7 @@ bool StartsWith(CorvaneTavi& tavi, int allocations)
     }
 }
 
-// The identifier of each event, by the library's log.
+// The identifier of each event, from the library's log.
 std::vector<std::string> SentIdentifiers(const char* log)
 {
     const std::string before = R"("hostProduct":")";
@@ -79,7 +78,7 @@ std::vector<std::string> SentIdentifiers(const char* log)
 
 int main(int, char** argv)
 {
-    std::ofstream(argv[1]).close(); // the library adds to what is there
+    std::ofstream(argv[1]).close(); // emptied: the library appends to it
     CorvaneTavi& tavi = CorvaneTavi::Instance();
     int allocations = 0;
     while (!StartsWith(tavi, allocations))

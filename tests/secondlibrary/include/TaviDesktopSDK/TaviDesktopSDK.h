@@ -1,11 +1,11 @@
-// The second library: the same declarations as the telemetry library's interface, in one header, behind which every
-// choice that is left open is made otherwise than by the stand-in. For tests only.
+// The second library, for tests only: the same declarations as the telemetry library's interface, in one header.
+// Whatever the interface leaves open is decided differently than in the stand-in.
 //
-// A reference that operator[] gave ends with the next member that is added to its object or removed from it, or from an
-// object around that. An object's keys are in ascending order. Copies share nothing. Calls are made on one thread.
+// A reference returned by operator[] is valid until a member is added to or removed from its object, or an object
+// around that. An object's keys are in ascending order. Copies share nothing. Calls are made on one thread.
 //
-// With SECOND_LIBRARY_EXPLICIT no value converts by itself, and no pointer becomes a boolean: what compiles both ways
-// depends on neither. The macro holds for the library and all its users alike.
+// With SECOND_LIBRARY_EXPLICIT conversions are explicit, and no pointer converts to a boolean: what compiles with and
+// without it relies on no implicit conversion. The macro must be the same for the library and all its users.
 #pragma once
 
 #include <cstddef>
@@ -96,7 +96,7 @@ private:
 
 static_assert(sizeof(TaviString) == sizeof(void*) && sizeof(JsonValue) == sizeof(void*));
 
-// Facets hold a value, of whose class cl asks that it be exported as a whole. All of it that is not inline is.
+// A facet has a member of a class that is not exported as a whole, of which cl warns. All its non-inline members are.
 #if defined(_MSC_VER)
 #pragma warning(push)
 #pragma warning(disable : 4251)
@@ -136,7 +136,7 @@ protected:
 
 private:
     JsonValue ownData;
-    JsonValue* entries; // those, or the caller's
+    JsonValue* entries; // ownData, or the caller's
 };
 
 class SECOND_LIBRARY_API Product : public Base
