@@ -5,34 +5,49 @@
 #
 # Without presets, all that can be built here: release; windows, built by mingw-w64 and run in Wine; sanitize (address,
 # undefined behaviour, leak); clang, with the benchmarks, valgrind and the event reference's page in a browser; fuzz, each
-# target over its corpus and a fixed number of runs; and coverage, with a table of the lines and branches that are run. Each
-# leaves a JUnit report and ctest's whole output in build/test-results/. The preset debug can be named as well.
+# target over its corpus and a fixed number of runs; and coverage, with a table of the lines and branches that are run. When
+# the tests of release have passed, CONTRIBUTING.md's walk-through is done in a copy. The preset debug can be named as well.
+#
+# Each leaves a JUnit report and ctest's whole output in build/test-results/, as run_tests.py tells.
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
 
 read_options "$@"
 presets=("$@")
 ((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
+steps=1
 for preset in "${presets[@]}"; do
+    steps=$((steps + 2))
     case $preset in
-    release | debug | sanitize | clang | windows | fuzz | coverage) ;;
+    release) steps=$((steps + 1)) ;;
+    debug | sanitize | clang | windows | fuzz | coverage) ;;
     *) fail "unknown preset $preset: there are release, debug, sanitize, clang, windows, fuzz and coverage" ;;
     esac
 done
 is_asked_for() { has_any "${presets[*]}" "$@"; }
 
-steps=$((1 + 2 * ${#presets[@]}))
+need_build_folder test-results "${presets[@]}"
+results=$PWD/build/test-results
+# No report of an earlier run stays, wherever this one ends.
+for preset in "${presets[@]}"; do
+    rm -f "$results/$preset".{xml,log}
+    [[ "$preset" != release ]] || rm -f "$results"/walk-through.{xml,log}
+done
+
 steps_are_output=true
 step "Looking for missing packages and libraries"
-packages=(g++ cmake ninja-build libmxml-dev libgtest-dev nlohmann-json3-dev strace python3-rich pkgconf dpkg-dev file
-    debootstrap)
+packages=(g++ cmake ninja-build python3 libmxml-dev libgtest-dev nlohmann-json3-dev)
+! is_asked_for release debug clang || packages+=(strace)
+! is_asked_for release debug sanitize clang coverage || packages+=(pkgconf)
+! is_asked_for release || packages+=(python3-rich)
+# For the test of the Debian packages, which takes root.
+((EUID != 0)) || ! is_asked_for release debug || packages+=(dpkg-dev file debootstrap)
 ! is_asked_for clang fuzz coverage || packages+=(clang)
 ! is_asked_for fuzz coverage || packages+=(libclang-rt-dev)
 ! is_asked_for coverage || packages+=(llvm)
-! is_asked_for clang || packages+=(libbenchmark-dev rapidjson-dev valgrind python3 chromium chromium-driver)
+! is_asked_for clang || packages+=(libbenchmark-dev rapidjson-dev valgrind chromium chromium-driver)
 ! is_asked_for windows || packages+=(wine wine64)
 need_packages "${packages[@]}"
-need_build_folder test-results "${presets[@]}"
 passed=0 failed=0 skipped=0 skipped_stage=
 if is_asked_for windows; then
     status=0
@@ -44,45 +59,22 @@ if is_asked_for windows; then
     esac
 fi
 
-results=$PWD/build/test-results
 profiles=$PWD/build/coverage/profiles
-mkdir -p "$results"
 
-# run_tests PRESET: by ctest, whose output is shown whole but for the two lines that it has for each test that passed.
+# run_tests NAME ARGUMENT...: by scripts/run_tests.py, which leaves the report NAME.xml when the run has ended. Sets bad, the
+# number of tests that failed.
 run_tests() {
-    local report=$results/$1.xml log=$results/$1.log status=0 total bad unrun
-    rm -f "$report"
-    ctest --preset "$1" --show-only >"$scratch/tests"
-    ctest --preset "$1" --parallel "$(nproc)" --output-junit "$report" </dev/null 2>&1 | tee "$log" |
-        awk 'NR == FNR { if (sub(/^ +Test +#/, "")) { number = $0 + 0; sub(/^[0-9]+: /, ""); names[number] = $0 } next }
-            {
-                line = $0
-                if (sub(/^ *([0-9]+\/[0-9]+ Test +#| +Start +)/, "")) {
-                    number = $0 + 0
-                    sub(/^[0-9]+: /, "")
-                    if (number in names && ($0 == names[number] ||
-                        index($0, names[number] " .") == 1 && $0 ~ / \.+   Passed +[0-9.]+ sec$/)) next
-                }
-                print line
-                fflush()
-            }' "$scratch/tests" - || status=$?
+    local report=$results/$1.xml total unrun
+    scripts/run_tests.py "${@:2}" || [[ -e "$report" ]] || exit
     total=$(count_in "$report" tests)
-    bad=$(count_in "$report" failures)
+    bad=$(($(count_in "$report" failures) + $(count_in "$report" errors)))
     unrun=$(count_in "$report" skipped)
-    ((status == 0 || bad > 0)) || fail "ctest ended with $status, although no test failed"
     passed=$((passed + total - bad - unrun)) failed=$((failed + bad)) skipped=$((skipped + unrun))
-    say "$1: $(counts "$((total - bad - unrun))" "$bad" "$unrun")"
-}
-
-# counts PASSED FAILED SKIPPED
-counts() {
-    printf '%d passed, %d failed' "$1" "$2"
-    (($3 == 0)) || printf ', %d skipped' "$3"
 }
 
 # count_in REPORT ATTRIBUTE: of the report's one suite.
 count_in() {
-    grep -m 1 -oP "\\b$2=\"\\K[0-9]+" "$1" || fail "a test run did not end"
+    grep -m 1 -oP "\\b$2=\"\\K[0-9]+" "$1"
 }
 
 # What the coverage build's tests ran of the product, file by file, and each line that they did not.
@@ -96,7 +88,8 @@ print_coverage() {
     llvm-cov report "${what[@]}" -show-branch-summary -show-region-summary=false
     say "coverage: lines that no test runs"
     llvm-cov export "${what[@]}" -format=lcov -skip-expansions |
-        awk -F'[:,]' -v root="$PWD/" '/^SF:/ { file = substr($0, 4); if (index(file, root) == 1) file = substr(file, length(root) + 1) }
+        awk -F'[:,]' -v root="$PWD/" '
+            /^SF:/ { file = substr($0, 4); if (index(file, root) == 1) file = substr(file, length(root) + 1) }
             /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 
@@ -138,11 +131,20 @@ for preset in "${presets[@]}"; do
     configure --preset "$preset"
     compile --preset "$preset"
     step "$preset: built in $SECONDS s, testing"
-    run_tests "$preset"
+    run_tests "$preset" "$preset"
     grep -hsoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
     end_wine
     [[ "$preset" != coverage ]] || print_coverage
+    [[ "$preset" == release ]] || continue
+    if ((bad > 0)); then
+        step "CONTRIBUTING.md's walk-through: not done, for tests of release failed"
+    else
+        step "CONTRIBUTING.md's walk-through"
+        run_tests walk-through release --only walk-through -C WalkThrough
+    fi
 done
 
-printf '%s%s\n' "$(counts "$passed" "$failed" "$skipped")" "${skipped_stage:+, all tests of $skipped_stage skipped}"
+((skipped == 0)) || skipped_tests=", $skipped skipped"
+printf '%d passed, %d failed%s%s\n' "$passed" "$failed" "${skipped_tests-}" \
+    "${skipped_stage:+, all tests of $skipped_stage skipped}"
 ((failed == 0))

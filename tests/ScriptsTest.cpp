@@ -42,8 +42,8 @@ class Checkout
 public:
     explicit Checkout(std::map<std::string, std::string> commands)
     {
-        for (const std::string tool : {"awk", "bash", "cat", "dirname", "env", "flock", "grep", "mkdir", "mktemp",
-                                       "realpath", "rm", "sed", "tee"})
+        for (const std::string tool :
+             {"bash", "cat", "dirname", "env", "flock", "grep", "mkdir", "mktemp", "python3", "realpath", "rm", "sed"})
             commands.try_emplace(tool, "exec /usr/bin/" + tool + " \"$@\"");
         for (const auto& [name, text] : commands)
             std::filesystem::permissions(folder.Write("commands/" + name, "#!/bin/sh\n" + text + "\n"),
@@ -78,6 +78,25 @@ private:
 Checkout WithCMake(const std::string& cmake)
 {
     return Checkout({{"dpkg-query", "printf 'install ok installed'"}, {"cmake", cmake}});
+}
+
+// All that test.sh needs is installed. Ctest has two tests, One and Two, also for the walk-through; it reports these
+// test cases in JUnit's form and exits with this status.
+Checkout WithCTest(const std::string& cases, int status)
+{
+    const std::string ctest = "cases=\"" + cases + "\" status=" + std::to_string(status) + R"sh(
+listed() {
+    printf '{"name": "%s", "properties": [{"name": "LABELS", "value": ["walk-through"]}]}' "$1"
+}
+case "$*" in
+*--show-only=json-v1*) printf '{"backtraceGraph": {}, "tests": [%s, %s]}' "$(listed One)" "$(listed Two)" ;;
+*)
+    for report; do :; done
+    echo "<testsuite>$cases</testsuite>" >"$report"
+    exit $status
+    ;;
+esac)sh";
+    return Checkout({{"dpkg-query", "printf 'install ok installed'"}, {"cmake", "exit 0"}, {"ctest", ctest}});
 }
 
 } // namespace
@@ -233,55 +252,55 @@ TEST(Scripts, ABuildOfAMovedCheckoutIsNamedWithWhatToDo)
     EXPECT_EQ(checkout.Run("scripts/run.sh").errors, "configured\nrun.sh: configuring failed, see above\n");
 }
 
-// Also where it looks like what ctest prints.
-TEST(Scripts, TestShowsEveryLineThatATestPrints)
+TEST(Scripts, TestSaysWhyATestFailedAndDoesNoWalkThroughThen)
 {
-    const std::string listed = "Test project /somewhere\n  Test  #1: One\n  Test  #2: Two.Good\n\nTotal Tests: 2\n";
-    const std::string shown = " 2/2 Test #1: One ..............................***Failed    0.02 sec\n"
-                              "\n"
-                              "    Start 3: Inner\n"
-                              "1/1 Test #3: Inner ............................   Passed    0.01 sec\n"
-                              "    Start 1: Another\n"
-                              "\n"
-                              "the last line\n";
-    const std::string dropped[] = {"    Start 1: One\n", "    Start 2: Two.Good\n",
-                                   "1/2 Test #2: Two.Good .........................   Passed    0.01 sec\n"};
-    const Checkout checkout({
-        {"dpkg-query", "printf 'install ok installed'"},
-        {"cmake", "exit 0"},
-        {"nproc", "echo 1"},
-        {"ctest", "if [ $3 = --show-only ]; then printf '" + listed +
-                      "'; exit; fi\n"
-                      "printf '<testsuite name=\"x\"\n\ttests=\"2\"\n\tfailures=\"1\"\n\tskipped=\"0\"\n' >\"$6\"\n"
-                      "printf '" +
-                      dropped[0] + dropped[1] + dropped[2] + shown + "'\nexit 8"},
-    });
+    const Checkout checkout =
+        WithCTest("<testcase name='One' status='run'/>"
+                  "<testcase name='Two' status='fail'><failure/><system-out>the cause</system-out>"
+                  "</testcase>",
+                  8);
     const Outcome run = checkout.Run("scripts/test.sh", {"release"});
     EXPECT_EQ(run.errors, "");
     EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.output.find(" s, testing\n" + shown + "release: 1 passed, 1 failed\n"), std::string::npos)
-        << run.output;
-    EXPECT_TRUE(run.output.ends_with("\n1 passed, 1 failed\n")) << run.output;
+    const std::string end = " s, testing\n"
+                            "Two failed\n"
+                            "    the cause\n"
+                            "ctest's whole output is in build/test-results/release.log, the report in "
+                            "build/test-results/release.xml\n"
+                            "release: 1 passed, 1 failed\n"
+                            "[4/4] CONTRIBUTING.md's walk-through: not done, for tests of release failed\n"
+                            "1 passed, 1 failed\n";
+    EXPECT_TRUE(run.output.ends_with(end)) << run.output;
 }
 
-TEST(Scripts, TestCountsWhatIsSkippedAndFailsWhenCtestDoes)
+TEST(Scripts, TestCountsAllRunsAndFailsWhenCtestDoes)
 {
-    for (const std::string status : {"0", "1"})
+    for (const int status : {0, 1})
     {
-        const Checkout checkout({
-            {"dpkg-query", "printf 'install ok installed'"},
-            {"cmake", "exit 0"},
-            {"nproc", "echo 1"},
-            {"ctest", "[ $3 != --show-only ] || exit 0\n"
-                      "printf '<testsuite name=\"x\"\n\ttests=\"9\"\n\tfailures=\"0\"\n\tskipped=\"2\"\n' >\"$6\"\n"
-                      "exit " +
-                          status},
-        });
+        const Checkout checkout = WithCTest("<testcase name='One' status='run'/>"
+                                            "<testcase name='Two' status='notrun'>"
+                                            "<skipped message='SKIP_RETURN_CODE=77'/></testcase>",
+                                            status);
         const Outcome run = checkout.Run("scripts/test.sh", {"release", "debug"});
-        EXPECT_EQ(std::to_string(run.status), status);
-        EXPECT_EQ(LastLine(run.output) == "14 passed, 0 failed, 4 skipped", status == "0") << run.output;
-        EXPECT_EQ(run.errors, status == "0" ? "" : "test.sh: ctest ended with 1, although no test failed\n");
+        EXPECT_EQ(run.status, status);
+        EXPECT_EQ(LastLine(run.output) == "3 passed, 0 failed, 3 skipped", status == 0) << run.output;
+        EXPECT_EQ(run.errors, status == 0 ? "" : "run_tests.py: ctest ended with 1, although no test failed\n");
+        for (const std::string name : {"release.xml", "walk-through.xml", "debug.xml"})
+            EXPECT_EQ(std::filesystem::exists(checkout.Path() / "build/test-results" / name), status == 0) << name;
     }
+}
+
+TEST(Scripts, NoReportOfAnEarlierRunStaysWhenTheBuildFails)
+{
+    const Checkout checkout = WithCMake("exit 1");
+    for (const std::string name : {"release.xml", "release.log", "walk-through.xml", "debug.xml", "clang.xml"})
+        checkout.Write("build/test-results/" + name, "of an earlier run");
+    EXPECT_EQ(checkout.Run("scripts/test.sh", {"release", "debug"}).errors, "test.sh: configuring failed, see above\n");
+    std::vector<std::filesystem::path> left;
+    for (const std::filesystem::path& file :
+         std::filesystem::directory_iterator(checkout.Path() / "build/test-results"))
+        left.push_back(file.filename());
+    EXPECT_EQ(left, std::vector<std::filesystem::path>{"clang.xml"});
 }
 
 TEST(Scripts, WithoutMiniXmlsSourcesTheWindowsTestsAreSkippedAndToldOf)
