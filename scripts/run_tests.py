@@ -39,8 +39,8 @@ CAUSES = (
     re.compile(r".*: (fatal )?error: "),  # compilers
     re.compile(r" *(CMake Error|FAIL: |ERROR: )"),  # CMake, Python's unittest
 )
-# What GoogleTest prints around a test's own output.
-BANNER = re.compile(r"\[[- =A-Z]{10}\]|Note: Google Test filter = |Running main\(\) from | *\d+ FAILED TESTS?$")
+# What GoogleTest prints around a test's own words.
+BANNER = re.compile(r"\[[- =A-Z]{10}\]|Note: Google Test filter = |Running main\(\) from | *\d+ FAILED TESTS?$|Failed$")
 
 # A test that did not pass, as ctest prints it when it has ended, and in its summary at the end.
 FAILED_ATTEMPT = re.compile(r" *(?:\d+/\d+ )? *Test +#\d+: (.*) \.+[^.*]*\*\*\*(?!Skipped|Not Run \(Disabled\))")
@@ -154,7 +154,7 @@ class Run:
         self.locations = {}
         self.results = {}
         self.failedAttempts = set()
-        self.shown = 0
+        self.shown = []
         listing = subprocess.run([*ctest, "--show-only=json-v1"], stdin=subprocess.DEVNULL, capture_output=True)
         if listing.returncode != 0:
             lines = listing.stderr.decode(errors="replace").splitlines()
@@ -235,10 +235,9 @@ class Run:
         name = case.get("name")
         output = of_project(case.findtext("system-out", ""))
         result = Result(name, output=output, seconds=float(case.get("time", 0)), location=self.locations.get(name, ""))
-        failure, skipped = case.find("failure"), case.find("skipped")
-        if failure is not None:
+        skipped = case.find("skipped")
+        if case.find("failure") is not None:
             result.outcome, result.reason = "failed", reasons.get(name, "Failed")
-            result.output += "\n" + failure.get("message", "")
         elif case.get("status") == "disabled":
             result.outcome, result.reason = "skipped", "disabled"
         elif skipped is not None:
@@ -266,13 +265,17 @@ class Run:
             say(f"{len(tests)} {'test is' if one else 'tests are'} not run: {'it' if one else 'they'} would only repeat this")
 
     def print_failed(self, failed):
-        shown = failed[: max(0, SHOWN_TESTS - self.shown)]
-        self.shown += len(shown)
-        for result in shown:
-            say("\n".join(result.printed()))
-        if failed[len(shown) :]:
-            names = ", ".join(result.name for result in failed[len(shown) :])
-            say(cut(f"{len(failed) - len(shown)} more failed: {names}"))
+        """By name alone those that say what another has said already."""
+        named = []
+        for result in failed:
+            said = (result.location, result.excerpt())
+            if len(self.shown) == SHOWN_TESTS or (said[1] and said in self.shown):
+                named.append(result.name)
+            else:
+                self.shown.append(said)
+                say("\n".join(result.printed()))
+        if named:
+            say(cut(f"{len(named)} more failed: {', '.join(named)}"))
 
     def write(self, file, begin, seconds):
         """The JUnit report; returns its counts."""

@@ -49,6 +49,7 @@ Expected equality of these values:
 
 {root}/tests/UnitTest.cpp:14: Failure
 Failed
+said by the test
 [  FAILED  ] Unit.Rule (0 ms)
 [  FAILED  ] 1 test, listed below:
  1 FAILED TEST
@@ -229,7 +230,7 @@ class FailedTests(Checkout):
         self.add("Unit.Rule", output=FAILURE, status=1)
         self.run_tests()
         self.assertIn("tests/UnitTest.cpp:12: Unit.Rule failed", self.lines)
-        shown = ["Expected equality of these values:", "  1", "  2", "tests/UnitTest.cpp:14: Failure", "Failed"]
+        shown = ["Expected equality of these values:", "  1", "  2", "tests/UnitTest.cpp:14: Failure", "said by the test"]
         self.assertEqual(self.printed("Unit.Rule"), shown)
         message = "tests/UnitTest.cpp:12: Expected equality of these values:\n  1\n  2"
         self.assertEqual(self.outcome("Unit.Rule"), ("failure", "Failed", message))
@@ -317,6 +318,17 @@ class FailedTests(Checkout):
         self.assertTrue(any(line.startswith("27 more failed: Unit.3, Unit.4, ") for line in self.lines), self.lines)
         self.assertTrue(any(line.startswith("30 more failed: Other.0, ") for line in self.lines), self.lines)
         self.assertLess(len(self.cases["Unit.0"].find("failure").text), 201 * 201)
+
+    def test_that_say_the_same_are_shown_once(self):
+        self.add("Unit.Rule", output=FAILURE, status=1)
+        self.add("Whole.Units", output="before\n" + FAILURE, status=1)
+        self.add("Unit.Other", output=FAILURE.replace("12", "13"), status=1)
+        self.add("Unit.Silent", status=1)
+        self.add("Unit.Another", status=1)
+        self.run_tests()
+        self.assertIn("tests/UnitTest.cpp:13: Unit.Other failed", self.lines)
+        self.assertIn("Unit.Silent failed", self.lines)
+        self.assertIn("2 more failed: Whole.Units, Unit.Another", self.lines)
 
     def test_may_print_what_xml_does_not_allow(self):
         self.add("Unit.Rule\u00e9", output="\x00\x01\x1b[1m \xff <&>'\"]]> \xc3\xa9 \xef\xbf\xbf", status=1)
