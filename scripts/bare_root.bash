@@ -27,7 +27,7 @@ make_bare_root() {
 # in_bare_root COMMAND [ARGUMENT]...: unmounts at the end, for mounts that are not private would stay.
 in_bare_root() {
     "${namespaces[@]}" sh -c '
-        trap "umount \"\$0/dev/pts\" \"\$0/proc\"" EXIT
+        trap "umount --lazy \"\$0/dev/pts\" \"\$0/proc\"" EXIT
         mount -t proc proc "$0/proc" && mkdir -p "$0/dev/pts" &&
             mount -t devpts -o newinstance,ptmxmode=0666 devpts "$0/dev/pts" || exit
         chroot "$0" /usr/bin/env -i HOME=/root LANG=C.UTF-8 PATH=/usr/sbin:/usr/bin:/sbin:/bin "$@"
