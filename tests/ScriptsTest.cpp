@@ -308,6 +308,7 @@ TEST(Scripts, WithoutMiniXmlsSourcesTheWindowsTestsAreSkippedAndToldOf)
     const Checkout checkout({{"dpkg-query", "printf 'install ok installed'"},
                              {"apt-get", "echo unreachable >&2; exit 100"},
                              {"cp", "exit 1"}});
+    checkout.Write("build/windows-libraries/versions", "earlier\n");
     const Outcome run = checkout.Run("scripts/test.sh", {"windows"});
     EXPECT_EQ(run.errors, "");
     EXPECT_EQ(run.status, 0);
@@ -316,4 +317,5 @@ TEST(Scripts, WithoutMiniXmlsSourcesTheWindowsTestsAreSkippedAndToldOf)
               std::string::npos)
         << run.output;
     EXPECT_EQ(LastLine(run.output), "0 passed, 0 failed, all tests of windows skipped");
+    EXPECT_EQ(ReadFile(checkout.Path() / "build/windows-libraries/versions"), "earlier\n");
 }
