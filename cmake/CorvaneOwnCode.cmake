@@ -14,8 +14,6 @@ target_compile_options(
         $<$<COMPILE_LANG_AND_ID:CXX,GNU,Clang>:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow>
         $<$<COMPILE_LANG_AND_ID:CXX,MSVC>:/W4;/utf-8;/permissive->
 )
-# Calls into a shared library go straight there.
-target_compile_options(CorvaneOwnCode INTERFACE $<$<PLATFORM_ID:Linux>:-fno-plt>)
 if(WIN32)
     target_compile_definitions(CorvaneOwnCode INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
