@@ -1,4 +1,5 @@
-# What holds for our own code and for nobody else's: warnings, and what checks, sanitizers, coverage and fuzzing take.
+# What holds for our own code and for nobody else's: warnings, hardening, and what checks, sanitizers, coverage and fuzzing
+# take.
 
 if(PROJECT_IS_TOP_LEVEL)
     option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
@@ -17,6 +18,29 @@ target_compile_options(
 if(WIN32)
     target_compile_definitions(CorvaneOwnCode INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
+
+# Release builds are hardened: on Linux as Debian's packages are, with Visual C++ by its control-flow guard. With MinGW they
+# are not: its stack protector and its _FORTIFY_SOURCE take a library (libssp), which every host would have to link. That a
+# program can be loaded anywhere and that data cannot be executed is what its linker does without being told.
+set(release "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+set(hardenedLinking "")
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT CORVANE_SANITIZE)
+    # Undefined first: a compiler or a packager may have defined another level.
+    set(hardening -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86)$")
+        list(APPEND hardening -fstack-clash-protection -fcf-protection)
+    endif()
+    target_compile_options(CorvaneOwnCode INTERFACE "$<${release}:${hardening}>")
+    set(hardenedLinking "$<${release}:LINKER:-z,relro,-z,now>")
+    if(PROJECT_IS_TOP_LEVEL)
+        include(CheckPIESupported)
+        check_pie_supported(LANGUAGES CXX)
+    endif()
+elseif(MSVC)
+    target_compile_options(CorvaneOwnCode INTERFACE "$<${release}:/guard:cf>")
+    set(hardenedLinking "$<${release}:/guard:cf>")
+endif()
+
 if(CORVANE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(CorvaneOwnCode INTERFACE ${sanitizers})
@@ -97,5 +121,7 @@ endfunction()
 function(corvane_own_code)
     foreach(target IN LISTS ARGN)
         target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:CorvaneOwnCode>)
+        # Of the target itself: what CorvaneOwnCode asks of the linker would go on to the programs of a host.
+        target_link_options(${target} PRIVATE "${hardenedLinking}")
     endforeach()
 endfunction()

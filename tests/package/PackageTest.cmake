@@ -147,6 +147,11 @@ function(expect_host configuration programs)
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${configuration}")
     expect_output("${minimalRun}" "${folder}/build/${programs}/host")
 
+    file(READ "${folder}/build/${programs}/options.txt" options)
+    if(options)
+        message(FATAL_ERROR "The host is built with ${options}")
+    endif()
+
     run_program("${tools}/ctest" --test-dir "${folder}/build" -C "${configuration}" -N)
     if(NOT output MATCHES "Test #1: Host.Runs\n\nTotal Tests: 1\n")
         message(FATAL_ERROR "The host's tests are\n${output}${errors}")
