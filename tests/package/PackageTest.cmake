@@ -149,7 +149,7 @@ function(expect_host configuration programs)
 
     file(READ "${folder}/build/${programs}/options.txt" options)
     if(options)
-        message(FATAL_ERROR "The host is built with ${options}")
+        message(FATAL_ERROR "The host is compiled with ${options}")
     endif()
 
     run_program("${tools}/ctest" --test-dir "${folder}/build" -C "${configuration}" -N)
@@ -168,6 +168,15 @@ endfunction()
 # BUILD_SHARED_LIBS is about the host's libraries: the wrapper stays a static one.
 function(AHostBuildsTheProjectAsASubfolder)
     expect_host("${CONFIG}" programs -DBUILD_SHARED_LIBS=ON)
+
+    # What a static library passes on to the linker is in no property.
+    if(EXISTS "${folder}/build/build.ninja")
+        file(READ "${folder}/build/build.ninja" rules)
+        string(REGEX MATCH "build programs/host${EXECUTABLE_SUFFIX}:[^#]*" rule "${rules}")
+        if(NOT rule OR rule MATCHES "-z,relro,-z,now")
+            message(FATAL_ERROR "The host is linked by\n${rule}")
+        endif()
+    endif()
 
     # With CORVANE_INSTALL both libraries are installed as well, and no program.
     run("${CMAKE_COMMAND}" -DCORVANE_INSTALL=ON "${folder}/build")
