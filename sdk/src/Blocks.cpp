@@ -9,19 +9,19 @@ namespace
 #if defined(TAVI_SDK_KEEPS_NO_BLOCKS)
 constexpr std::size_t MostKept = 0;
 #else
-constexpr std::size_t MostKept = 65'536; // of one size, in bytes; a megabyte in all
+constexpr std::size_t MostKept = 65'536; // bytes, for each size; a megabyte for all sizes
 #endif
 
-consteval KeptBlocks::BySize None()
+consteval KeptBlocks::BySize NothingKept()
 {
-    KeptBlocks::BySize none{};
-    for (std::size_t steps = 1; steps < none.size(); ++steps)
-        none[steps].room = static_cast<int>(MostKept / (steps * KeptBlocks::Step));
-    return none;
+    KeptBlocks::BySize empty{};
+    for (std::size_t steps = 1; steps < empty.size(); ++steps)
+        empty[steps].room = static_cast<int>(MostKept / (steps * KeptBlocks::Step));
+    return empty;
 }
 
 } // namespace
 
-constinit KeptBlocks::BySize KeptBlocks::all = None();
+constinit KeptBlocks::BySize KeptBlocks::all = NothingKept();
 
 } // namespace Veltrane::TaviDesktopSDK

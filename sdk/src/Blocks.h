@@ -1,8 +1,9 @@
-// Memory for texts, values and members. Small blocks that are freed are kept for the next ones of their size, so that a
-// report takes next to nothing from the heap once a few have been sent. For one thread, as all of the library.
+// Memory for texts, values and members. Small blocks that are freed are kept and used again for the same size, so that
+// after the first few reports hardly anything is allocated from the heap. Not thread-safe, as the whole library.
 //
-// No misuse of a kept block can be seen from outside. Where such is looked for, by the sanitizers first of all,
-// TAVI_SDK_KEEPS_NO_BLOCKS is defined for Blocks.cpp, and every block is the heap's own.
+// Tools that check the use of the heap, such as the sanitizers, cannot see a kept block being used after it was freed.
+// For them Blocks.cpp is compiled with TAVI_SDK_KEEPS_NO_BLOCKS, and every block is allocated from and freed to the
+// heap.
 #pragma once
 
 #include <array>
@@ -24,14 +25,14 @@ struct KeptBlocks
     static constexpr std::size_t LargestSize = 256; // in bytes
 
     Block* first;
-    int room; // for so many more; never any where no blocks are kept
+    int room; // how many more blocks may be kept; always 0 when none are kept
 
-    // By size in steps. Never destroyed: values may go after everything else.
+    // Indexed by size / Step, rounded up. Never destroyed: values may be destroyed after everything else.
     using BySize = std::array<KeptBlocks, LargestSize / Step + 1>;
     static BySize all;
 };
 
-// Aligned for every type. Throws std::bad_alloc.
+// Aligned for every type without an alignment of its own. Throws std::bad_alloc.
 inline void* AllocateBlock(std::size_t size)
 {
     const std::size_t steps = (size + KeptBlocks::Step - 1) / KeptBlocks::Step;
@@ -48,7 +49,7 @@ inline void* AllocateBlock(std::size_t size)
     return ::operator new(allocated);
 }
 
-// `size` is that of the allocation.
+// `size` is the one that the block was allocated with.
 inline void FreeBlock(void* block, std::size_t size) noexcept
 {
     if (size <= KeptBlocks::LargestSize)
@@ -64,10 +65,10 @@ inline void FreeBlock(void* block, std::size_t size) noexcept
     ::operator delete(block);
 }
 
-// For what is made by new and delete.
+// Base of classes whose objects are created by new and deleted by delete.
 struct InBlocks
 {
-    // NOLINTNEXTLINE(misc-new-delete-overloads,cert-dcl54-cpp): deleted by the form that is given the size
+    // NOLINTNEXTLINE(misc-new-delete-overloads,cert-dcl54-cpp): its counterpart is the delete that takes the size
     static void* operator new(std::size_t size) { return AllocateBlock(size); }
     static void operator delete(void* memory, std::size_t size) noexcept { FreeBlock(memory, size); }
 };

@@ -21,7 +21,7 @@ long long SteadyNanoseconds()
     return std::chrono::duration_cast<std::chrono::nanoseconds>(sinceStart).count();
 }
 
-// The new facet, which takes over what `source` holds.
+// `created`, after `source` was assigned to it.
 Base* Filled(Base* created, const Base& source)
 {
     std::unique_ptr<Base> copy(created);
@@ -37,7 +37,7 @@ Base::Base(JsonValue* data, bool shared) : sharedData(shared ? data : nullptr), 
         ownData = *data;
 }
 
-// Whether data is shared stays as it is: entries are what is assigned.
+// Only the entries are assigned; whether this facet shares its data does not change.
 // cppcheck-suppress operatorEqVarError
 Base& Base::operator=(const Base& other)
 {
@@ -186,7 +186,7 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
     }
     if (action == FindOnly)
         return nullptr;
-    // One place for each kind, so that an absent one has its place.
+    // There is a place for each kind, so that `place` is a free one here unless the name is unknown.
     if (std::strcmp(name, Component::FacetName()) == 0)
         *place = new Component;
     else if (std::strcmp(name, Content::FacetName()) == 0)

@@ -1,5 +1,5 @@
-// What lies behind a value's handle. Scalars and texts are never changed, and so shared by a value and its copies; an
-// object or an array belongs to one value.
+// What a value's handle points to. Booleans, integers and texts are never changed, and a value shares them with its
+// copies; an object or an array has one owner.
 #pragma once
 
 #include <cstddef>
@@ -33,19 +33,20 @@ struct JsonValue::Node
     struct Object;
     struct Member;
 
-    explicit Node(Kind ofThis) : kind(ofThis) {}
+    explicit Node(Kind ofNode) : kind(ofNode) {}
 
     Kind kind;
     unsigned owners = 1;
 
     // Null when the value is of another kind.
-    template <typename OfKind>
-    static OfKind* In(const JsonValue& value)
+    template <typename NodeType>
+    static NodeType* As(const JsonValue& value)
     {
         Node* const node = value.node;
-        return node != nullptr && node->kind == OfKind::KindOfThis ? static_cast<OfKind*>(node) : nullptr;
+        return node != nullptr && node->kind == NodeType::OwnKind ? static_cast<NodeType*>(node) : nullptr;
     }
 
+    // A value that takes over ownership of `node`.
     static JsonValue Holding(Node* node)
     {
         JsonValue value;
@@ -73,62 +74,48 @@ struct JsonValue::Node
     static void AppendJson(std::string& json, const JsonValue& value);
 
     friend void AddMembers(JsonValue& into, const JsonValue& from) { CopyMembers(into, from); }
-    friend void AddMembers(JsonValue& into, JsonValue&& from) { MoveMembers(into, from); }
 
 private:
     static void CopyMembers(JsonValue& into, const JsonValue& from);
-    static void MoveMembers(JsonValue& into, JsonValue& from);
     static Node* DeepCopyOf(const Node& node);
     static void Delete(Node* node) noexcept;
 };
 
-// Adds the members of the object `from` to `into`, replacing those of the same key. Any other `from` has none.
+// Adds the members of `from` to `into`, replacing those of the same key. A `from` that is no object has no members.
 void AddMembers(JsonValue& into, const JsonValue& from);
-void AddMembers(JsonValue& into, JsonValue&& from);
 
 struct JsonValue::Node::Boolean : Node, InBlocks
 {
-    static constexpr Kind KindOfThis = Kind::Boolean;
+    static constexpr Kind OwnKind = Kind::Boolean;
 
-    explicit Boolean(bool flag) : Node(KindOfThis), value(flag) {}
+    explicit Boolean(bool flag) : Node(OwnKind), value(flag) {}
 
     bool value;
 };
 
 struct JsonValue::Node::Integer : Node, InBlocks
 {
-    static constexpr Kind KindOfThis = Kind::Integer;
+    static constexpr Kind OwnKind = Kind::Integer;
 
-    explicit Integer(long long number) : Node(KindOfThis), value(number) {}
+    explicit Integer(long long number) : Node(OwnKind), value(number) {}
 
     long long value;
 };
 
-// One block: this, and the text.
-struct JsonValue::Node::Text : Node
+struct JsonValue::Node::Text : Node, InBlocks
 {
-    static constexpr Kind KindOfThis = Kind::Text;
+    static constexpr Kind OwnKind = Kind::Text;
 
-    explicit Text(std::size_t bytes) : Node(KindOfThis), size(bytes) {}
+    explicit Text(std::string_view text) : Node(OwnKind), value(text) {}
 
-    std::size_t size;
-
-    std::string_view View() const { return {reinterpret_cast<const char*>(this + 1), size}; }
-
-    static Text* Make(std::string_view text)
-    {
-        auto* const made = new (AllocateBlock(sizeof(Text) + text.size())) Text(text.size());
-        text.copy(reinterpret_cast<char*>(made + 1), text.size());
-        return made;
-    }
-    static void Delete(Text* text) noexcept { FreeBlock(text, sizeof(Text) + text->size); }
+    std::string value;
 };
 
 struct JsonValue::Node::Array : Node, InBlocks
 {
-    static constexpr Kind KindOfThis = Kind::Array;
+    static constexpr Kind OwnKind = Kind::Array;
 
-    Array() : Node(KindOfThis) {}
+    Array() : Node(OwnKind) {}
 
     std::vector<JsonValue> elements;
 };

@@ -16,30 +16,33 @@ void JsonValue::Node::Object::EnterInIndex(Member* member)
     {
         auto made = std::make_unique<std::unordered_map<std::string_view, Member*>>();
         for (Member* present = first; present != nullptr; present = present->next)
-            made->emplace(present->key->View(), present);
+            made->emplace(present->key->value, present);
         index = std::move(made);
     }
-    index->emplace(member->key->View(), member);
+    index->emplace(member->key->value, member);
     static_cast<void>(owner.release());
 }
 
-std::unique_ptr<JsonValue::Node::Member> JsonValue::Node::Object::Take(Member& member)
+bool JsonValue::Node::Object::Remove(std::string_view key)
 {
+    Member* const member = Find(key);
+    if (member == nullptr)
+        return false;
     if (index != nullptr)
-        index->erase(member.key->View());
-    *member.link = member.next;
-    (member.next != nullptr ? member.next->link : end) = member.link;
-    member.next = nullptr;
+        index->erase(key);
+    *member->link = member->next;
+    (member->next != nullptr ? member->next->link : end) = member->link;
     --count;
-    return std::unique_ptr<Member>(&member);
+    delete member;
+    return true;
 }
 
 void JsonValue::Node::CopyMembers(JsonValue& into, const JsonValue& from)
 {
-    const auto* const source = In<Object>(from);
+    const auto* const source = As<Object>(from);
     if (source == nullptr || source->First() == nullptr)
         return;
-    auto* const object = In<Object>(into);
+    auto* const object = As<Object>(into);
     if (object == nullptr)
     {
         into = from;
@@ -47,32 +50,10 @@ void JsonValue::Node::CopyMembers(JsonValue& into, const JsonValue& from)
     }
     for (const Member* member = source->First(); member != nullptr; member = member->next)
     {
-        if (Member* const present = object->Find(member->key->View()))
+        if (Member* const present = object->Find(member->key->value))
             present->value = member->value;
         else
             object->Append(new Member(*member));
-    }
-}
-
-void JsonValue::Node::MoveMembers(JsonValue& into, JsonValue& from)
-{
-    auto* const source = In<Object>(from);
-    if (source == nullptr || source->First() == nullptr)
-        return;
-    auto* const object = In<Object>(into);
-    if (object == nullptr)
-    {
-        into = std::move(from);
-        return;
-    }
-    Member* next = source->First();
-    while (next != nullptr)
-    {
-        std::unique_ptr<Member> member = source->Take(*std::exchange(next, next->next));
-        if (Member* const present = object->Find(member->key->View()))
-            present->value = std::move(member->value);
-        else
-            object->Append(member.release());
     }
 }
 

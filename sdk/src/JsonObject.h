@@ -1,4 +1,4 @@
-// An object's members: a list in the order in which they were added. Each keeps its place in memory until it is
+// A JSON object: a list of members in the order in which they were added. A member keeps its address until it is
 // removed.
 #pragma once
 
@@ -14,23 +14,23 @@ namespace Veltrane::TaviDesktopSDK
 
 struct JsonValue::Node::Member : InBlocks
 {
-    explicit Member(std::string_view name) : key(Text::Make(name)) {}
+    explicit Member(std::string_view name) : key(new Text(name)) {}
     Member(const Member& other) : value(other.value), key(static_cast<Text*>(CopyOf(other.key))) {}
     Member& operator=(const Member&) = delete;
     ~Member() { Release(key); }
 
     JsonValue value;
     Text* key;
-    Member** link = nullptr; // what points to this member: the one before, or the object
+    Member** link = nullptr; // the pointer to this member: the previous member's `next`, or the object's `first`
     Member* next = nullptr;
 };
 
-// Few members are found by going through them, many by an index.
+// A few members are found by a linear search, many by an index.
 struct JsonValue::Node::Object : Node, InBlocks
 {
-    static constexpr Kind KindOfThis = Kind::Object;
+    static constexpr Kind OwnKind = Kind::Object;
 
-    Object() : Node(KindOfThis) {}
+    Object() : Node(OwnKind) {}
     Object(const Object& other) : Object()
     {
         for (const Member* member = other.first; member != nullptr; member = member->next)
@@ -52,7 +52,7 @@ struct JsonValue::Node::Object : Node, InBlocks
         if (index != nullptr)
             return FindInIndex(key);
         Member* member = first;
-        while (member != nullptr && member->key->View() != key)
+        while (member != nullptr && member->key->value != key)
             member = member->next;
         return member;
     }
@@ -63,7 +63,7 @@ struct JsonValue::Node::Object : Node, InBlocks
         return found != nullptr ? found->value : Append(new Member(key)).value;
     }
 
-    // Whose key is not there yet. It is this object's from now on, and is deleted when memory runs out.
+    // Takes over ownership of `member`, whose key must not be present yet. Deletes it when memory runs out.
     Member& Append(Member* member)
     {
         if (index != nullptr || count == MostWithoutIndex)
@@ -75,8 +75,8 @@ struct JsonValue::Node::Object : Node, InBlocks
         return *member;
     }
 
-    // The member is the caller's from now on.
-    std::unique_ptr<Member> Take(Member& member);
+    // False when there is no such member.
+    bool Remove(std::string_view key);
 
 private:
     static constexpr std::size_t MostWithoutIndex = 32;
@@ -87,7 +87,7 @@ private:
     Member* first = nullptr;
     Member** end = &first;
     std::size_t count = 0;
-    std::unique_ptr<std::unordered_map<std::string_view, Member*>> index; // null: few
+    std::unique_ptr<std::unordered_map<std::string_view, Member*>> index; // null while there are few members
 };
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -11,7 +11,7 @@ namespace Veltrane::TaviDesktopSDK
 namespace
 {
 
-// Stands for itself in JSON text.
+// Whether the byte is written to JSON text as it is.
 bool IsPlain(char byte)
 {
     return static_cast<unsigned char>(byte) >= 0x20 && static_cast<unsigned char>(byte) < 0x80 && byte != '"' &&
@@ -68,17 +68,17 @@ void JsonValue::Node::AppendJson(std::string& json, const JsonValue& value)
     switch (value.node->kind)
     {
     case Kind::Boolean:
-        json += In<Boolean>(value)->value ? "true" : "false";
+        json += As<Boolean>(value)->value ? "true" : "false";
         break;
     case Kind::Integer:
-        json += std::to_string(In<Integer>(value)->value);
+        json += std::to_string(As<Integer>(value)->value);
         break;
     case Kind::Text:
-        AppendQuoted(json, In<Text>(value)->View());
+        AppendQuoted(json, As<Text>(value)->value);
         break;
     case Kind::Array:
         json += '[';
-        for (const JsonValue& element : In<Array>(value)->elements)
+        for (const JsonValue& element : As<Array>(value)->elements)
         {
             if (json.back() != '[')
                 json += ',';
@@ -88,9 +88,9 @@ void JsonValue::Node::AppendJson(std::string& json, const JsonValue& value)
         break;
     case Kind::Object:
         json += '{';
-        for (const Member* member = In<Object>(value)->First(); member != nullptr; member = member->next)
+        for (const Member* member = As<Object>(value)->First(); member != nullptr; member = member->next)
         {
-            AppendQuoted(json, member->key->View());
+            AppendQuoted(json, member->key->value);
             json += ':';
             AppendJson(json, member->value);
             if (member->next != nullptr)

@@ -31,7 +31,7 @@ void JsonValue::Node::Delete(Node* node) noexcept
         delete static_cast<Integer*>(node);
         break;
     case Kind::Text:
-        Text::Delete(static_cast<Text*>(node));
+        delete static_cast<Text*>(node);
         break;
     case Kind::Array:
         delete static_cast<Array*>(node);
@@ -49,23 +49,23 @@ bool JsonValue::Node::AreEqual(const JsonValue& left, const JsonValue& right)
     switch (left.node->kind)
     {
     case Kind::Boolean:
-        return In<Boolean>(left)->value == In<Boolean>(right)->value;
+        return As<Boolean>(left)->value == As<Boolean>(right)->value;
     case Kind::Integer:
-        return In<Integer>(left)->value == In<Integer>(right)->value;
+        return As<Integer>(left)->value == As<Integer>(right)->value;
     case Kind::Text:
-        return In<Text>(left)->View() == In<Text>(right)->View();
+        return As<Text>(left)->value == As<Text>(right)->value;
     case Kind::Array:
-        return std::equal(In<Array>(left)->elements.begin(), In<Array>(left)->elements.end(),
-                          In<Array>(right)->elements.begin(), In<Array>(right)->elements.end(), AreEqual);
+        return std::equal(As<Array>(left)->elements.begin(), As<Array>(left)->elements.end(),
+                          As<Array>(right)->elements.begin(), As<Array>(right)->elements.end(), AreEqual);
     case Kind::Object:
         break;
     }
-    const Object& other = *In<Object>(right);
-    if (In<Object>(left)->Count() != other.Count())
+    const Object& other = *As<Object>(right);
+    if (As<Object>(left)->Count() != other.Count())
         return false;
-    for (const Member* member = In<Object>(left)->First(); member != nullptr; member = member->next)
+    for (const Member* member = As<Object>(left)->First(); member != nullptr; member = member->next)
     {
-        const Member* const found = other.Find(member->key->View());
+        const Member* const found = other.Find(member->key->value);
         if (found == nullptr || !AreEqual(member->value, found->value))
             return false;
     }
@@ -90,12 +90,12 @@ JsonValue& JsonValue::operator=(const JsonValue& other)
 void JsonValue::SetString(const char* text)
 {
     // The new text is complete before the old value goes: it may be part of it.
-    Node::Release(std::exchange(node, text != nullptr ? Node::Text::Make(text) : nullptr));
+    Node::Release(std::exchange(node, text != nullptr ? new Node::Text(text) : nullptr));
 }
 
 JsonValue& JsonValue::operator[](const TaviString& key)
 {
-    auto* object = Node::In<Node::Object>(*this);
+    auto* object = Node::As<Node::Object>(*this);
     if (object == nullptr)
     {
         object = new Node::Object;
@@ -107,7 +107,7 @@ JsonValue& JsonValue::operator[](const TaviString& key)
 const JsonValue& JsonValue::operator[](const TaviString& key) const
 {
     static const JsonValue null;
-    const auto* const object = Node::In<Node::Object>(*this);
+    const auto* const object = Node::As<Node::Object>(*this);
     const Node::Member* const member = object != nullptr ? object->Find(ViewOf(key)) : nullptr;
     return member != nullptr ? member->value : null;
 }
@@ -115,16 +115,16 @@ const JsonValue& JsonValue::operator[](const TaviString& key) const
 const JsonValue& JsonValue::operator[](int index) const
 {
     static const JsonValue null;
-    const auto* const array = Node::In<Node::Array>(*this);
+    const auto* const array = Node::As<Node::Array>(*this);
     return array != nullptr && index >= 0 && index < GetCount() ? array->elements[static_cast<std::size_t>(index)]
                                                                 : null;
 }
 
 int JsonValue::GetCount() const
 {
-    if (const auto* const object = Node::In<Node::Object>(*this))
+    if (const auto* const object = Node::As<Node::Object>(*this))
         return static_cast<int>(object->Count());
-    if (const auto* const array = Node::In<Node::Array>(*this))
+    if (const auto* const array = Node::As<Node::Array>(*this))
         return static_cast<int>(array->elements.size());
     return 0;
 }
@@ -132,7 +132,7 @@ int JsonValue::GetCount() const
 JsonValue JsonValue::GetKeyList() const
 {
     auto keys = std::make_unique<Node::Array>();
-    if (const auto* const object = Node::In<Node::Object>(*this))
+    if (const auto* const object = Node::As<Node::Object>(*this))
     {
         keys->elements.reserve(object->Count());
         for (const Node::Member* member = object->First(); member != nullptr; member = member->next)
@@ -157,28 +157,27 @@ int JsonValue::Compare(const JsonValue& other) const
 
 bool JsonValue::RemoveKey(const TaviString& key)
 {
-    auto* const object = Node::In<Node::Object>(*this);
-    Node::Member* const member = object != nullptr ? object->Find(ViewOf(key)) : nullptr;
-    return member != nullptr && object->Take(*member) != nullptr;
+    auto* const object = Node::As<Node::Object>(*this);
+    return object != nullptr && object->Remove(ViewOf(key));
 }
 
 JsonValue::operator TaviString() const
 {
     if (node == nullptr)
         return TaviString();
-    const auto* const held = Node::In<Node::Text>(*this);
+    const auto* const held = Node::As<Node::Text>(*this);
     if (held == nullptr)
         return GetJsonString();
     TaviString text;
-    text.SetString(std::string(held->View()).c_str());
+    text.SetString(held->value.c_str());
     return text;
 }
 
 JsonValue::operator long long() const
 {
-    if (const auto* const number = Node::In<Node::Integer>(*this))
+    if (const auto* const number = Node::As<Node::Integer>(*this))
         return number->value;
-    const auto* const flag = Node::In<Node::Boolean>(*this);
+    const auto* const flag = Node::As<Node::Boolean>(*this);
     return flag != nullptr && flag->value ? 1 : 0;
 }
 

@@ -19,7 +19,7 @@ constexpr int StatusFailure = 1;
 
 struct Library
 {
-    std::map<std::string, JsonValue, std::less<>> products; // their descriptions, by host-product identifier
+    std::map<std::string, JsonValue, std::less<>> products; // each one's description, by host-product identifier
     bool callbackEnabled = false;
     int (*callback)(const JsonValue&, void*, JsonValue&) = nullptr;
     void* callbackContext = nullptr;
@@ -27,7 +27,7 @@ struct Library
 
 Library& TheLibrary()
 {
-    // Never destroyed: the host may report until the last of its own statics is gone.
+    // Never destroyed: a host may report from the destructor of a static object.
     static Library& library = *new Library;
     return library;
 }

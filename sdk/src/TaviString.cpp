@@ -20,7 +20,7 @@
 namespace Veltrane::TaviDesktopSDK
 {
 
-// One block: this, the text, and a terminator.
+// The header of a block that holds the text and its terminator after it.
 struct TaviString::Content
 {
     std::size_t size;
@@ -28,7 +28,7 @@ struct TaviString::Content
 
     char* Text() { return reinterpret_cast<char*>(this + 1); }
 
-    // The text is yet to be filled in.
+    // The caller fills in the text.
     static Content* Make(std::size_t size)
     {
         auto* const content = new (AllocateBlock(BlockSize(size))) Content{size, nullptr};
@@ -59,7 +59,7 @@ TaviString::TaviString(double value) : TaviString()
 {
     if (std::isnan(value))
     {
-        // Systems differ over the sign of what is no number, and it says nothing.
+        // The sign of a NaN has no meaning, and systems print it differently.
         SetString("nan");
         return;
     }
@@ -89,8 +89,6 @@ TaviString& TaviString::operator=(const TaviString& other)
 
 void TaviString::SetString(const char* text)
 {
-    if (text == nullptr && content == nullptr)
-        return; // nearly every string ends so, for what it held was moved away
     // The new content is complete before the old one goes: `text` may point into it.
     Content* const made = text != nullptr ? Content::Make(std::string_view(text)) : nullptr;
     Content::Release(std::exchange(content, made));
@@ -103,17 +101,17 @@ void TaviString::SetStringW(const wchar_t* text)
         SetString(nullptr);
         return;
     }
-    // Nearly all text is ASCII, and each of its characters stands for itself.
+    // Nearly all text is ASCII, which is copied character by character. Other text is then converted.
     const std::size_t length = std::wcslen(text);
     Content* made = Content::Make(length);
     char* const narrow = made->Text();
-    std::make_unsigned_t<wchar_t> all = 0;
+    std::make_unsigned_t<wchar_t> allBits = 0;
     for (std::size_t i = 0; i < length; ++i)
     {
-        all |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
+        allBits |= static_cast<std::make_unsigned_t<wchar_t>>(text[i]);
         narrow[i] = static_cast<char>(text[i]);
     }
-    if (all >= 0x80)
+    if (allBits >= 0x80)
     {
         Content::Release(made);
         made = Content::Make(Utf8FromWide({text, length}));

@@ -1,4 +1,4 @@
-// The standard library's view of a string of ours.
+// A TaviString seen as a std::string_view.
 #pragma once
 
 #include <string_view>
