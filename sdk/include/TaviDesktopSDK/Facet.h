@@ -1,7 +1,7 @@
 // Facets: named JSON objects that the telemetry library merges into an event's payload.
 //
 // `Core` is the event. Its sub-facets are created on first request and belong to it until `Clear()`. `Product` and
-// `Content` may also stand alone. Facets are used on one thread.
+// `Content` may also stand alone. While one thread uses a facet, no other thread may use the library or its values.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,8 @@
 #include <TaviDesktopSDK/JsonValue.h>
 #include <TaviDesktopSDK/TaviString.h>
 
-// Facets hold a value, of whose class cl asks that it be exported as a whole. All of it that is not inline is.
+// Visual C++ warns of a data member whose class is not exported as a whole. What is not inline in JsonValue is
+// exported.
 #if defined(_MSC_VER)
 #pragma warning(push)
 #pragma warning(disable : 4251)
@@ -41,7 +42,7 @@ public:
     // A copy of `event` with this facet's entries added, an entry replacing one of the same key.
     virtual JsonValue Build(const JsonValue& event) const;
 
-    // What the class's FacetName() gives: a constant text of the library's.
+    // The same as the class's FacetName(): a constant text, which the library owns.
     virtual const char* GetFacetName() const = 0;
 
     // A new copy with data of its own, owned by the caller.
@@ -60,7 +61,7 @@ protected:
     // Also stops the edit timer.
     virtual void RemoveFacetEntries();
 
-    // The object of entries; null before the first.
+    // The entries, as an object; null before the first entry is set.
     JsonValue& Data();
     const JsonValue& Data() const;
 
@@ -69,7 +70,7 @@ private:
 
     JsonValue ownData;
     JsonValue* sharedData;
-    long long editTimerStart; // a content's, here so that it goes along in an assignment; negative: not running
+    long long editTimerStart; // of a Content: here, so that assigning a Base copies it; negative while not running
 };
 
 class TAVI_SDK_API Product : public Base
@@ -97,12 +98,12 @@ public:
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
 
-    // Starts, or starts anew, the measuring of how long the document is edited. A content facet that this one is
-    // assigned to as a Base goes on measuring from the same start.
+    // Starts or restarts the timer of how long the document is edited. Assigning this facet as a Base to another
+    // content facet copies the start time.
     void StartDocumentEditTimer();
 };
 
-// A sub-facet only: a core makes it.
+// Exists as a sub-facet only, which a core creates.
 class TAVI_SDK_API Entitlement : public Base
 {
 public:
@@ -119,7 +120,7 @@ private:
     Entitlement() : Base(nullptr, false) {}
 };
 
-// A sub-facet only: a core makes it.
+// Exists as a sub-facet only, which a core creates.
 class TAVI_SDK_API Component : public Base
 {
 public:
@@ -150,7 +151,7 @@ public:
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
 
-    // Drops all entries and destroys all sub-facets: references to them end here.
+    // Removes all entries and destroys all sub-facets; references to them become invalid.
     void Clear();
 
     // The event's sub-facets, created on the first request.
@@ -169,7 +170,7 @@ private:
     // Null for an unknown name, and for an absent facet that is only to be found.
     Base* GetFacetByName(const char* name, FacetCreationAction action);
 
-    Base* subFacets[4] = {}; // in the order of creation, null from the first free place on
+    Base* subFacets[4] = {}; // in the order of creation; unused places, at the end, are null
 };
 
 } // namespace Veltrane::TaviDesktopSDK::Facet

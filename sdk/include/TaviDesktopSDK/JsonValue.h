@@ -1,14 +1,18 @@
 // A JSON value (null, boolean, 64-bit integer, string, object or array) held by value through one pointer-sized handle.
 //
-// The handle of a null value is empty, and no other value's is: `value.Compare(JsonValue()) == 0` asks for null.
-// Neither
-// `==` nor `if` does, which take the value for a number by its conversion. A pointer, a text among them, converts to
-// the boolean true. Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
+// A null value's handle is empty, and no other value's is. To test for null, write `value.Compare(JsonValue()) == 0`;
+// `==` and `if` would convert the value to a number. A pointer converts to the boolean true, a string literal too: text
+// is set by SetString(). Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
 //
-// Copies are deep. A reference that operator[] gave stays valid while other members are added to the same object, and
-// ends with its member. Assigning a value to itself, to one of its own members, or a member to the value that holds it,
-// is safe; only moving a value into one of its own members is not allowed. Nothing here throws unless memory runs out.
-// No two values may be used by two threads at once, not even a value and its copy: they share what is never changed.
+// Copies are deep. A reference from operator[] stays valid while other members are added to the same object, until its
+// own member is removed. Assigning a value to itself, to one of its own members, or a member to the value that holds
+// it, is safe; moving a value into one of its own members is not. Nothing here throws unless memory runs out.
+//
+// Values nested up to 1,000 levels deep can be built, copied, compared, written as text and destroyed on a stack of one
+// megabyte. Each level takes stack, and deeper values can overflow it.
+//
+// All values and strings share memory inside the library: while one thread uses any of them, no other thread may use
+// another one.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
@@ -84,7 +88,7 @@ public:
 private:
     struct Node;
 
-    // Releases the tree and leaves null.
+    // Frees what the value holds and makes it null.
     TAVI_SDK_API void Reset() noexcept;
 
     Node* node;

@@ -2,7 +2,10 @@
 //
 // Content is UTF-8 by convention; 8-bit input is kept byte for byte, well-formed or not. Text ends at the first null
 // character. A string that was never given text, or was given a null pointer, has no text: c_str() is null. One that
-// was given "" has text: c_str() is "" and size() is 0. No two strings may be used by two threads at once.
+// was given "" has text: c_str() is "" and size() is 0.
+//
+// All strings and values share memory inside the library: while one thread uses any of them, no other thread may use
+// another one.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
