@@ -88,6 +88,41 @@ int Track(const TaviString& hostProduct, const char* event = "an event")
     return Sdk::TrackEvent(hostProduct, core, nullptr);
 }
 
+// Of a callback that calls the library itself.
+struct Reentrance
+{
+    TaviString hostProduct;
+    Calls calls;
+    Calls callsOfAnother;
+    std::string payloadAfterwards;
+};
+
+int NoteAndReportFurther(const JsonValue& payload, void* context, JsonValue& reply)
+{
+    auto& reentrance = *static_cast<Reentrance*>(context);
+    const bool isFirst = reentrance.calls.payloads.empty();
+    NoteAndAnswer(payload, &reentrance.calls, reply);
+    if (isFirst)
+    {
+        EXPECT_EQ(Track(reentrance.hostProduct, "a further event"), 0);
+        reentrance.payloadAfterwards = Json(payload);
+    }
+    return 0;
+}
+
+int NoteAndRegisterAnother(const JsonValue& payload, void* context, JsonValue& reply)
+{
+    auto& reentrance = *static_cast<Reentrance*>(context);
+    Note(payload, &reentrance.calls, reply);
+    EXPECT_EQ(SetCallback(Note, &reentrance.callsOfAnother), 0);
+    EXPECT_EQ(Track(reentrance.hostProduct, "a further event"), 0);
+    reentrance.payloadAfterwards = Json(payload);
+    return 0;
+}
+
+const std::string AnEvent = R"({"product_line_name":"PL","event":"an event"})";
+const std::string AFurtherEvent = R"({"product_line_name":"PL","event":"a further event"})";
+
 class TaviDesktopSDK : public testing::Test
 {
 protected:
@@ -280,6 +315,29 @@ TEST_F(TaviDesktopSDK, NullCallbackWithdrawsTheEarlierOne)
     EXPECT_EQ(SetCallback(nullptr, &calls), 0);
     EXPECT_EQ(Track(hostProduct), 0);
     EXPECT_EQ(calls.payloads.size(), 0U);
+}
+
+TEST_F(TaviDesktopSDK, CallbackMayReportFurtherEvents)
+{
+    NoteCalls();
+    Reentrance reentrance{HostProduct(), {}, {}, ""};
+    ASSERT_EQ(SetCallback(NoteAndReportFurther, &reentrance), 0);
+    EXPECT_EQ(Track(reentrance.hostProduct), 0);
+    EXPECT_EQ(reentrance.calls.payloads, (std::vector<std::string>{AnEvent, AFurtherEvent}));
+    EXPECT_EQ(reentrance.calls.replies, (std::vector<std::string>{"null", "null"}));
+    EXPECT_EQ(reentrance.payloadAfterwards, AnEvent);
+}
+
+TEST_F(TaviDesktopSDK, CallbackMayRegisterAnotherForTheEventsFromThenOn)
+{
+    NoteCalls();
+    Reentrance reentrance{HostProduct(), {}, {}, ""};
+    ASSERT_EQ(SetCallback(NoteAndRegisterAnother, &reentrance), 0);
+    EXPECT_EQ(Track(reentrance.hostProduct), 0);
+    EXPECT_EQ(Track(reentrance.hostProduct), 0);
+    EXPECT_EQ(reentrance.calls.payloads, (std::vector<std::string>{AnEvent}));
+    EXPECT_EQ(reentrance.callsOfAnother.payloads, (std::vector<std::string>{AFurtherEvent, AnEvent}));
+    EXPECT_EQ(reentrance.payloadAfterwards, AnEvent);
 }
 
 TEST_F(TaviDesktopSDK, EventForAnUnknownHostProductFailsAndTheNextOneWorks)

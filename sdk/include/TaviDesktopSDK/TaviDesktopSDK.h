@@ -1,7 +1,8 @@
 // The telemetry library: opt-in query, start-up, event tracking and test mode.
 //
-// All calls are made on one thread, and all strings, values and facets are used there; the testing callback runs on it,
-// inside TrackEvent. A status is 0 for success and anything else for failure; IsOptedIn's alone means more than that.
+// The library is not thread-safe: make all calls, and use all strings, values and facets, on one thread. The testing
+// callback runs on it too, inside TrackEvent. A status is 0 for success and anything else for failure; only IsOptedIn's
+// has a further meaning.
 #pragma once
 
 #include <TaviDesktopSDK/Export.h>
@@ -36,8 +37,12 @@ TAVI_SDK_API int SetTestingFlags(const TaviString& productKey, const JsonValue& 
 // Registers `callback`, in place of any earlier one; a null `callback` withdraws it. It receives each payload that
 // would be uploaded, `context`, which stays the caller's and is handed over as it is, and a reply to fill in. The
 // payload is one flat object: the host product's entries, the event's own, those of its sub-facets in the order of
-// creation, and the extra members; a later one replaces an earlier one of the same key. It lives for the call; a copy
-// of it stays valid. The callback's result is not used.
+// creation, and the extra members; a later one replaces an earlier one of the same key. Payload and reply are valid
+// during the call only; a copy stays valid. The callback's result is not used.
+//
+// The callback may report further events and register another callback. An event that it reports is shown, before its
+// TrackEvent returns, to the callback registered by then. It must not throw, and must not change, clear or destroy the
+// core, the sub-facets or the extra members of the event that it is being shown.
 TAVI_SDK_API int SetTestingCallback(const TaviString& productKey,
                                     int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
                                     void* context);
