@@ -30,7 +30,7 @@ LAYOUT = """\
 {chrome}
 <g transform="translate({terminal_x}, {terminal_y})" clip-path="url(#{unique_id}-clip-terminal)">
 {backgrounds}
-<g class="{unique_id}-matrix">
+<g id="screen" class="{unique_id}-matrix">
 {matrix}
 </g>
 </g>

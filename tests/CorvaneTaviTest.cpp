@@ -13,6 +13,7 @@
 #include <telemetry/AttributeMap.h>
 #include <telemetry/CorvaneTavi.h>
 
+#include "Differences.h"
 #include "OutputCapture.h"
 #include "PayloadRecorder.h"
 #include "Text.h"
@@ -84,6 +85,14 @@ JsonValue Entitlement(const Members& entries, const Members& properties)
     return event;
 }
 
+// As a person tells it from others: an event without a name by its type and scope.
+std::string NameOf(const JsonValue& event)
+{
+    if (!IsNull(event[Key("component_name")]))
+        return "the event " + Json(event[Key("component_name")]);
+    return "the event of type " + Json(event[Key("type")]) + " and scope " + Json(event[Key("scope")]);
+}
+
 // Sending prints nothing.
 std::vector<JsonValue> PayloadsOf(const Call& call)
 {
@@ -94,12 +103,24 @@ std::vector<JsonValue> PayloadsOf(const Call& call)
     return recorder.payloads;
 }
 
+// A line for each of the first few.
+std::string NamesOf(const std::vector<JsonValue>& events)
+{
+    std::vector<std::string> names;
+    for (const JsonValue& event : events)
+        names.push_back(NameOf(event));
+    return FirstFew(names);
+}
+
 // The only event of the call, without the description of the host product.
 JsonValue EventOf(const Call& call)
 {
     const std::vector<JsonValue> payloads = PayloadsOf(call);
-    EXPECT_EQ(payloads.size(), 1U);
-    JsonValue event = payloads.size() == 1 ? payloads.front() : JsonValue();
+    if (payloads.size() != 1)
+        ADD_FAILURE() << "The call sends " << payloads.size() << " events, not one:\n" << NamesOf(payloads);
+    if (payloads.empty())
+        return {};
+    JsonValue event = payloads.front();
     for (const auto& [key, text] : Product)
         EXPECT_TRUE(event.RemoveKey(Key(key))) << key;
     return event;
@@ -112,7 +133,8 @@ std::string EntryOf(const JsonValue& event, const char* key)
 
 void ExpectEqual(const JsonValue& event, const JsonValue& expected)
 {
-    EXPECT_EQ(event.Compare(expected), 0) << "sent     " << Json(event) << "\nexpected " << Json(expected);
+    if (event.Compare(expected) != 0)
+        ADD_FAILURE() << "Of " << NameOf(expected) << ":\n" << JsonTextDifferences(Json(expected), Json(event));
 }
 
 void ExpectReport(const Call& call, const JsonValue& expected)
@@ -169,7 +191,11 @@ void ExpectMembers(const JsonValue& event, const char* objectKey, const std::vec
                    const std::string& text)
 {
     for (const char* const key : keys)
-        EXPECT_EQ(Json(event[Key(objectKey)][Key(key)]), Json(String(text.c_str()))) << key;
+    {
+        const std::string sent = Json(event[Key(objectKey)][Key(key)]);
+        if (sent != Json(String(text.c_str())))
+            ADD_FAILURE() << '/' << objectKey << '/' << key << ": expected \"" << text << "\", sent " << sent;
+    }
 }
 
 // The reports of one text in places where texts go different ways.
@@ -730,7 +756,7 @@ TEST(CorvaneTavi, ATextOfAMillionCharactersIsSentWhole)
     for (std::size_t i = 0; i < length; ++i)
         utf8 += "\xC3\xBC";
     for (const Report& report : ReportsOfText(std::wstring(length, L'\u00FC'), utf8))
-        EXPECT_EQ(EventOf(report.call).Compare(report.expected), 0);
+        ExpectReport(report.call, report.expected);
 }
 
 TEST(CorvaneTavi, OfTheToolsAtStartupOnlyTheLastOneAndTheirNumberAreSent)

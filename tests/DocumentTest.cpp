@@ -14,6 +14,7 @@
 #include <telemetry/CorvaneTavi.h>
 #include <telemetry/TaviDocument.h>
 
+#include "Differences.h"
 #include "OutputCapture.h"
 #include "PayloadRecorder.h"
 #include "Text.h"
@@ -76,7 +77,8 @@ void ExpectDocument(JsonValue payload, const JsonValue& expected)
     EXPECT_EQ(Json(payload[Key(Timer)]), std::to_string(timer));
     EXPECT_GE(timer, 0);
     EXPECT_TRUE(payload.RemoveKey(Key(Timer)));
-    EXPECT_EQ(payload.Compare(expected), 0) << "sent     " << Json(payload) << "\nexpected " << Json(expected);
+    if (payload.Compare(expected) != 0)
+        ADD_FAILURE() << "Of a document's event:\n" << JsonTextDifferences(Json(expected), Json(payload));
 }
 
 // Registers a document, starts its change and expects the one event.

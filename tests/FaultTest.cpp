@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "CatalogueModel.h"
+#include "Differences.h"
 #include "Program.h"
 
 using nlohmann::json;
@@ -68,7 +69,7 @@ LoggedRun RunWith(const json& script)
 void ExpectRun(const json& script, const std::string& output, int status)
 {
     const LoggedRun logged = RunWith(script);
-    EXPECT_EQ(logged.run.output, output) << script;
+    EXPECT_PRED_FORMAT2(IsText, logged.run.output, output) << script;
     EXPECT_EQ(logged.run.status, status) << script;
 }
 
@@ -106,23 +107,26 @@ TEST(Fault, TheLibraryIsCalledInOrderWithWhatTheProductFileSays)
     // Five calls before the first event; the documents' callback is registered before the last.
     const std::size_t tests = TheCatalogue().size();
     ASSERT_EQ(logged.calls.size(), 5 + tests + 1);
-    EXPECT_EQ(logged.calls[0], json({{"function", "IsOptedIn"}, {"hasDetails", false}}));
-    EXPECT_EQ(logged.calls[1], json({{"function", "Initialize"},
-                                     {"product",
-                                      {{"product_line_name", "CVSTUDIO"},
-                                       {"product_release_id", "2027.0.F"},
-                                       {"product_master_id", "CVSTUDIO_2027_0_EN"},
-                                       {"product_build_id", "27.0.214"},
-                                       {"product_id_provider", "upi1"}}}}));
-    EXPECT_EQ(logged.calls[2], json({{"function", "SetHostProduct"}, {"hostProduct", "faulty-host-product"}}));
-    EXPECT_EQ(logged.calls[3], json({{"function", "SetTestingFlags"},
-                                     {"productKey", key},
-                                     {"flags",
-                                      {{"Testing_EnableCallback", true},
-                                       {"Testing_EnableWhitelistDownload", true},
-                                       {"Testing_EnableUpload", false}}}}));
-    EXPECT_EQ(logged.calls[4], json({{"function", "SetTestingCallback"}, {"productKey", key}}));
-    EXPECT_EQ(logged.calls[5 + tests - 1], logged.calls[4]);
+    EXPECT_PRED_FORMAT2(IsJson, logged.calls[0], json({{"function", "IsOptedIn"}, {"hasDetails", false}}));
+    EXPECT_PRED_FORMAT2(IsJson, logged.calls[1],
+                        json({{"function", "Initialize"},
+                              {"product",
+                               {{"product_line_name", "CVSTUDIO"},
+                                {"product_release_id", "2027.0.F"},
+                                {"product_master_id", "CVSTUDIO_2027_0_EN"},
+                                {"product_build_id", "27.0.214"},
+                                {"product_id_provider", "upi1"}}}}));
+    EXPECT_PRED_FORMAT2(IsJson, logged.calls[2],
+                        json({{"function", "SetHostProduct"}, {"hostProduct", "faulty-host-product"}}));
+    EXPECT_PRED_FORMAT2(IsJson, logged.calls[3],
+                        json({{"function", "SetTestingFlags"},
+                              {"productKey", key},
+                              {"flags",
+                               {{"Testing_EnableCallback", true},
+                                {"Testing_EnableWhitelistDownload", true},
+                                {"Testing_EnableUpload", false}}}}));
+    EXPECT_PRED_FORMAT2(IsJson, logged.calls[4], json({{"function", "SetTestingCallback"}, {"productKey", key}}));
+    EXPECT_PRED_FORMAT2(IsJson, logged.calls[5 + tests - 1], logged.calls[4]);
     for (const json& call : logged.calls)
     {
         if (call["function"] != "TrackEvent")

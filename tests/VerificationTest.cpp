@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Differences.h"
 #include "OutputCapture.h"
 #include "Text.h"
 
@@ -136,19 +137,20 @@ TEST(Verification, AMismatchShowsBothValuesAsTrees)
     payload[Key("component_attributes")][Key("a")] = String("changed");
     const Judgement judgement = Judge(Event(), payload);
     EXPECT_FALSE(judgement.passed);
-    EXPECT_EQ(judgement.output, "\n"
-                                "Error: Mismatch between expected and recieved Json for key component_attributes\n"
-                                "Expected:\n"
-                                "a\n"
-                                "    \"1\"\n"
-                                "b\n"
-                                "    \"2\"\n"
-                                "Recieved:\n"
-                                "a\n"
-                                "    \"changed\"\n"
-                                "b\n"
-                                "    \"2\"\n"
-                                "FAILED\n");
+    EXPECT_PRED_FORMAT2(IsText, judgement.output,
+                        "\n"
+                        "Error: Mismatch between expected and recieved Json for key component_attributes\n"
+                        "Expected:\n"
+                        "a\n"
+                        "    \"1\"\n"
+                        "b\n"
+                        "    \"2\"\n"
+                        "Recieved:\n"
+                        "a\n"
+                        "    \"changed\"\n"
+                        "b\n"
+                        "    \"2\"\n"
+                        "FAILED\n");
 }
 
 TEST(Verification, EveryMismatchingKeyIsReportedInAscendingOrder)
@@ -161,32 +163,33 @@ TEST(Verification, EveryMismatchingKeyIsReportedInAscendingOrder)
     payload[Key("m")] = String("same");
     payload[Key("z")] = String("other");
     payload[Key("a")] = String("another");
-    EXPECT_EQ(Judge(expected, payload).output, "\n"
-                                               "Error: Mismatch between expected and recieved Json for key a\n"
-                                               "Expected:\n"
-                                               "\"a\"\n"
-                                               "Recieved:\n"
-                                               "\"another\"\n"
-                                               "\n"
-                                               "Error: Mismatch between expected and recieved Json for key z\n"
-                                               "Expected:\n"
-                                               "\"z\"\n"
-                                               "Recieved:\n"
-                                               "\"other\"\n"
-                                               "FAILED\n");
+    EXPECT_PRED_FORMAT2(IsText, Judge(expected, payload).output,
+                        "\n"
+                        "Error: Mismatch between expected and recieved Json for key a\n"
+                        "Expected:\n"
+                        "\"a\"\n"
+                        "Recieved:\n"
+                        "\"another\"\n"
+                        "\n"
+                        "Error: Mismatch between expected and recieved Json for key z\n"
+                        "Expected:\n"
+                        "\"z\"\n"
+                        "Recieved:\n"
+                        "\"other\"\n"
+                        "FAILED\n");
 }
 
 TEST(Verification, AMissingKeyIsAMismatchThatShowsNothingReceived)
 {
     JsonValue payload = Event();
     payload.RemoveKey(Key("component_name"));
-    EXPECT_EQ(Judge(Event(), payload).output,
-              "\n"
-              "Error: Mismatch between expected and recieved Json for key component_name\n"
-              "Expected:\n"
-              "\"NAME\"\n"
-              "Recieved:\n"
-              "FAILED\n");
+    EXPECT_PRED_FORMAT2(IsText, Judge(Event(), payload).output,
+                        "\n"
+                        "Error: Mismatch between expected and recieved Json for key component_name\n"
+                        "Expected:\n"
+                        "\"NAME\"\n"
+                        "Recieved:\n"
+                        "FAILED\n");
 }
 
 TEST(Verification, APayloadThatIsNoObjectFailsOnEveryKey)
@@ -203,12 +206,13 @@ TEST(Verification, AMismatchUnderAnEmptyKeyNamesNothing)
     expected[TaviString()] = String("value");
     JsonValue payload;
     payload[Key("other")] = String("value");
-    EXPECT_EQ(Judge(expected, payload).output, "\n"
-                                               "Error: Mismatch between expected and recieved Json for key \n"
-                                               "Expected:\n"
-                                               "\"value\"\n"
-                                               "Recieved:\n"
-                                               "FAILED\n");
+    EXPECT_PRED_FORMAT2(IsText, Judge(expected, payload).output,
+                        "\n"
+                        "Error: Mismatch between expected and recieved Json for key \n"
+                        "Expected:\n"
+                        "\"value\"\n"
+                        "Recieved:\n"
+                        "FAILED\n");
 }
 
 TEST(Verification, AnAdditionalMemberOfAnExpectedObjectIsAMismatch)
@@ -324,13 +328,14 @@ TEST(Verification, ATreeIsIndentedByFourBlanksALevel)
     value[Key("outer")][Key("inner")][Key("number")] = JsonValue(-1LL);
     value[Key("outer")][Key("flag")] = JsonValue(true);
     value[Key("null")] = JsonValue();
-    EXPECT_EQ(Printed(value, 1), "    null\n"
-                                 "    outer\n"
-                                 "        flag\n"
-                                 "            true\n"
-                                 "        inner\n"
-                                 "            number\n"
-                                 "                -1\n");
+    EXPECT_PRED_FORMAT2(IsText, Printed(value, 1),
+                        "    null\n"
+                        "    outer\n"
+                        "        flag\n"
+                        "            true\n"
+                        "        inner\n"
+                        "            number\n"
+                        "                -1\n");
 }
 
 TEST(Verification, AScalarIsItsJsonTextNullNothingAndAFilledArrayNothing)

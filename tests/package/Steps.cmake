@@ -26,12 +26,60 @@ macro(run_program)
     string(REPLACE "\r\n" "\n" errors "${errors}")
 endmacro()
 
+# take_line(<variable of the line> <variable of the text>): moves the text's first line out of it.
+macro(take_line line text)
+    string(FIND "${${text}}" "\n" ${line}End)
+    if(${line}End EQUAL -1)
+        string(LENGTH "${${text}}" ${line}End)
+    endif()
+    string(SUBSTRING "${${text}}" 0 ${${line}End} ${line})
+    math(EXPR ${line}End "${${line}End} + 1")
+    string(LENGTH "${${text}}" length)
+    if(${line}End GREATER length)
+        set(${text} "")
+    else()
+        string(SUBSTRING "${${text}}" ${${line}End} -1 ${text})
+    endif()
+endmacro()
+
+# add_difference(<variable> <what> <expected text> <text>): the first line in which they differ, below the line above it. CMake
+# leaves lines as they are that begin with a blank.
+function(add_difference variable what expected found)
+    if(found STREQUAL expected)
+        return()
+    endif()
+    set(number 0)
+    set(expectedLine "")
+    set(foundLine "")
+    while(foundLine STREQUAL expectedLine)
+        if(NOT foundLine STREQUAL "")
+            set(above "   ${foundLine}\n")
+        endif()
+        math(EXPR number "${number} + 1")
+        if("${expected}${found}" STREQUAL "")
+            set(expectedLine "") # one of them lacks the last line end
+            set(foundLine "")
+            break()
+        endif()
+        take_line(expectedLine expected)
+        take_line(foundLine found)
+    endwhile()
+    string(APPEND ${variable} " line ${number} of ${what}, \"-\" is expected and \"+\" is there:\n"
+                              "${above} - ${expectedLine}\n + ${foundLine}\n"
+    )
+    set(${variable} "${${variable}}" PARENT_SCOPE)
+endfunction()
+
 # expect_run(<status> <output> <errors>): of the latest run_program().
 function(expect_run expectedStatus expectedOutput expectedErrors)
-    if(NOT status STREQUAL expectedStatus OR NOT output STREQUAL expectedOutput OR NOT errors STREQUAL expectedErrors)
-        message(FATAL_ERROR "exit status ${status}, not ${expectedStatus}\nprinted:\n${output}\nexpected:\n"
-                            "${expectedOutput}\nerrors:\n${errors}\nexpected:\n${expectedErrors}"
-        )
+    set(differences "")
+    if(NOT status STREQUAL expectedStatus)
+        set(differences " exit status ${status}, not ${expectedStatus}\n")
+    endif()
+    add_difference(differences "the output" "${expectedOutput}" "${output}")
+    add_difference(differences "the errors" "${expectedErrors}" "${errors}")
+    if(differences)
+        message(FATAL_ERROR "${differences}")
     endif()
 endfunction()
 
