@@ -61,8 +61,6 @@ Payloads CataloguePayloads(const std::vector<ProbedMethod>& methods)
         const std::string method = Has(methods, title) ? title : "Track" + title;
         payloads[Find(methods, method).name] = recording.payloads.at(payloads.size());
     }
-    if (payloads.size() != methods.size() || payloads.size() != recording.payloads.size())
-        throw std::runtime_error("not every reporting method is called once by the catalogue");
     return payloads;
 }
 
@@ -224,9 +222,11 @@ Reference MakeReference(const std::string& wrapperHeader, const std::string& voc
         Group& group = reference.groups.back();
         if (!declaration.note.empty() && (group.notes.empty() || group.notes.back() != declaration.note))
             group.notes.push_back(declaration.note);
-        if (reports)
-            group.events.push_back(
-                MakeEvent(Find(methods, declaration.name), payloads.at(declaration.name), declarations));
+        if (!reports)
+            continue;
+        if (!payloads.contains(declaration.name))
+            throw std::runtime_error(declaration.name + " has no test in harness/Catalogue.cpp");
+        group.events.push_back(MakeEvent(Find(methods, declaration.name), payloads.at(declaration.name), declarations));
     }
     reference.common = TakeCommonFields(reference.groups);
     reference.unsent = UnsentTexts(ReadVocabulary(vocabularyHeader), reference.groups);
