@@ -20,7 +20,13 @@ struct Sample
     Value value;
 };
 
-// A type that is not known here does not compile.
+using Tools = std::vector<NavBarToolState>;
+
+// No concept: when it does not hold, compilers explain it part by part.
+template <typename Value>
+constexpr bool HasSamples = std::is_arithmetic_v<Value> || std::is_same_v<Value, std::string> ||
+                            std::is_same_v<Value, std::wstring> || std::is_same_v<Value, Tools>;
+
 template <typename Value>
 std::vector<Sample<Value>> SamplesOf()
 {
@@ -30,7 +36,7 @@ std::vector<Sample<Value>> SamplesOf()
         return {{Kind::Integer, 1}, {Kind::Integer, 2}};
     else if constexpr (std::floating_point<Value>)
         return {{Kind::Decimal, Value{0.25}}, {Kind::Decimal, Value{0.5}}};
-    else if constexpr (std::same_as<Value, std::vector<NavBarToolState>>)
+    else if constexpr (std::same_as<Value, Tools>)
         return {{Kind::Text, {{L"a", false}}},
                 {Kind::Text, {{L"b", false}}},
                 {Kind::Flag, {{L"a", true}}},
@@ -78,11 +84,22 @@ ProbedMethod ProbeReport(const char* name, const char* takesParametersOf, Report
     return method;
 }
 
+template <typename Value>
+constexpr bool CheckParameter()
+{
+    static_assert(HasSamples<Value>,
+                  "A reporting method has a parameter of a type without samples: add them to SamplesOf().");
+    return HasSamples<Value>;
+}
+
 template <typename... Parameters>
 ProbedMethod Probe(const char* name, void (CorvaneTavi::*method)(Parameters...))
 {
-    return ProbeReport<std::remove_cvref_t<Parameters>...>(name, name, method,
-                                                           std::index_sequence_for<Parameters...>());
+    if constexpr ((CheckParameter<std::remove_cvref_t<Parameters>>() && ...))
+        return ProbeReport<std::remove_cvref_t<Parameters>...>(name, name, method,
+                                                               std::index_sequence_for<Parameters...>());
+    else
+        return {};
 }
 
 // The one method whose event was prepared by another.
