@@ -2,6 +2,7 @@
 // has all its attributes, whatever is in them.
 #include <cstdint>
 #include <cstdlib>
+#include <iostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,10 +20,12 @@ namespace Sdk = Veltrane::TaviDesktopSDK;
 namespace
 {
 
-void Require(bool condition)
+void Require(bool condition, const std::string& otherwise)
 {
-    if (!condition)
-        std::abort();
+    if (condition)
+        return;
+    std::cerr << "reporting: " << otherwise << std::endl;
+    std::abort();
 }
 
 int Keep(const Sdk::JsonValue& payload, void* context, Sdk::JsonValue&)
@@ -75,10 +78,13 @@ private:
     // `members` is how many attributes the object under `object` must have.
     void Expect(const char* object, int members)
     {
-        Require(payloads.size() == 1);
+        Require(payloads.size() == 1, "a call sends " + std::to_string(payloads.size()) + " events, not one");
         const Sdk::JsonValue& payload = payloads.front();
-        Require(nlohmann::json::parse(payload.GetJsonString().c_str()).is_object());
-        Require(payload[Corvane::TextOf(object)].GetCount() == members);
+        const std::string text = payload.GetJsonString().c_str();
+        Require(nlohmann::json::accept(text), "a payload is no JSON: " + text);
+        const int count = payload[Corvane::TextOf(object)].GetCount();
+        Require(count == members, std::string(object) + " has " + std::to_string(count) + " members, not " +
+                                      std::to_string(members) + ": " + text);
         payloads.clear();
     }
 
@@ -146,7 +152,7 @@ private:
         {
             tavi.AddDocument(name, Text(), Number<std::uint64_t>(), Number<std::uint32_t>());
             registered.insert(name);
-            Require(payloads.empty());
+            Require(payloads.empty(), "AddDocument sends an event");
         }
         tavi.StartTrackFileChange(name);
         if (registered.contains(name))
