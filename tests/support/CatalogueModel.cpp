@@ -1,12 +1,12 @@
 #include "CatalogueModel.h"
 
-#include <algorithm>
 #include <sstream>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <harness/Catalogue.h>
 
+#include "Differences.h"
 #include "OutputCapture.h"
 #include "Program.h"
 #include "Text.h"
@@ -42,7 +42,7 @@ std::vector<CatalogueTest> ReadCatalogue()
     const ProgramCopy copy(ProgramCopy::Library::Faulty);
     copy.Run();
     const std::vector<json> events = copy.Calls("TrackEvent");
-    for (std::size_t i = 0; i < std::min(tests.size(), events.size()); ++i)
+    for (std::size_t i = 0; i < tests.size() && events.size() == tests.size(); ++i)
         tests[i].payload = events[i]["payload"];
     return tests;
 }
@@ -85,6 +85,24 @@ const std::vector<CatalogueTest>& TheCatalogue()
 {
     static const std::vector<CatalogueTest> tests = ReadCatalogue();
     return tests;
+}
+
+std::string DifferencesOf(const CatalogueTest& test)
+{
+    json sent = json::object();
+    for (const auto& [key, expected] : test.expected.items())
+    {
+        if (test.payload.contains(key))
+            sent[key] = test.payload[key];
+        if (!test.isDocument || !sent[key].is_object())
+            continue;
+        for (const auto& [member, value] : test.payload[key].items())
+        {
+            if (!expected.contains(member))
+                sent[key].erase(member);
+        }
+    }
+    return JsonDifferences(test.expected, sent);
 }
 
 std::string ExpectedJudgement(const CatalogueTest& test, const json& payload)

@@ -12,12 +12,15 @@ struct CatalogueTest
 {
     std::string title;       // "Testing MeshSize"
     nlohmann::json expected; // from the record that the catalogue makes
-    nlohmann::json payload;  // as it leaves the wrapper
+    nlohmann::json payload;  // as it leaves the wrapper; null when not every test sends one event
     bool isDocument = false; // judged by the documents' narrower rules
 };
 
 // All tests, in order.
 const std::vector<CatalogueTest>& TheCatalogue();
+
+// The expected members that differ in what the wrapper sends, a line each: the first few.
+std::string DifferencesOf(const CatalogueTest& test);
 
 // What the program prints between the test's title and the next, given that the library hands over `payload`.
 std::string ExpectedJudgement(const CatalogueTest& test, const nlohmann::json& payload);

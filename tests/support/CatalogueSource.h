@@ -1,0 +1,15 @@
+// The tests of the program's catalogue as its source has them, so that none can be missed.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct CatalogueCall
+{
+    std::string title;  // "Testing MeshSize"
+    std::string method; // "TrackMeshSize"
+    int line;           // of harness/Catalogue.cpp, counted from 1
+};
+
+// In the order in which they run.
+std::vector<CatalogueCall> ReadCatalogueSource();
