@@ -201,6 +201,7 @@ class Run:
             report = reportFile.read_text("utf-8", "replace") if reportFile.exists() else "<testsuite/>"
         reasons = dict(SUMMARY_LINE.findall(output.rpartition(SUMMARY)[2]))
         failed, failedBefore = set(), {test for test, result in self.results.items() if result.outcome == "failed"}
+        # What ctest does not replace by itself is replaced here.
         for case in ElementTree.fromstring(NOT_XML.sub("\ufffd", report)).iter("testcase"):
             result = self.read(case, reasons)
             if result.outcome == "failed":
@@ -292,9 +293,6 @@ class Run:
         suite.set("time", f"{seconds:.3f}")
         suite.set("timestamp", begin.isoformat(timespec="seconds"))
         suite.set("hostname", platform.node())
-        for element in suite.iter():
-            element.text = NOT_XML.sub("\ufffd", element.text) if element.text else None
-            element.attrib = {key: NOT_XML.sub("\ufffd", value) for key, value in element.items()}
         ElementTree.indent(suite)
         written = file.with_suffix(".new")
         ElementTree.ElementTree(suite).write(written, encoding="utf-8", xml_declaration=True)

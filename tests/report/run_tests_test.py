@@ -113,6 +113,14 @@ class Checkout(unittest.TestCase):
     def ran(self):
         return (self.build / "ran").read_text().split()
 
+    def expect_no_report(self, errors, **arguments):
+        results = self.root / "build" / "test-results"
+        results.mkdir(exist_ok=True)
+        (results / "some.xml").write_text("<of-an-earlier-run/>")
+        self.run_tests(**arguments)
+        self.assertEqual((self.status, self.errors), (1, f"run_tests.py: {errors}\n"))
+        self.assertIsNone(self.suite)
+
     def valid(self, suite):
         """The suite, which holds what is required and nothing that is not allowed."""
         self.assertEqual(suite.tag, "testsuite")
@@ -206,6 +214,8 @@ class Phases(Checkout):
 
     def test_one_label_runs_alone_with_a_report_of_its_own(self):
         self.add("Other.Rule", status=1)
+        with open(self.build / "CTestTestfile.cmake", "a", encoding="utf-8") as file:
+            file.write("if(NOT CTEST_CONFIGURATION_TYPE STREQUAL Walk)\n  return()\nendif()\n")
         self.add("Walk.Rule", LABELS="walk")
         self.run_tests("some", "--only", "walk", "-C", "Walk")
         self.assertEqual(self.lines, ["walk: 1 passed, 0 failed"])
@@ -214,15 +224,27 @@ class Phases(Checkout):
         self.run_tests("some", "--only", "wal")
         self.assertEqual((self.status, self.errors), (1, "run_tests.py: some has no tests labelled wal\n"))
 
-    def test_what_tests_of_two_phases_need_counts_once(self):
-        self.add("Needed.Rule", output="cause", status=1, FIXTURES_SETUP="F")
+    def test_without_any_test_there_is_no_report(self):
+        (self.build / "CTestTestfile.cmake").write_text("")
+        self.expect_no_report("some has no tests")
+
+    def add_needed_of_two_phases(self, status):
+        self.add("Needed.Rule", output="cause", status=status, FIXTURES_SETUP="F")
         self.add("Unit.Rule", LABELS="unit", FIXTURES_REQUIRED="F")
         self.add("Other.Rule", FIXTURES_REQUIRED="F")
         self.run_tests()
+
+    def test_what_those_of_two_phases_need_is_told_and_counted_once(self):
+        self.add_needed_of_two_phases(status=1)
         self.assertEqual(self.lines[1:3], ["Needed.Rule failed", "    cause"])
         self.assertEqual(self.lines[-1], "some: 0 passed, 1 failed, 2 skipped")
         self.assertEqual(len(self.lines), 5)
         self.assertEqual(self.outcome("Other.Rule"), ("skipped", "Failed test dependencies: Needed.Rule"))
+
+    def test_what_those_of_two_phases_need_has_failed_when_it_fails_in_the_first(self):
+        self.add_needed_of_two_phases(status="pass when repeated")
+        self.assertEqual(self.lines[-1], "some: 1 passed, 1 failed, 1 skipped")
+        self.assertEqual(self.outcome("Needed.Rule"), ("failure", "Failed", "cause"))
 
 
 class FailedTests(Checkout):
@@ -375,30 +397,37 @@ class OtherTests(Checkout):
         self.assertEqual(self.outcome("Unit.Bad"), ("failure", "Failed", "cause"))
 
 
-class RunsThatDoNotEnd(Checkout):
-    def expect_no_report(self, errors, **arguments):
-        results = self.root / "build" / "test-results"
-        results.mkdir(exist_ok=True)
-        (results / "some.xml").write_text("<of-an-earlier-run/>")
-        self.run_tests(**arguments)
-        self.assertEqual((self.status, self.errors), (1, f"run_tests.py: {errors}\n"))
-        self.assertIsNone(self.suite)
-
-    def test_for_there_is_no_test_leave_no_report(self):
-        (self.build / "CTestTestfile.cmake").write_text("")
-        self.expect_no_report("some has no tests")
-
-    @unittest.skipIf(os.name == "nt", "a program in ctest's place is a script here")
-    def test_leave_no_report(self):
-        self.add("Unit.Rule")
+@unittest.skipIf(os.name == "nt", "a program in ctest's place is a script here")
+class OtherCtests(Checkout):
+    def stub(self, commands):
+        """A ctest that lists Unit.Rule and runs it by these commands, for which $report is its report."""
         (self.root / "commands").mkdir()
         stub = self.root / "commands" / "ctest"
         listing = '{"tests": [{"name": "Unit.Rule"}], "backtraceGraph": {}}'
-        stub.write_text(f"#!/bin/sh\ncase $* in *--show-only*) echo '{listing}'; exit; esac\necho out of memory\nkill $$\n")
+        stub.write_text(
+            f"#!/bin/sh\ncase $* in *--show-only*) echo '{listing}'; exit; esac\nfor report; do :; done\n{commands}\n"
+        )
         stub.chmod(0o755)
-        where = "see build/test-results/some.log"
-        self.expect_no_report(f"ctest ended with -15 and did not report Unit.Rule, {where}", path=stub.parent)
+        return stub.parent
+
+    def test_that_leave_in_what_xml_does_not_allow_have_it_replaced(self):
+        case = "<testcase name=\"Unit.Rule\"><failure/><system-out>a\\001b\\033c</system-out></testcase>"
+        self.run_tests(path=self.stub(f"printf '<testsuite>{case}</testsuite>' >\"$report\"; exit 8"))
+        self.assertEqual(self.outcome("Unit.Rule"), ("failure", "Failed", "a\ufffdb\ufffdc"))
+
+    def test_that_are_killed_leave_no_report(self):
+        self.expect_no_report(
+            "ctest ended with -15 and did not report Unit.Rule, see build/test-results/some.log",
+            path=self.stub("echo out of memory; kill $$"),
+        )
         self.assertEqual((self.root / "build" / "test-results" / "some.log").read_text(), "out of memory\n")
+
+    def test_that_fail_although_no_test_does_leave_no_report(self):
+        case = '<testcase name="Unit.Rule" status="run"/>'
+        self.expect_no_report(
+            "ctest ended with 1, although no test failed",
+            path=self.stub(f"echo '<testsuite>{case}</testsuite>' >\"$report\"; exit 1"),
+        )
 
 
 if __name__ == "__main__":
