@@ -35,7 +35,7 @@ std::vector<std::string> LinesOf(const std::string& text)
     return lines;
 }
 
-std::string TextOf(const std::vector<std::string>& lines)
+std::string Joined(const std::vector<std::string>& lines)
 {
     std::string text;
     for (const std::string& line : lines)
@@ -70,7 +70,7 @@ TEST(Readme, OpensWithAPictureOfAGoodRun)
                     {"$ scripts/run.sh", "[1/4] Looking for missing packages", "[2/4] Configuring in build/run",
                      "[3/4] Building", "[4/4] Running build/run/bin/cvtavi_test"});
     expected.emplace_back("$");
-    EXPECT_PRED_FORMAT2(IsText, TextOf(LinesOfThePicture(ReadFile(PathOf(SOURCE_DIR "/docs/run.svg")))),
-                        TextOf(expected))
+    EXPECT_PRED_FORMAT2(IsText, Joined(LinesOfThePicture(ReadFile(PathOf(SOURCE_DIR "/docs/run.svg")))),
+                        Joined(expected))
         << "Run scripts/reference.sh, and commit what it writes.";
 }
