@@ -6,15 +6,15 @@ script=$(realpath -- "$0")
 CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
 steps=0 step=0 steps_are_output=false
 
-# All temporary files of the script and of what it starts are in one folder, which goes when the script ends or is
+# All temporary files of the script and of what it starts are in one folder, which is removed when the script ends or is
 # interrupted.
 scratch=$(mktemp -d)
 users_tmpdir=${TMPDIR-}
 export TMPDIR=$scratch
-at_exit() { :; } # a script puts its own in this place
+at_exit() { :; } # a script may define its own
 trap 'at_exit; rm -rf "$scratch"' EXIT
 
-# become PROGRAM [ARGUMENT]...: goes on as that program, as its user would have started it.
+# become PROGRAM [ARGUMENT]...: replaces the script by that program, in the user's own environment.
 become() {
     rm -rf "$scratch"
     if [[ -n "$users_tmpdir" ]]; then TMPDIR=$users_tmpdir; else unset TMPDIR; fi
@@ -26,7 +26,7 @@ fail() {
     exit 1
 }
 
-# say TEXT: on the error stream, to a person at a terminal; on standard output, to everybody, when it belongs there.
+# say TEXT: on standard output when the steps are part of the output; else on the error stream, if that is a terminal.
 say() {
     if $steps_are_output; then
         printf '%s\n' "$1"
@@ -35,7 +35,7 @@ say() {
     fi
 }
 
-# step TEXT: what is done next, as "[2/6] TEXT".
+# step TEXT: says what is done next, as "[2/6] TEXT".
 step() {
     step=$((step + 1))
     say "[$step/$steps] $1"
@@ -66,7 +66,7 @@ take_no_arguments() {
     (($# == 0)) || fail "unknown argument $1: --help says what there is"
 }
 
-# has_any WORDS WORD...: whether any of these is among WORDS, between which are blanks.
+# has_any WORDS WORD...: whether one of the words is in WORDS, a list separated by blanks.
 has_any() {
     local word
     for word in "${@:2}"; do
@@ -84,7 +84,7 @@ need_packages() {
     done
     ((${#missing[@]} == 0)) && return
     say "Installing ${missing[*]}"
-    # One script at a time, which apt-get itself does not wait for.
+    # One script at a time: apt-get update fails when another one is running.
     local apt_get=(flock /var/lib/dpkg env DEBIAN_FRONTEND=noninteractive apt-get)
     if (($(id -u) != 0)); then
         { command -v sudo && sudo -v; } >/dev/null 2>&1 ||
@@ -97,8 +97,8 @@ need_packages() {
         fail "these packages cannot be installed, see above: ${missing[*]}"
 }
 
-# need_build_folder NAME...: makes build/, where all goes that a script leaves, and takes each build/NAME for this script and
-# what it starts: another run that needs it waits.
+# need_build_folder NAME...: makes build/, which holds everything that a script leaves, and locks each build/NAME for this
+# script and what it starts: another run that needs it waits.
 locks=()
 need_build_folder() {
     local name lock made_in
@@ -117,7 +117,7 @@ need_build_folder() {
     done
 }
 
-# without_locks COMMAND [ARGUMENT]...: for what may go on when the script has ended.
+# without_locks COMMAND [ARGUMENT]...: for a process that may outlive the script.
 without_locks() (
     for lock in "${locks[@]}"; do
         exec {lock}>&-

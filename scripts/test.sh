@@ -77,7 +77,7 @@ count_in() {
     grep -m 1 -oP "\\b$2=\"\\K[0-9]+" "$1"
 }
 
-# What the coverage build's tests ran of the product, file by file, and each line that they did not.
+# Prints the coverage of each of the product's files, and each line that no test ran.
 print_coverage() {
     local build=$PWD/build/coverage object objects=()
     for object in "$build"/tests/{unit_tests,program_tests} "$build"/lib/libTaviSDKWrapper.so; do
@@ -98,8 +98,8 @@ wine_server() {
     without_locks env -u TMPDIR WINEPREFIX="$CORVANE_WINEPREFIX" wineserver "$1" </dev/null >/dev/null 2>&1
 }
 
-# Wine's server and services stay for all programs and tests of a build and of what they build, which else start them each
-# for itself. They are started by a program whose output nobody waits for: they would keep a test's open.
+# Keeps Wine's server and services running for all tests of the build; without it each program would start its own. They
+# are started here with output to /dev/null, because they would keep the output of a test open.
 keep_wine() {
     export CORVANE_WINEPREFIX=$PWD/build/windows/wine
     mkdir -p "$CORVANE_WINEPREFIX"

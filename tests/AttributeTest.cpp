@@ -19,7 +19,7 @@ constexpr bool IsTakenWithAll = (std::is_constructible_v<Attribute, Name, Values
 template <typename Name, typename... Values>
 constexpr bool IsTakenWithAny = (std::is_constructible_v<Attribute, Name, Values> || ...);
 
-// With a value of every type, or of any.
+// Whether an Attribute can be made of a key of this type and a value of each of its types, or of any of them.
 template <typename Name>
 constexpr bool IsAKey = IsTakenWithAll<Name, const std::wstring&, std::wstring, const wchar_t (&)[4], bool,
                                        std::int32_t, std::int64_t, std::uint64_t, float, double>;
@@ -31,7 +31,7 @@ static_assert(IsAKey<const std::wstring&>);
 static_assert(!MayBeAKey<const wchar_t (&)[4]> && !MayBeAKey<const wchar_t*>);
 static_assert(!MayBeAKey<std::wstring> && !MayBeAKey<const std::wstring>);
 
-// A pointer is no flag, and 8-bit text is none of the types.
+// A pointer does not convert to a flag, and 8-bit text is no type of an attribute's value.
 static_assert(!IsTakenWithAny<const std::wstring&, const void*, const char*, const char (&)[4]>);
 
 // "key=text;" for each in the order of the map, with "none" for no text.
@@ -78,7 +78,7 @@ TEST(Attribute, OfTwoWithEqualKeysTheLaterStands)
     EXPECT_EQ(Listed(attributes), "k=False;l=2;");
 }
 
-// Nothing is kept by the place of a key.
+// No conversion of a key is kept by its address.
 TEST(Attribute, KeyIsConvertedAtEachUse)
 {
     std::wstring key = L"before";

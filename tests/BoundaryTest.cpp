@@ -1,4 +1,4 @@
-// The binary interface: what programs that were built earlier rely on.
+// The binary interface: what programs that were built against an earlier library rely on.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -17,14 +17,14 @@ using namespace Veltrane::TaviDesktopSDK;
 namespace
 {
 
-// Opens what is protected.
+// Makes protected members accessible.
 struct Opened : Facet::Base
 {
     static auto RemoveFacetEntriesMember() { return &Opened::RemoveFacetEntries; }
 };
 
 // The number of the virtual function's entry in the table of its class. A pointer to a virtual member holds the entry's
-// offset in bytes, plus one (Itanium C++ ABI, 2.3); so it is with every compiler here but Visual C++.
+// offset in bytes, plus one (Itanium C++ ABI, 2.3). Only Visual C++ does it in another way.
 template <typename Member>
 std::size_t SlotOf(Member member)
 {
@@ -53,7 +53,7 @@ TEST(Boundary, HandlesAreOnePointer)
     EXPECT_EQ(alignof(JsonValue), alignof(void*));
 }
 
-// Programs hold facets on their stacks.
+// Programs have facets on their stacks, so their size is part of the interface.
 TEST(Boundary, FacetsKeepTheirSizes)
 {
     constexpr std::size_t Base = 4 * sizeof(void*); // virtual functions, own data, shared data, timer
@@ -79,7 +79,7 @@ TEST(Boundary, VirtualFunctionsKeepTheirOrder)
     EXPECT_EQ(SlotOf(&Facet::Core::Clone), 4U);
 }
 
-// By way of the library's own tables, as a program that was built against an earlier library goes.
+// Calls through the library's own tables, as a program that was built against an earlier library does.
 TEST(Boundary, TheLibrarysTablesHoldTheFunctionsInThatOrder)
 {
     Facet::Core core;

@@ -10,7 +10,7 @@
 
 TEST(Contributing, EveryCommandIsOneOfTheScripts)
 {
-    // In the tables, and indented.
+    // Commands stand in the tables and on indented lines.
     const std::string page = ReadFile(SOURCE_DIR "/CONTRIBUTING.md");
     const std::regex command(R"re(\n\|[^\n]*\| `([^`]+)`(?:, `([^`]+)`)? \|(?=\n)|\n    (\S[^\n]*))re");
     std::size_t count = 0;

@@ -85,7 +85,7 @@ JsonValue Entitlement(const Members& entries, const Members& properties)
     return event;
 }
 
-// As a person tells it from others: an event without a name by its type and scope.
+// The event's name; for an event without one, its type and scope.
 std::string NameOf(const JsonValue& event)
 {
     if (!IsNull(event[Key("component_name")]))
@@ -103,7 +103,7 @@ std::vector<JsonValue> PayloadsOf(const Call& call)
     return recorder.payloads;
 }
 
-// A line for each of the first few.
+// The names of the first few events, a line each.
 std::string NamesOf(const std::vector<JsonValue>& events)
 {
     std::vector<std::string> names;
@@ -149,7 +149,7 @@ void ExpectReports(const Reports& reports)
         ExpectReport(report.call, report.expected);
 }
 
-// Flags of which one is set, so that two which change places are seen.
+// Flags of which one is set, so that two that are swapped make a difference.
 class OneFlag
 {
 public:
@@ -198,7 +198,7 @@ void ExpectMembers(const JsonValue& event, const char* objectKey, const std::vec
     }
 }
 
-// The reports of one text in places where texts go different ways.
+// Reports whose parameters of each kind of text, which are converted in different ways, are this text.
 std::vector<Report> ReportsOfText(const std::wstring& text, const std::string& utf8)
 {
     const std::vector<NavBarToolState> tools = {{L"first", true}, {text, false}};
@@ -498,7 +498,7 @@ TEST(CorvaneTavi, FileInputIsSentWhole)
         ExpectReport(
             [&](CorvaneTavi& tavi)
             {
-                // Texts and numbers are told apart by their values, flags by the row.
+                // Each text and number has a value of its own; of the flags, one is set in each row.
                 tavi.TrackFileInput(L"a", flag.Is(0), L"b", L"c", 4042, flag.Is(1), 2, 3, 4, 5, 6, 7, 8, 9, L"d", L"e",
                                     L"f");
             },

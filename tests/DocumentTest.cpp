@@ -29,7 +29,7 @@ namespace
 
 constexpr const char* Timer = "document_editing_length_ms";
 
-// What the payload of a document has to hold, but for the timer.
+// The expected payload of a document, without the timer.
 JsonValue DocumentEvent(const std::string& name, const std::string& extension, long long size,
                         const std::string& source)
 {
@@ -264,8 +264,7 @@ TEST(Document, WithoutAnEventSendsNothing)
     EXPECT_TRUE(PayloadsOf([&](CorvaneTavi& tavi) { document.TrackEvent(tavi); }).empty());
 }
 
-// The payload that is handed over is the event's own until the callback returns, also when its document is not any
-// more.
+// The callback may replace the document whose event it is shown: the event stays valid until the callback returns.
 TEST(Document, IsReplacedWhileItsEventIsHandedOver)
 {
     const std::wstring name = L"replaced while handed over";

@@ -21,7 +21,7 @@ using nlohmann::json;
 namespace
 {
 
-// What is measured shows in the reference as this.
+// The value that the reference shows for the edit timer, which varies.
 constexpr int ExampleOfTheEditTimer = 90'000;
 
 using Payloads = std::map<std::string, json>; // by reporting method

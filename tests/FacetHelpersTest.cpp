@@ -55,7 +55,7 @@ template <typename Value>
 concept CanBeSet = (requires(const Value& value, Facet::Base& facet) { SetFacetEntry(facet, TaviString(), value); });
 
 static_assert(CanBeSet<JsonValue> && CanBeSet<TaviString> && CanBeSet<const char*> && CanBeSet<char[2]>);
-// All of them convert to the library's types, pointers to the boolean true.
+// Types that convert to the library's types; pointers convert to the boolean true.
 static_assert(!CanBeSet<bool> && !CanBeSet<int> && !CanBeSet<long long> && !CanBeSet<double>);
 static_assert(!CanBeSet<const wchar_t*> && !CanBeSet<wchar_t[2]> && !CanBeSet<const void*>);
 

@@ -40,10 +40,10 @@ static_assert(std::is_copy_assignable_v<Facet::Base>);
 // Only a core makes these two.
 static_assert(!std::is_default_constructible_v<Facet::Entitlement> &&
               !std::is_default_constructible_v<Facet::Component>);
-// Entries are read by way of the protected data.
+// Entries are read through the protected Data().
 static_assert(!GivesEntries<Facet::Base> && !GivesEntries<const Facet::Base>);
 
-// A facet of another module than the library.
+// A facet class that is defined outside the library.
 class OwnFacet : public Facet::Base
 {
 public:
@@ -137,7 +137,7 @@ void SetSomeEntries(Facet::Base& facet)
 
 constexpr long long NoTimer = -1;
 
-// The time that the facet's payload tells, NoTimer when it tells none.
+// The edit timer's time in the facet's payload; NoTimer when the payload has none.
 long long EditingLength(const Facet::Base& facet)
 {
     const JsonValue payload = facet.Build(JsonValue());
@@ -163,7 +163,7 @@ public:
     ContentWithTimer() { StartDocumentEditTimer(); }
 };
 
-// Keeps the class of `target`, and what belongs to it alone.
+// Assigns the entries and the timer only; the class of `target` stays.
 void Assign(Facet::Base& target, const Facet::Base& source)
 {
     target = source;
@@ -594,7 +594,7 @@ TEST(EditTimer, ShowsInAContentOnly)
 
 TEST(EditTimer, GoesAlongWithACloneAndAnAssignment)
 {
-    // Long enough to show that none starts anew.
+    // Long enough to show that no timer restarts.
     constexpr std::chrono::milliseconds Pause(20);
     const ContentWithTimer content;
     std::this_thread::sleep_for(Pause);

@@ -1,4 +1,4 @@
-// Writes to standard output that fail amid a run.
+// Writes to standard output that fail during a run.
 #include <gtest/gtest.h>
 
 #include <string>

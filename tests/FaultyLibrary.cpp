@@ -1,5 +1,5 @@
-// A telemetry library that misbehaves as it is told, for tests: the real values and facets under free functions that
-// answer by a script.
+// A telemetry library for tests that fails where a script says so: the stand-in's values and facets, and free functions
+// that answer as the script says.
 //
 // TAVI_FAULT_SCRIPT names the script, a JSON object. For each function it may hold an object whose members say how a
 // call is answered: "1", "2", ... that call, "default" every other. An answer may hold

@@ -701,7 +701,7 @@ TEST(JsonValue, HoldsManyMembers)
     EXPECT_EQ(Json(object), "{}");
 }
 
-// In any order of removing, of few members and of many.
+// Whatever the order of removing, for few members and for many.
 TEST(JsonValue, RemovedMembersHideNoOthers)
 {
     for (const int count : {20, 300})
@@ -743,7 +743,7 @@ TEST(JsonValue, HoldsDeepTrees)
 namespace
 {
 
-// Goes after all that a function made at its first call, and before the library.
+// Its destructor runs at the program's end, before the library is unloaded.
 struct Last
 {
     ~Last() { value[Key("another key of some length")] = String("another text of some length"); }
@@ -791,7 +791,7 @@ TEST(JsonValue, HoldsTextsAndIntegersOfEverySize)
     }
 }
 
-// Removed members leave nothing behind that grows, and do not hide the others.
+// Removed members leave nothing behind in the index: it does not grow, and the others are still found.
 TEST(JsonValue, MembersAreAddedAndRemovedOverAndOver)
 {
     JsonValue value;

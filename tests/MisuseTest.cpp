@@ -1,4 +1,4 @@
-// What the sanitizers must see, however the library manages its memory.
+// Misuse of memory that the sanitizers must detect, although the library keeps freed memory in other builds.
 #include <gtest/gtest.h>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>

@@ -77,7 +77,7 @@ const std::string Keys[] = {
     LongText,
 };
 
-// Its own bounded draw, since the standard distributions differ between platforms.
+// Draws bounded numbers by itself, because the standard distributions differ between platforms.
 class Random
 {
 public:
@@ -239,7 +239,7 @@ private:
         return {place.value[KeyOf(key)], place.model[key]};
     }
 
-    // A place at or below the one given, new or not.
+    // A value at or below the given place; members that are missing are added.
     Place WalkTo(Place place, std::size_t depth)
     {
         return depth > 0 ? WalkTo(MemberOf(place, DrawKey(place.model)), depth - 1) : place;
@@ -247,14 +247,14 @@ private:
 
     Place AnyPlace(Slot& slot) { return WalkTo({slot.value, slot.model}, random.OneIn(8) ? 0 : 1 + random.Draw(5)); }
 
-    // The same without changing anything; what is absent is null.
+    // The same for reading: nothing is added, and a member that is missing is null.
     ConstPlace ReadTo(ConstPlace place, std::size_t depth)
     {
         static const Model null;
         EXPECT_EQ(IsNull(place.value), place.model.is_null());
         if (depth == 0 || (!place.model.is_structured() && random.OneIn(2)))
             return place;
-        // Elements by index, members by key, and now and then the other way, which finds nothing.
+        // Elements by index and members by key; now and then the wrong one of the two, which finds nothing.
         if (place.model.is_array() != random.OneIn(6))
         {
             const int count = static_cast<int>(place.model.size());
@@ -301,7 +301,7 @@ private:
 
     void Copy(ConstPlace source, Place target)
     {
-        Model copy = source.model; // the target may lie in the source, or around it
+        Model copy = source.model; // one may be part of the other
         if (random.OneIn(2))
             target.value = source.value;
         else
@@ -309,7 +309,7 @@ private:
         target.model = std::move(copy);
     }
 
-    // The source must not lie around the target.
+    // The target must not be part of the source.
     void Move(Place source, Place target)
     {
         if (random.OneIn(2))
@@ -346,7 +346,7 @@ private:
 
     void Remove() { RemoveAlong({first->value, first->model}, random.Draw(5)); }
 
-    // Along what is there, so that it meets values of every kind and leaves them as they are.
+    // Follows members that exist, so that it reads values of every kind and changes none.
     void RemoveAlong(Place place, std::size_t depth)
     {
         const std::string key = DrawKey(place.model);
@@ -372,7 +372,7 @@ private:
         Copy(source, AnyPlace(*first));
     }
 
-    // Either may lie in the other, or be the other.
+    // Either may be part of the other, or the same value.
     void CopyWithinSlot()
     {
         const Place target = AnyPlace(*first);
@@ -436,7 +436,7 @@ private:
         ExpectComparedAsModelled(left, AnyReading(*first));
     }
 
-    // Equal values and such as differ in a few places.
+    // Equal values, and values that differ in a few places.
     void CompareWithAlmostTheSame()
     {
         const ConstPlace original = {first->value, first->model};
@@ -478,7 +478,7 @@ private:
     Slot* second = nullptr;
 };
 
-// Six bits a byte from the last on, until the rest has room beside the first byte's mark.
+// From the last byte on six bits each, until the remaining bits fit into the lead byte.
 std::string Encoded(char32_t character, char32_t room = 0x80)
 {
     if (character < room)

@@ -107,7 +107,7 @@ void AddObjectMutants(std::vector<Mutant>& mutants, std::size_t test, const Cata
 
     json more = payload.at(path);
     more["COMMON.NOT_EXPECTED"] = "more";
-    // The documents' rules look at four members only.
+    // Of a document only four members are compared.
     add("with one more member", more, catalogueTest.isDocument);
 
     json removed = payload;
@@ -115,7 +115,7 @@ void AddObjectMutants(std::vector<Mutant>& mutants, std::size_t test, const Cata
     mutants.push_back({test, path.to_string() + " removed", std::move(removed), false});
 }
 
-// What no expectation looks at.
+// Changes of what no expectation compares: they must pass.
 void AddHarmlessMutants(std::vector<Mutant>& mutants, std::size_t test, const CatalogueTest& catalogueTest)
 {
     const json& payload = catalogueTest.payload;
@@ -155,7 +155,7 @@ std::vector<Mutant> AllMutants()
         }
         AddHarmlessMutants(mutants, test, tests[test]);
     }
-    // Some ways lead to the same payload (two members swapped from either side), or to the right one.
+    // Some mutants are equal (two members swapped from either side), and some are the right payload.
     std::set<std::pair<std::size_t, std::string>> seen;
     const auto isOfNoUse = [&](const Mutant& mutant)
     {

@@ -117,7 +117,7 @@ TEST(Program, AnEmptyIdentifierLeavesTheProductKeyEmptyAndTheRunGood)
     EXPECT_PRED_FORMAT2(IsText, run.output, GoodRun());
 }
 
-// With the C++ library's defaults, wide and narrow lines would get lost here after the first such character.
+// With the C++ library's default streams, wide and narrow lines would be lost after the first such character.
 TEST(Program, MismatchesBeyondAsciiArriveCompleteInAFileAPipeAndATerminal)
 {
     const ProgramCopy copy(ProgramCopy::Library::Faulty);

@@ -1,4 +1,4 @@
-// What of the program is Linux's own.
+// What the program does on Linux only.
 #include <gtest/gtest.h>
 
 #include "Program.h"
@@ -13,7 +13,7 @@ TEST(Program, TheProductFileIsFoundThroughALink)
     EXPECT_EQ(copy.ReportedProduct().value("product_line_name", ""), "CVSTUDIO");
 }
 
-// The library's log stays open, and would get the number.
+// The library's log file stays open, and would get the file descriptor.
 TEST(Program, OutputGoesIntoNoFileThatIsOpenedInPlaceOfAStandardOutputThatIsClosed)
 {
     const ProgramCopy copy(ProgramCopy::Library::Faulty);

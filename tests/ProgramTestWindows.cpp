@@ -1,4 +1,4 @@
-// What of the program is Windows' own.
+// What the program does on Windows only.
 #include <gtest/gtest.h>
 
 #include <windows.h>

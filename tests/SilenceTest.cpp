@@ -13,12 +13,12 @@
 namespace
 {
 
-// The system calls of a run that reach out or change a file system.
+// The system calls of a run that use the network or change the file system.
 std::vector<std::string> LoudCalls(Command command, int expectedStatus)
 {
     const TemporaryFolder folder;
     const std::string trace = (folder.Path() / "trace").string();
-    // Files are named rather than numbered (-y), so that a write shows what it goes to.
+    // With -y a write shows the name of its file, not only the file descriptor.
     command.arguments.insert(command.arguments.begin(), {"-f", "-y", "-o", trace, command.program.string()});
     command.program = "strace";
     const Outcome run = RunProgram(command);
@@ -59,7 +59,7 @@ TEST(Silence, ARunWhileNotOptedInOpensNoSocketAndWritesNoFile)
               std::vector<std::string>());
 }
 
-// What would be seen if it were not so.
+// Shows that such system calls are seen where there are some.
 TEST(Silence, SocketsAndWrittenFilesAreSeen)
 {
     const TemporaryFolder folder;

@@ -247,7 +247,7 @@ TEST_F(TaviDesktopSDK, CallbackIsCalledOnlyWhenItsFlagIsTrue)
     for (const auto& row : rows)
     {
         SCOPED_TRACE(Json(row.flags));
-        // Whatever was set before.
+        // Flags that were set before do not matter.
         for (const bool before : {false, true})
         {
             NoteCalls();

@@ -419,7 +419,7 @@ TEST(TaviString, PointersToTheTextStayValidWhileItIsOnlyRead)
     EXPECT_EQ(static_cast<const void*>(text.c_strw()), wide);
 }
 
-// The texts are compared as booleans: a failure is not to print megabytes.
+// The texts are compared as booleans, so that a failure does not print megabytes.
 TEST(TaviString, ConvertsVeryLongText)
 {
     const auto utf8 = Repeated<std::string>("a\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80");
@@ -450,7 +450,7 @@ TEST(TaviString, NumberDoesNotFollowTheCppLocale)
     std::locale::global(previous);
 }
 
-// Of all magnitudes, and close to the halves between two texts, where rounding shows.
+// Numbers of all magnitudes, and numbers close to halfway between two texts, where rounding decides.
 TEST(TaviString, NumberIsRoundedAsTheStandardLibraryRoundsIt)
 {
     std::mt19937_64 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same numbers every time
@@ -474,7 +474,7 @@ TEST(TaviString, NumberIsRoundedAsTheStandardLibraryRoundsIt)
             expect(one);
             expect(-one);
         }
-        expect(static_cast<double>(i) / 128); // a tie, and exactly so
+        expect(static_cast<double>(i) / 128); // exactly halfway between two texts
     }
 }
 

@@ -1,4 +1,4 @@
-// The walk-through of CONTRIBUTING.md, gone in a copy of the project.
+// The walk-through of CONTRIBUTING.md, carried out in a copy of the project.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 namespace
 {
 
-// What a block of the page, marked as a difference, does to a file.
+// The edit of a file that a diff block of the page describes.
 struct Edit
 {
     std::string file;

@@ -27,7 +27,7 @@ std::string Code(const std::string& text)
     return "<code>" + Escaped(text) + "</code>";
 }
 
-// Of text with code between backticks.
+// HTML of text that has code between backticks.
 std::string Paragraph(const std::string& text)
 {
     std::string paragraph = "<p>";
@@ -126,7 +126,7 @@ std::string Common(const Reference& reference)
     return out.str();
 }
 
-// Every key, with all events that carry it.
+// A list of all keys, each with the events that carry it.
 std::string Keys(const Reference& reference)
 {
     std::map<std::string, std::string> links;

@@ -16,13 +16,13 @@ namespace
 template <typename Value>
 struct Sample
 {
-    Kind kind; // of what is other than in the first sample
+    Kind kind; // of the part of the value that differs from the first sample
     Value value;
 };
 
 using Tools = std::vector<NavBarToolState>;
 
-// No concept: when it does not hold, compilers explain it part by part.
+// Not a concept: compilers explain an unsatisfied concept part by part.
 template <typename Value>
 constexpr bool HasSamples = std::is_arithmetic_v<Value> || std::is_same_v<Value, std::string> ||
                             std::is_same_v<Value, std::wstring> || std::is_same_v<Value, Tools>;
@@ -102,7 +102,7 @@ ProbedMethod Probe(const char* name, void (CorvaneTavi::*method)(Parameters...))
         return {};
 }
 
-// The one method whose event was prepared by another.
+// The only method whose event is prepared by another method.
 ProbedMethod ProbeDocument()
 {
     const auto report = [](CorvaneTavi& tavi, const std::wstring& name, const std::wstring& extension,

@@ -148,7 +148,7 @@ Event MakeEvent(const ProbedMethod& method, const JsonValue& payload, const std:
     return event;
 }
 
-// Under the same key and with the same value, whatever the arguments.
+// Whether `field` is among `fields`, with the same value and not from a parameter.
 bool IsIn(const std::vector<Field>& fields, const Field& field)
 {
     return std::any_of(fields.begin(), fields.end(),
@@ -159,7 +159,7 @@ bool IsIn(const std::vector<Field>& fields, const Field& field)
                        });
 }
 
-// Moves what is the same in all events out of them.
+// Moves the fields that are the same in all events out of the events.
 std::vector<Field> TakeCommonFields(std::vector<Group>& groups)
 {
     std::vector<Field> common = groups.at(0).events.at(0).fields;

@@ -19,7 +19,7 @@ namespace
 
 std::vector<CatalogueTest> ReadCatalogue()
 {
-    // The records, from the catalogue itself. Nobody judges: no callback is enabled.
+    // The records, from the catalogue itself. No callback is enabled, so that nothing is judged.
     TestResultList results;
     std::string output;
     {

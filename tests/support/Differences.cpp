@@ -16,7 +16,7 @@ constexpr std::size_t MostBytes = 120;
 
 using Lines = std::vector<std::string>;
 
-// What follows the last line end is a line as well, an empty one mostly.
+// What follows the last line end counts as a line too; it is usually empty.
 Lines LinesOf(const std::string& text)
 {
     Lines lines;
@@ -35,7 +35,7 @@ bool IsInsideACharacter(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-// At most MostBytes of the text, without half characters and with carriage returns made visible.
+// At most MostBytes of the text, cut at the boundaries of characters, with carriage returns made visible.
 std::string Cut(const std::string& text, std::size_t begin = 0)
 {
     std::size_t end = std::min(text.size(), begin + MostBytes);
@@ -49,7 +49,7 @@ std::string Cut(const std::string& text, std::size_t begin = 0)
     return shown + (end < text.size() ? "..." : "");
 }
 
-// Where two lines that differ late are cut at their start.
+// Where to begin showing two lines: at 0, or shortly before their first difference when that is far to the right.
 std::size_t StartOfTheCut(const std::string& expected, const std::string& actual)
 {
     const auto [in, other] = std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
@@ -101,7 +101,8 @@ std::string TextDifference(const std::string& expected, const std::string& actua
     const auto [begin, actualBegin] =
         std::mismatch(expectedLines.begin(), expectedLines.end(), actualLines.begin(), actualLines.end());
 
-    // Up to where the texts are equal again: at their ends, or earlier when no line is new or gone.
+    // Ends where the texts are equal again: before their common last lines, or earlier when no line was added or
+    // removed.
     auto end = expectedLines.end();
     auto actualEnd = actualLines.end();
     while (end != begin && actualEnd != actualBegin && *std::prev(end) == *std::prev(actualEnd))

@@ -1,4 +1,4 @@
-// The wrapper inside a shared library of its own, in a folder of its own.
+// A shared library that contains the wrapper, in a folder other than the program's.
 #include <string>
 
 #include <telemetry/UpiProductInfo.h>

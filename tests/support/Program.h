@@ -14,7 +14,7 @@ enum class OutputTo
 {
     File,
     Pipe,
-    Terminal,   // what a person sees: no line end is changed on the way
+    Terminal,   // a terminal or console: the outcome is what it shows
     SlowReader, // a non-blocking pipe with little room, read bit by bit
     Nothing,    // standard output is closed from the start
     ReaderGone, // a pipe that nobody reads any more
@@ -47,13 +47,13 @@ inline const char* const WithoutTerminals = "no pseudo-terminal can be opened he
 
 std::string ReadFile(const std::filesystem::path& file);
 
-// Folders, relative, from which only this system starts a program.
+// Relative names of folders that are hard to handle, as far as this system can start a program from them.
 std::vector<std::filesystem::path> OddFolders();
 
-// Outputs that take nothing, as far as the system has them, each with the system's error.
+// Outputs that cannot be written, as far as the system has them, each with the system's error.
 std::map<OutputTo, int> BrokenOutputs();
 
-// What a run prints in which every test passes.
+// What the program prints when every test passes.
 const std::string& GoodRun();
 
 // A copy of the built test program in a folder of its own, laid out as installed, on either telemetry library.
@@ -73,7 +73,7 @@ public:
     std::filesystem::path ProductFile() const { return executable.parent_path() / "UPI" / "upiconfig.xml"; }
     const TemporaryFolder& Folder() const { return temporary; }
 
-    // With a faulty library: `script` is its script, of which it writes its calls, a JSON text a line, to LogFile().
+    // The faulty library follows `script` and writes its calls to LogFile(), one JSON text a line.
     Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
     std::filesystem::path LogFile() const { return temporary.Path() / "calls.log"; }
 

@@ -181,7 +181,7 @@ Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
     }
     Handle screen(CreateConsoleScreenBuffer(GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                             &inheritable, CONSOLE_TEXTMODE_BUFFER, nullptr));
-    // No line wraps and none is scrolled away.
+    // Large enough that no line is wrapped or scrolled out.
     if (screen.Get() == nullptr || SetConsoleScreenBufferSize(screen.Get(), {500, 4000}) == 0)
         Fail("cannot make a screen");
     return {Handle(), std::move(screen)};
@@ -229,7 +229,7 @@ std::string WithUnixLineEnds(const std::string& text)
     return result;
 }
 
-// A long path is marked as one, without which the system would refuse it.
+// Windows takes a long path only with this prefix.
 std::wstring FullPath(const std::filesystem::path& path)
 {
     std::wstring full = std::filesystem::absolute(path).lexically_normal().make_preferred().native();

@@ -4,5 +4,5 @@
 
 using LibraryFunction = void (*)();
 
-// A function of a shared library, which is loaded for it and stays loaded. Null when either cannot be had.
+// Loads a shared library, which stays loaded, and looks up its function. Null when either is not found.
 LibraryFunction FunctionOf(const std::filesystem::path& library, const char* function);

@@ -4,5 +4,5 @@
 #include <functional>
 
 // Runs `body`, which throws nothing, on a thread of its own with a stack of `size` bytes, and waits for its end. Throws
-// std::runtime_error when there is no such thread to be had.
+// std::runtime_error when the thread cannot be created.
 void RunOnStackOf(std::size_t size, const std::function<void()>& body);

@@ -1,4 +1,4 @@
-// Short ways from literals to the library's types and back, for expectations.
+// Conversions between literals and the library's types, for expectations.
 #pragma once
 
 #include <string>
@@ -22,7 +22,7 @@ inline bool IsNull(const Veltrane::TaviDesktopSDK::JsonValue& value)
     return value.Compare(Veltrane::TaviDesktopSDK::JsonValue()) == 0;
 }
 
-// The value as a string. A cast could go by the value's number as well.
+// The value as a string. A cast would be ambiguous with the conversion to a number.
 inline Veltrane::TaviDesktopSDK::TaviString TextValue(const Veltrane::TaviDesktopSDK::JsonValue& value)
 {
     return value.operator Veltrane::TaviDesktopSDK::TaviString();
