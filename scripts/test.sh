@@ -15,7 +15,7 @@ source "$(dirname -- "$0")/common.bash"
 read_options "$@"
 presets=("$@")
 ((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
-steps=1
+steps=1 steps_are_output=true
 for preset in "${presets[@]}"; do
     steps=$((steps + 2))
     case $preset in
@@ -34,7 +34,6 @@ for preset in "${presets[@]}"; do
     [[ "$preset" != release ]] || rm -f "$results"/walk-through.{xml,log}
 done
 
-steps_are_output=true
 step "Looking for missing packages and libraries"
 packages=(g++ cmake ninja-build python3 libmxml-dev libgtest-dev nlohmann-json3-dev)
 ! is_asked_for release debug clang || packages+=(strace)
