@@ -73,8 +73,8 @@ commands_for_clang() {
 }
 
 check_build() {
-    run_check build-linux cmake --build --preset ci -- -k 0
-    ! $windows || run_check build-windows cmake --build --preset ci-windows -- -k 0
+    run_check build-linux cmake --build --preset ci -- --quiet -k 0
+    ! $windows || run_check build-windows cmake --build --preset ci-windows -- --quiet -k 0
 }
 
 check_format() {

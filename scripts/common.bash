@@ -125,13 +125,14 @@ without_locks() (
     "$@"
 )
 
-# configure ARGUMENT... and compile ARGUMENT...: cmake, and cmake --build.
+# configure ARGUMENT... and compile ARGUMENT...: cmake, and cmake --build without a line for each file that is built, so that
+# errors come first.
 configure() {
     quietly cmake "$@" || fail "configuring failed, see above"
 }
 
 compile() {
-    quietly cmake --build "$@" || fail "building failed, see above"
+    quietly cmake --build "$@" -- --quiet || fail "building failed, see above"
 }
 
 # quietly COMMAND...: shows what the command prints only when it fails.
