@@ -34,7 +34,7 @@ Result RunStages(const Stages& stages)
     const TemporaryFolder folder;
     const auto writeScript = [&folder](const std::string& name, const std::string& text)
     {
-        const std::filesystem::path file = folder.Write(name, text);
+        std::filesystem::path file = folder.Write(name, text);
         std::filesystem::permissions(file, std::filesystem::perms::owner_all);
         return file;
     };

@@ -17,8 +17,8 @@ DWORD WINAPI Run(void* context)
 
 void RunOnStackOf(std::size_t size, const std::function<void()>& body)
 {
-    const HANDLE thread = CreateThread(nullptr, size, Run, const_cast<std::function<void()>*>(&body),
-                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    void* const thread = CreateThread(nullptr, size, Run, const_cast<std::function<void()>*>(&body),
+                                      STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     if (thread == nullptr)
         throw std::runtime_error("no thread");
     WaitForSingleObject(thread, INFINITE);
