@@ -18,8 +18,12 @@ if(TARGET cvtavi_test)
     install(
         FILES
             "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+            "${PROJECT_SOURCE_DIR}/docs/events.csv"
             "${PROJECT_SOURCE_DIR}/docs/events.html"
+            "${PROJECT_SOURCE_DIR}/docs/events.json"
             "${PROJECT_SOURCE_DIR}/docs/events.md"
+            "${PROJECT_SOURCE_DIR}/docs/events.schema.json"
+            "${PROJECT_SOURCE_DIR}/docs/payloads.schema.json"
         DESTINATION "${CMAKE_INSTALL_DOCDIR}"
         COMPONENT Runtime
     )

@@ -30,7 +30,7 @@ need_build_folder checks ci ci-windows
 ! chosen cppcheck || need_packages cppcheck
 if chosen build tidy; then
     need_packages g++ clang-tidy cmake ninja-build libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev \
-        rapidjson-dev
+        rapidjson-dev python3-clang python3-jinja2 python3-jsonschema
     status=0
     scripts/windows-libraries.sh || status=$?
     configure --preset ci

@@ -37,6 +37,7 @@ done
 step "Looking for missing packages and libraries"
 packages=(g++ cmake ninja-build python3 libmxml-dev libgtest-dev nlohmann-json3-dev)
 ! is_asked_for release debug clang || packages+=(strace)
+! is_asked_for release debug clang || packages+=(python3-clang python3-jinja2 python3-jsonschema)
 ! is_asked_for release debug sanitize clang coverage || packages+=(pkgconf)
 ! is_asked_for release || packages+=(python3-rich)
 # For the test of the Debian packages, which takes root.
@@ -44,7 +45,7 @@ packages=(g++ cmake ninja-build python3 libmxml-dev libgtest-dev nlohmann-json3-
 ! is_asked_for clang fuzz coverage || packages+=(clang)
 ! is_asked_for fuzz coverage || packages+=(libclang-rt-dev)
 ! is_asked_for coverage || packages+=(llvm)
-! is_asked_for clang || packages+=(libbenchmark-dev rapidjson-dev valgrind chromium chromium-driver)
+! is_asked_for clang || packages+=(libbenchmark-dev rapidjson-dev valgrind chromium chromium-driver python3-selenium)
 ! is_asked_for windows || packages+=(wine wine64)
 need_packages "${packages[@]}"
 passed=0 failed=0 skipped=0 skipped_stage=

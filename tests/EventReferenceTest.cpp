@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -26,34 +25,15 @@ constexpr int ExampleOfTheEditTimer = 90'000;
 
 using Payloads = std::map<std::string, json>; // by reporting method
 
-// What the event reference shows: below each method's heading, a block of JSON.
+// What the event reference shows.
 Payloads KeptPayloads()
 {
+    const json reference = json::parse(ReadFile(PathOf(SOURCE_DIR "/docs/events.json")));
     Payloads payloads;
-    std::istringstream lines(ReadFile(PathOf(SOURCE_DIR "/docs/events.md")));
-    std::string method;
-    std::string block;
-    bool inBlock = false;
-    for (std::string line; std::getline(lines, line);)
+    for (const json& group : reference.at("groups"))
     {
-        if (line.starts_with("### "))
-        {
-            method = line.substr(4);
-        }
-        else if (line == "```json")
-        {
-            inBlock = true;
-        }
-        else if (inBlock && line == "```")
-        {
-            payloads[method] = json::parse(block);
-            block.clear();
-            inBlock = false;
-        }
-        else if (inBlock)
-        {
-            block += line;
-        }
+        for (const json& event : group.at("events"))
+            payloads[event.at("method")] = event.at("payload");
     }
     return payloads;
 }
@@ -100,6 +80,6 @@ TEST(EventReference, HasExactlyThePayloadsThatAreSent)
             wrong.push_back(method + " is there and sends nothing.");
     }
     if (!wrong.empty())
-        ADD_FAILURE() << "docs/events.md is not what is sent. Where the change is meant, run scripts/reference.sh.\n"
+        ADD_FAILURE() << "docs/events.json is not what is sent. Where the change is meant, run scripts/reference.sh.\n"
                       << FirstFew(wrong);
 }

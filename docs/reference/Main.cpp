@@ -1,82 +1,88 @@
-// event_reference SOURCES FOLDER: writes events.md and events.html, of the headers and the template in the project's
-// sources, into the folder.
-// event_reference --check SOURCES: says what differs between them and those in docs/, and fails when anything does.
+// event_probe: prints what the wrapper sends, as one JSON object of which reference.py makes the event reference.
+//   "methods"    each reporting method's "name", the method that it "takes_parameters_of", and the payloads of its "calls":
+//                the first with simple arguments, each other with one "parameter" (counted from 0) changed to a "sample"
+//   "catalogue"  each test of the test program, its "test" and its "payload"
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
-#include <stdexcept>
+#include <sstream>
 #include <string>
-#include <utility>
-#include <vector>
 
-#include "Differences.h"
-#include "Reference.h"
-#include "Writers.h"
+#include <nlohmann/json.hpp>
+
+#include <harness/Catalogue.h>
+#include <telemetry/CorvaneTavi.h>
+
+#include "Probe.h"
+#include "Recording.h"
+#include "Text.h"
+
+using nlohmann::ordered_json;
+using Veltrane::TaviDesktopSDK::JsonValue;
 
 namespace
 {
 
-using Files = std::vector<std::pair<std::string, std::string>>; // names and texts
-
-std::string Read(const std::filesystem::path& path)
+ordered_json PayloadOf(const JsonValue& payload)
 {
-    std::ifstream file(path);
-    if (!file)
-        throw std::runtime_error("cannot read " + path.string());
-    return {std::istreambuf_iterator<char>(file), {}};
+    return ordered_json::parse(Json(payload));
 }
 
-void Write(const std::filesystem::path& path, const std::string& text)
+ordered_json Methods()
 {
-    std::ofstream file(path, std::ios::binary);
-    if (!(file << text << std::flush))
-        throw std::runtime_error("cannot write " + path.string());
-}
-
-// Says of each file that is out of date what differs. Returns whether none is.
-bool AreUpToDate(const Files& files, const std::filesystem::path& folder)
-{
-    bool upToDate = true;
-    for (const auto& [name, text] : files)
+    ordered_json methods = ordered_json::array();
+    for (const ProbedMethod& method : ProbeMethods())
     {
-        const std::string difference = TextDifference(text, Read(folder / name));
-        if (difference.empty())
-            continue;
-        upToDate = false;
-        std::cerr << "docs/" << name << " is out of date. Where the change is meant, run scripts/reference.sh.\n"
-                  << difference << std::endl;
+        ordered_json calls = ordered_json::array();
+        for (const ProbingCall& call : method.calls)
+        {
+            ordered_json entry = {{"parameter", nullptr}, {"sample", call.sample}, {"payload", PayloadOf(call.payload)}};
+            if (call.parameter)
+                entry["parameter"] = *call.parameter;
+            calls.push_back(entry);
+        }
+        methods.push_back(
+            {{"name", method.name}, {"takes_parameters_of", method.takesParametersOf}, {"calls", calls}});
     }
-    return upToDate;
+    return methods;
+}
+
+// What the test program sends, told apart by the titles that it prints.
+ordered_json Catalogue()
+{
+    Recording recording = Record(
+        []
+        {
+            TestResultList results;
+            RunTests(results);
+        });
+    // The last test registers a callback of its own; its document can be sent once more.
+    const Recording document = Record([] { CorvaneTavi::Instance().StartTrackFileChange(L"fileName1"); });
+    recording.payloads.insert(recording.payloads.end(), document.payloads.begin(), document.payloads.end());
+
+    ordered_json tests = ordered_json::array();
+    std::istringstream lines(recording.output);
+    for (std::string line; std::getline(lines, line);)
+    {
+        const std::string opening = "Testing ";
+        if (line.starts_with(opening))
+            tests.push_back({{"test", line.substr(opening.size())},
+                             {"payload", PayloadOf(recording.payloads.at(tests.size()))}});
+    }
+    return tests;
 }
 
 } // namespace
 
-int main(int count, char** arguments)
+int main()
 {
-    const bool check = count == 3 && std::string(arguments[1]) == "--check";
-    if (count != 3)
-    {
-        std::cerr << "event_reference SOURCES FOLDER | --check SOURCES" << std::endl;
-        return 1;
-    }
     try
     {
-        const std::filesystem::path sources = arguments[check ? 2 : 1];
-        const Reference reference =
-            MakeReference(Read(sources / "telemetry/CorvaneTavi.h"), Read(sources / "telemetry/Vocabulary.h"));
-        const Files files = {{"events.md", AsMarkdown(reference)},
-                             {"events.html", AsPage(reference, Read(sources / "docs/reference/page.html"))}};
-        if (check)
-            return AreUpToDate(files, sources / "docs") ? 0 : 1;
-        for (const auto& [name, text] : files)
-            Write(std::filesystem::path(arguments[2]) / name, text);
+        std::cout << ordered_json{{"methods", Methods()}, {"catalogue", Catalogue()}}.dump(1) << std::endl;
     }
     catch (const std::exception& error)
     {
-        std::cerr << "event_reference: " << error.what() << std::endl;
+        std::cerr << "event_probe: " << error.what() << std::endl;
         return 1;
     }
-    return 0;
+    return std::cout ? 0 : 1;
 }

@@ -3,6 +3,7 @@
 #include <concepts>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <stdexcept>
 #include <tuple>
 #include <type_traits>
@@ -10,13 +11,15 @@
 
 #include <telemetry/CorvaneTavi.h>
 
+#include "Recording.h"
+
 namespace
 {
 
 template <typename Value>
 struct Sample
 {
-    Kind kind; // of the part of the value that differs from the first sample
+    const char* kind; // of the part of the value that differs from the first sample
     Value value;
 };
 
@@ -27,41 +30,41 @@ template <typename Value>
 constexpr bool HasSamples = std::is_arithmetic_v<Value> || std::is_same_v<Value, std::string> ||
                             std::is_same_v<Value, std::wstring> || std::is_same_v<Value, Tools>;
 
+// The extreme of an integer tells whether what is sent can be negative.
+template <std::integral Value>
+constexpr Value Extreme()
+{
+    return std::signed_integral<Value> ? std::numeric_limits<Value>::min() : std::numeric_limits<Value>::max();
+}
+
 template <typename Value>
 std::vector<Sample<Value>> SamplesOf()
 {
     if constexpr (std::same_as<Value, bool>)
-        return {{Kind::Flag, false}, {Kind::Flag, true}};
+        return {{"flag", false}, {"flag", true}};
     else if constexpr (std::integral<Value>)
-        return {{Kind::Integer, 1}, {Kind::Integer, 2}};
+        return {{"number", 1}, {"number", 2}, {"number", Extreme<Value>()}};
     else if constexpr (std::floating_point<Value>)
-        return {{Kind::Decimal, Value{0.25}}, {Kind::Decimal, Value{0.5}}};
+        return {{"decimal", Value{0.25}}, {"decimal", Value{0.5}}};
     else if constexpr (std::same_as<Value, Tools>)
-        return {{Kind::Text, {{L"a", false}}},
-                {Kind::Text, {{L"b", false}}},
-                {Kind::Flag, {{L"a", true}}},
-                {Kind::Integer, {{L"a", false}, {L"a", false}}}};
+        return {{"text", {{L"a", false}}},
+                {"text", {{L"b", false}}},
+                {"flag", {{L"a", true}}},
+                {"number", {{L"a", false}, {L"a", false}}},
+                {"empty", {}}};
     else
-        return {{Kind::Text, Value(1, 'a')}, {Kind::Text, Value(1, 'b')}};
-}
-
-void AddOrigins(ProbedMethod& method, const std::vector<Leaf>& leaves, std::size_t parameter, Kind kind)
-{
-    if (leaves.size() != method.leaves.size())
-        throw std::runtime_error(method.name + " sends other keys for other arguments");
-    for (std::size_t i = 0; i < leaves.size(); ++i)
-    {
-        if (leaves[i].json != method.leaves[i].json)
-            method.origins.push_back({leaves[i], parameter, kind});
-    }
+        return {{"text", Value(1, 'a')}, {"text", Value(1, 'b')}};
 }
 
 template <typename Arguments, typename Report>
-std::vector<Leaf> LeavesFor(const Arguments& arguments, Report report)
+Veltrane::TaviDesktopSDK::JsonValue PayloadOf(const char* name, const Arguments& arguments, Report report)
 {
     const auto call = [report](const auto&... values) { std::invoke(report, CorvaneTavi::Instance(), values...); };
-    const Recording recording = Record([&arguments, call] { std::apply(call, arguments); });
-    return LeavesOf(recording.payloads.at(0));
+    Recording recording = Record([&arguments, call] { std::apply(call, arguments); });
+    if (recording.payloads.size() != 1)
+        throw std::runtime_error(std::string(name) + " sends " + std::to_string(recording.payloads.size()) +
+                                 " events, not one");
+    return std::move(recording.payloads.front());
 }
 
 template <std::size_t Index, typename Arguments, typename Report>
@@ -70,7 +73,7 @@ void ProbeParameter(ProbedMethod& method, Arguments arguments, Report report)
     for (const auto& sample : SamplesOf<std::tuple_element_t<Index, Arguments>>())
     {
         std::get<Index>(arguments) = sample.value;
-        AddOrigins(method, LeavesFor(arguments, report), Index, sample.kind);
+        method.calls.push_back({Index, sample.kind, PayloadOf(method.name.c_str(), arguments, report)});
     }
 }
 
@@ -79,7 +82,8 @@ ProbedMethod ProbeReport(const char* name, const char* takesParametersOf, Report
                          std::index_sequence<Indices...>)
 {
     const std::tuple<Values...> arguments(SamplesOf<Values>().front().value...);
-    ProbedMethod method{name, takesParametersOf, LeavesFor(arguments, report), {}};
+    ProbedMethod method{name, takesParametersOf, {}};
+    method.calls.push_back({std::nullopt, "", PayloadOf(name, arguments, report)});
     (ProbeParameter<Indices>(method, arguments, report), ...);
     return method;
 }

@@ -1,35 +1,27 @@
-// Which parameter of a reporting method each value of its event comes from, and of which kind it is: found by changing
-// one argument at a time, with arguments that the compiler makes from the method's declaration.
+// What the wrapper sends for other and other arguments: each reporting method is called with simple arguments and then once
+// for every sample of every parameter, with arguments that the compiler makes from the method's declaration.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "Recording.h"
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-enum class Kind
+struct ProbingCall
 {
-    Text,
-    Flag,
-    Integer,
-    Decimal
-};
-
-struct Origin
-{
-    Leaf leaf;
-    std::size_t parameter; // counted from 0
-    Kind kind;
+    std::optional<std::size_t> parameter; // the one that differs from the first call's, counted from 0
+    std::string sample;                   // how it differs: "text", "flag", "number", "decimal" or "empty"
+    Veltrane::TaviDesktopSDK::JsonValue payload;
 };
 
 struct ProbedMethod
 {
     std::string name;
     std::string takesParametersOf; // the method that is given the values: this one, or one that prepares the event
-    std::vector<Leaf> leaves;
-    std::vector<Origin> origins;
+    std::vector<ProbingCall> calls;
 };
 
-// Every public reporting method of the wrapper.
+// Every public reporting method of the wrapper. Throws std::runtime_error when one does not send exactly one event.
 std::vector<ProbedMethod> ProbeMethods();

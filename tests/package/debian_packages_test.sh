@@ -47,7 +47,7 @@ cp -r "$source/examples/minimal" "$root/root/"
 
 apt_get install /root/corvane-tavi.deb
 in_bare_root cvtavi_test | diff "$source/tests/data/good_run.txt" - || fail "the program does not print what it should"
-for file in share/doc/corvane-tavi/{CHANGELOG.md,events.html,events.md} lib/corvane-tavi/UPI/upiconfig.xml; do
+for file in share/doc/corvane-tavi/{CHANGELOG.md,events.{csv,html,json,md},{events,payloads}.schema.json} lib/corvane-tavi/UPI/upiconfig.xml; do
     [[ -f "$root/usr/$file" ]] || fail "/usr/$file is missing"
 done
 
