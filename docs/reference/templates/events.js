@@ -1,0 +1,197 @@
+
+"use strict";
+const form = document.querySelector("form");
+const [search, found, link] = ["search", "found", "link"].map(id => document.getElementById(id));
+const all = (selector, within = document) => [...within.querySelectorAll(selector)];
+
+// Words that stand apart from one another in an event are looked for when no place has them all, or by this wish.
+let apart = false;
+
+// In lower case, and once more without what divides a name: "filename" finds FILE.NAME.
+function textOf(parts) {
+    const text = parts.map(part => part.textContent).join(" ").toLowerCase().replaceAll("’", "'");
+    return text + " " + text.replace(/[._]/g, "");
+}
+
+// As in a question: "a file's name?" looks for "a", "file" and "name". What is between quotation marks stays together.
+function wordsOf(text) {
+    const plain = text.toLowerCase().replaceAll("’", "'").replace(/[“”]/g, '"');
+    const words = plain.match(/"[^"]+"|[^\s"?!,;]+/g) ?? [];
+    return words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/'s$/, ""));
+}
+
+const textOfRow = row => textOf(all("th, td:not(.example), a", row)) + " " + row.dataset.fits.split("|")[0];
+const events = all("article").map(element => {
+    const section = element.closest("section");
+    const signature = element.querySelector(".signature").textContent;
+    return {
+        element,
+        said: textOf(all(":scope > h2, :scope > .note", section).concat(all("h3, .note", element))),
+        parameters: [...signature.matchAll(/\w+(?=[,)])/g)].join(" ").toLowerCase(),
+        rows: all(".row", element).map(row => ({ element: row, text: textOfRow(row) })),
+    };
+});
+const lines = all(".line").map(element => {
+    const copy = element.cloneNode(true);
+    all(".example, .events a", copy).forEach(part => part.remove());
+    return { element, text: textOf([element.closest("section").querySelector("h2"), copy]) };
+});
+const keyCount = all("#keys .line").length;
+
+const filters = () => all("select", form).map(select => select.value);
+
+// A key fits by one of its meanings; what is no key fits as long as nothing is asked of keys.
+function fits(element) {
+    const wanted = filters();
+    const meanings = (element.dataset.fits ?? "").split(";").map(meaning => meaning.split("|"));
+    return meanings.some(meaning => wanted.every((value, i) => value === "" || value === meaning[i]));
+}
+
+// The search as a link's end; empty when all is shown.
+function asHash() {
+    const fields = [...new FormData(form)].map(([name, value]) => [name, value.trim()]);
+    const state = fields.filter(([, value]) => value !== "");
+    if (apart && state.length > 0)
+        state.push(["apart", "yes"]);
+    return state.length > 0 ? "#" + new URLSearchParams(state) : "";
+}
+
+function take(hash) {
+    const state = new URLSearchParams(hash.slice(1));
+    for (const field of all("input, select", form))
+        field.value = state.get(field.name) ?? "";
+    apart = state.has("apart");
+}
+
+function asked() {
+    const chosen = all("select", form).filter(select => select.value !== "");
+    const names = chosen.map(select => `${select.labels[0].textContent}: ${select.selectedOptions[0].textContent}`);
+    const words = search.value.trim();
+    return (words === "" ? names : [`“${words}”`, ...names]).join(", ");
+}
+
+function linkTo(hash, text) {
+    const element = document.createElement("a");
+    element.href = hash;
+    element.textContent = text;
+    return element;
+}
+
+function showEvent(event, words) {
+    const isFiltered = filters().some(value => value !== "");
+    const has = text => words.every(word => text.includes(word));
+    // The rows that say why the event is here: with all words, or else with those that are not said of the event itself.
+    const rest = words.filter(word => !event.said.includes(word));
+    const isHit = event.fitting.some(row => has(row.text))
+        ? row => has(row.text)
+        : row => rest.some(word => row.text.includes(word));
+    for (const row of event.rows) {
+        row.element.hidden = !event.fitting.includes(row);
+        row.element.classList.toggle("hit", words.length > 0 && !row.element.hidden && isHit(row));
+    }
+    for (const list of all("table, .opening", event.element))
+        list.hidden = all(".row", list).every(row => row.hidden);
+    const left = event.rows.length - event.fitting.length;
+    const note = event.element.querySelector(".rest");
+    note.hidden = !isFiltered || left === 0;
+    note.textContent = `${left} other ${left === 1 ? "key" : "keys"} not shown`;
+}
+
+function report(shown, hasMore) {
+    const count = shown.length;
+    const keys = all("#keys .line").filter(line => !line.hidden).length;
+    const others = ["about", "changes", "common", "unsent"].map(id => document.getElementById(id))
+        .filter(section => section && !section.hidden);
+    const hash = asHash();
+    link.hidden = hash === "";
+    link.href = hash === "" ? "#" : hash;
+    if (hash === "") {
+        found.replaceChildren(`${count} events, ${keyCount} keys`);
+    } else if (count === 0 && keys === 0 && others.length === 0) {
+        found.replaceChildren(`Nothing found for ${asked()}`);
+    } else {
+        found.replaceChildren(`${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
+        others.forEach((section, i) => found.append(
+            i === 0 ? "; also: " : ", ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
+        if (hasMore > 0)
+            found.append("; ", linkTo(hash + "&apart=yes", `${hasMore} more with the words apart`));
+    }
+}
+
+function show() {
+    const words = wordsOf(search.value);
+    const has = text => words.every(word => text.includes(word));
+    const isFiltered = filters().some(value => value !== "");
+    for (const event of events) {
+        event.fitting = event.rows.filter(row => fits(row.element));
+        const texts = [event.said, ...event.fitting.map(row => row.text)];
+        const isAsked = !isFiltered || event.fitting.length > 0;
+        event.isTogether = isAsked && texts.some(has);
+        event.isApart = isAsked && has([...texts, event.parameters].join(" "));
+    }
+    const together = events.filter(event => event.isTogether);
+    const anywhere = events.filter(event => event.isApart);
+    const shown = apart || together.length === 0 ? anywhere : together;
+    for (const event of events) {
+        event.element.hidden = !shown.includes(event);
+        showEvent(event, words);
+    }
+    for (const { element, text } of lines)
+        element.hidden = !has(text) || !fits(element);
+    document.getElementById("counts").hidden = words.length > 0 || isFiltered;
+    for (const section of all("section"))
+        section.hidden = all("article, .line", section).every(entry => entry.hidden);
+    for (const item of all("nav [data-of]"))
+        item.hidden = document.getElementById(item.dataset.of).hidden;
+    report(shown, anywhere.length - shown.length);
+}
+
+// After a change by the reader: the address is that of the search, and what was found begins at the top.
+function change() {
+    apart = false;
+    show();
+    history.replaceState(null, "", asHash() || location.pathname + location.search);
+    scrollTo(0, 0);
+}
+
+function showAll() {
+    take("");
+    show();
+}
+
+// A link to what the search has hidden ends the search.
+document.addEventListener("click", click => {
+    const anchor = click.target.closest('a[href^="#"]');
+    const target = anchor && document.getElementById(anchor.hash.slice(1));
+    if (target && target.closest("[hidden]"))
+        showAll();
+});
+addEventListener("hashchange", () => {
+    if (location.hash.includes("=")) {
+        take(location.hash);
+        show();
+        scrollTo(0, 0);
+        search.focus();
+    } else if (document.querySelector(":target")?.closest("[hidden]")) {
+        showAll();
+        document.querySelector(":target").scrollIntoView();
+    }
+});
+form.addEventListener("input", change);
+form.addEventListener("submit", submit => submit.preventDefault());
+document.getElementById("all").addEventListener("click", () => {
+    take("");
+    change();
+    search.focus();
+});
+
+// The page's own copies, so that it can be passed on alone.
+function offer(id, text, type) {
+    document.getElementById(id).href = URL.createObjectURL(new Blob([text], { type }));
+}
+offer("as-json", document.getElementById("document").textContent, "application/json");
+offer("as-table", JSON.parse(document.getElementById("table").textContent), "text/csv");
+
+form.hidden = false;
+take(location.hash.includes("=") ? location.hash : "");
+show();
