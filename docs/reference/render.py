@@ -20,17 +20,18 @@ TEMPLATES = Path(__file__).parent / "templates"
 
 # Texts have code between backticks.
 INTRODUCTION = (
-    "What each reporting method of `CorvaneTavi` sends. The payloads are those that the calls of the test program make, "
-    "in the library's test mode with our stand-in; what the closed library adds before it uploads is not known here. A "
-    'value\'s type is that of the argument it comes from, "as text" where it is sent as a string: flags as "True" and '
-    '"False". "From" names the parameter. "Fixed" is the same in every such event, what is "measured" comes from the '
-    "telemetry library, and the product file is `UPI/upiconfig.xml`."
+    "What each reporting method of `CorvaneTavi` sends. The payloads are those that the calls of the test program "
+    "make, in the library's test mode with our stand-in. A value's type is that of the argument it comes from, "
+    '"as text" where it is sent as a string: flags as "True" and "False". "From" names the parameter. "Fixed" is the '
+    'same in every such event, what is "measured" comes from the telemetry library, and the product file is '
+    "`UPI/upiconfig.xml`."
 )
 ABOUT_COMMON_KEYS = "The host product's description."
 ABOUT_UNSENT_TEXTS = (
     "Names and keys of the vocabulary that no method sends of itself: other parts of the host have them, or a caller "
     "gives them."
 )
+ABOUT_CHANGES = "What has changed in what is sent since version {version} of {date}."
 NOTHING_CHANGED = "Nothing that is sent has changed."
 
 SENSITIVITIES = ("technical", "interaction", "stored content", "highly sensitive")
@@ -156,7 +157,8 @@ def _names(document, changes):
         "keys": keys,
         "counts": _counts(keys),
         "changes": changes,
-        "changes_heading": changes and f"Changes since {changes['old']['version']}",
+        "changes_heading": changes and "Changes since {version}".format(**changes["old"]),
+        "about_changes": changes and ABOUT_CHANGES.format(**changes["old"]),
         "kinds": KINDS,
         "sensitivities": SENSITIVITIES,
     }
@@ -191,7 +193,7 @@ def _parts(text):
     """The text's parts, each with whether it is code."""
     return [
         (part[1:-1], True) if part.startswith("`") and part.endswith("`") and len(part) > 2 else (part, False)
-        for part in re.split(r"(`[^`]+`)", text)
+        for part in re.split(r"(`[^`]+`)", str(text))
         if part
     ]
 

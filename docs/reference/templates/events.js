@@ -17,7 +17,7 @@ function textOf(parts) {
 function wordsOf(text) {
     const plain = text.toLowerCase().replaceAll("’", "'").replace(/[“”]/g, '"');
     const words = plain.match(/"[^"]+"|[^\s"?!,;]+/g) ?? [];
-    return words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/'s$/, ""));
+    return words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/('s|\.)$/, ""));
 }
 
 const textOfRow = row => textOf(all("th, td:not(.example), a", row)) + " " + row.dataset.fits.split("|")[0];
@@ -32,9 +32,10 @@ const events = all("article").map(element => {
     };
 });
 const lines = all(".line").map(element => {
+    const section = element.closest("section");
     const copy = element.cloneNode(true);
     all(".example, .events a", copy).forEach(part => part.remove());
-    return { element, text: textOf([element.closest("section").querySelector("h2"), copy]) };
+    return { element, text: textOf([...all(":scope > h2, :scope > p:not(.line)", section), copy]) };
 });
 const keyCount = all("#keys .line").length;
 
@@ -77,10 +78,8 @@ function linkTo(hash, text) {
     return element;
 }
 
-function showEvent(event, words) {
-    const isFiltered = filters().some(value => value !== "");
-    const has = text => words.every(word => text.includes(word));
-    // The rows that say why the event is here: with all words, or else with those that are not said of the event itself.
+function showEvent(event, { words, has, isFiltered }) {
+    // The rows that tell why the event is here: with all words, or else with those that are not said of the event.
     const rest = words.filter(word => !event.said.includes(word));
     const isHit = event.fitting.some(row => has(row.text))
         ? row => has(row.text)
@@ -97,7 +96,7 @@ function showEvent(event, words) {
     note.textContent = `${left} other ${left === 1 ? "key" : "keys"} not shown`;
 }
 
-function report(shown, hasMore) {
+function report(shown, more) {
     const count = shown.length;
     const keys = all("#keys .line").filter(line => !line.hidden).length;
     const others = ["about", "changes", "common", "unsent"].map(id => document.getElementById(id))
@@ -113,8 +112,8 @@ function report(shown, hasMore) {
         found.replaceChildren(`${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
         others.forEach((section, i) => found.append(
             i === 0 ? "; also: " : ", ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
-        if (hasMore > 0)
-            found.append("; ", linkTo(hash + "&apart=yes", `${hasMore} more with the words apart`));
+        if (more > 0)
+            found.append("; ", linkTo(hash + "&apart=yes", `${more} more with the words apart`));
     }
 }
 
@@ -134,7 +133,7 @@ function show() {
     const shown = apart || together.length === 0 ? anywhere : together;
     for (const event of events) {
         event.element.hidden = !shown.includes(event);
-        showEvent(event, words);
+        showEvent(event, { words, has, isFiltered });
     }
     for (const { element, text } of lines)
         element.hidden = !has(text) || !fits(element);
