@@ -325,6 +325,17 @@ class TheReference(InABrowser):
                     self.assertEqual(self.run_script(TEXTS, "#common .line th"), common)
                     self.assertFalse({"about", "changes", "unsent"} & set(self.sections()))
 
+    def test_wants_one_key_to_fit_two_filters(self):
+        for kind in ("text", "fixed"):
+            for personal in ("yes", "no"):
+                with self.subTest(kind=kind, personal=personal):
+                    self.search(kind=kind, personal=personal)
+                    methods, keys = self.with_a_key(
+                        lambda key, kind=kind, personal=personal:
+                            key["kind"] == kind and key["personal_text"] == (personal == "yes"))  # fmt: skip
+                    self.assertEqual(self.events(), methods)
+                    self.assertEqual(set(self.keys()), keys)
+
     def test_links_to_each_event_and_each_key(self):
         targets = [event["method"] for event in self.all_events] + ["key-" + key for key in sorted(self.all_keys)]
         links = self.run_script("return [...document.querySelectorAll('h3 > a, #keys .line > a')].map(e => e.hash)")

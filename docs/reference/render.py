@@ -223,6 +223,11 @@ def _html_code(text):
     return Markup("<code>{}</code>").format(text)
 
 
+def _html_key(text):
+    """A key, which a narrow column may divide after its dots and underscores."""
+    return Markup("<code>{}</code>").format(Markup(re.sub(r"([._])", r"\1<wbr>", str(escape(text)))))
+
+
 def _html_prose(text):
     return Markup("").join(_html_code(part) if is_code else escape(part) for part, is_code in _parts(text))
 
@@ -243,7 +248,7 @@ def _environment(kind):
     environment.filters.update(as_type=_as_type, as_value=_as_value, as_payload=_as_payload, fits=_fits)
     environment.tests["opening"] = _is_opening
     if kind == "html":
-        environment.filters.update(code=_html_code, prose=_html_prose, anchor=_html_id)
+        environment.filters.update(code=_html_code, as_key=_html_key, prose=_html_prose, anchor=_html_id)
     else:
         environment.filters.update(
             code=_markdown_code, prose=_markdown_prose, anchor=_markdown_anchor, cell=_markdown_cell

@@ -60,7 +60,7 @@ def changes(*texts):
 class Page(html.parser.HTMLParser):
     """A page's elements in order, with their attributes and their text, that of those within them too."""
 
-    EMPTY = ("meta", "link", "input", "br")
+    EMPTY = ("meta", "link", "input", "wbr")
 
     def __init__(self, text):
         super().__init__()
@@ -173,24 +173,38 @@ class Markdown(unittest.TestCase):
     def test_lists_each_key_with_all_that_is_said_of_it_and_its_events(self):
         events = [
             event("TrackA", [key("b"), key("Z.LAST", no_personal_text="A list's entry.")]),
-            event("TrackB", [key("b", ground="Another.", sensitivity="technical", **{"from": "it"}), key("A.FIRST")]),
+            event("TrackB", [
+                key("b", ground="Another.", unit="s", sensitivity="technical", **{"from": "it"}),
+                key("A.FIRST"),
+            ]),
             event("TrackC", [key("A.FIRST", personal_text=True)]),
-        ]
+        ]  # fmt: skip
         text = render.markdown(document(*events), None)
         listed = text[text.index("## Keys\n") + 9 : text.index("## Defined and not sent")].strip().splitlines()
         self.assertEqual(
             listed,
             [
                 "- `A.FIRST`",
-                "    - interaction. A choice. In [TrackB](#trackb) (`name`).",
-                "    - interaction, may hold a person's text. A choice. In [TrackC](#trackc) (`name`).",
+                "    - Interaction. A choice. In [TrackB](#trackb) (`name`).",
+                "    - Interaction, may hold a person's text. A choice. In [TrackC](#trackc) (`name`).",
                 "- `b`",
-                "    - interaction. A choice. In [TrackA](#tracka) (`name`).",
-                "    - technical. Another. In [TrackB](#trackb) (`it`).",
+                "    - Interaction. A choice. In [TrackA](#tracka) (`name`).",
+                "    - Technical. Another. Unit: s. In [TrackB](#trackb) (`it`).",
                 "- `product`",
-                "    - interaction. A choice. In every event.",
+                "    - Interaction. A choice. In every event.",
                 "- `Z.LAST`",
-                "    - interaction. A choice. No person's text: A list's entry. In [TrackA](#tracka) (`name`).",
+                "    - Interaction. A choice. No person's text: A list's entry. In [TrackA](#tracka) (`name`).",
+            ],
+        )
+        listed = page_of(document(*events)).texts("li", **{"class": "line"})
+        self.assertEqual(
+            listed[:4],
+            [
+                "A.FIRST Interaction. A choice. In TrackB (name). "
+                "Interaction, may hold a person's text. A choice. In TrackC (name).",
+                "b Interaction. A choice. In TrackA (name). Technical. Another. Unit: s. In TrackB (it).",
+                "product Interaction. A choice. In every event.",
+                "Z.LAST Interaction. A choice. No person's text: A list's entry. In TrackA (name).",
             ],
         )
 

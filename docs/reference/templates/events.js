@@ -79,8 +79,9 @@ function linkTo(hash, text) {
 }
 
 function showEvent(event, { words, has, isFiltered }) {
-    // The rows that tell why the event is here: with all words, or else with those that are not said of the event.
-    const rest = words.filter(word => !event.said.includes(word));
+    // The rows that tell why the event is here: with all words, or else with one that is not said of the event, or one.
+    const unsaid = words.filter(word => !event.said.includes(word));
+    const rest = unsaid.length > 0 ? unsaid : words;
     const isHit = event.fitting.some(row => has(row.text))
         ? row => has(row.text)
         : row => rest.some(word => row.text.includes(word));
