@@ -153,10 +153,11 @@ bool RegisterMethodTests()
 std::map<std::string, int> CallsInTheCatalogue()
 {
     std::map<std::string, int> calls;
-    const std::string source = ReadFile(PathOf(CatalogueFile));
-    const std::regex call(R"((?:tavi|Instance\(\))\.(\w+)\()");
-    for (std::sregex_iterator match(source.begin(), source.end(), call), end; match != end; ++match)
-        ++calls[(*match)[1]];
+    for (const CatalogueCall& test : ReadCatalogueSource())
+    {
+        for (const std::string& method : test.calls)
+            ++calls[method];
+    }
     return calls;
 }
 

@@ -6,9 +6,10 @@
 
 struct CatalogueCall
 {
-    std::string title;  // "Testing MeshSize"
-    std::string method; // "TrackMeshSize"
-    int line;           // of harness/Catalogue.cpp, counted from 1
+    std::string title;              // "Testing MeshSize"
+    std::string method;             // "TrackMeshSize", the last one that the test calls
+    int line;                       // of harness/Catalogue.cpp, counted from 1
+    std::vector<std::string> calls; // all methods of the wrapper that the test calls, in order
 };
 
 // In the order in which they run.
