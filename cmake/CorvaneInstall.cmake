@@ -1,5 +1,5 @@
 # Installs both libraries with their headers, the packages that find_package(CorvaneTavi) and pkg-config read, and, where
-# they are made, the program and the event reference. The component Runtime is what a program needs to run; Development is
+# they are made, the programs and the event reference. The component Runtime is what a program needs to run; Development is
 # what is needed besides to build one.
 
 include(CMakePackageConfigHelpers)
@@ -9,7 +9,7 @@ set(packageDir "${CMAKE_INSTALL_LIBDIR}/cmake/CorvaneTavi")
 set(pkgConfigDir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 if(TARGET cvtavi_test)
-    install(TARGETS cvtavi_test RUNTIME COMPONENT Runtime)
+    install(TARGETS cvtavi_test tavi_check RUNTIME COMPONENT Runtime)
     install(
         DIRECTORY "${PROJECT_SOURCE_DIR}/harness/UPI"
         DESTINATION "${CMAKE_INSTALL_BINDIR}"

@@ -125,3 +125,18 @@ function(corvane_own_code)
         target_link_options(${target} PRIVATE "${hardenedLinking}")
     endforeach()
 endfunction()
+
+# corvane_program(<target> <description>): a program that is installed. It finds the telemetry library from its own folder,
+# needs no run time where it runs, and on Windows shows the description in its properties.
+function(corvane_program target description)
+    file(RELATIVE_PATH libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN/${libraries}")
+    corvane_static_runtime(${target})
+    corvane_copy_runtime_libraries(${target})
+    if(NOT TAVI_SDK_DIR)
+        # The path that CMake would give it in the build tree also has the loader search the working folder.
+        set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
+    endif()
+    corvane_own_code(${target})
+    corvane_file_properties(${target} "${description}")
+endfunction()

@@ -15,11 +15,13 @@ if(NOT CORVANE_DEBIAN_PACKAGES)
     return()
 endif()
 
-# The program is in a folder of its own with its product file; bin/cvtavi_test is a symbolic link to it.
-file(RELATIVE_PATH program "/prefix/bin" "/prefix/${CMAKE_INSTALL_BINDIR}/cvtavi_test")
+# The programs are in a folder of their own with their product file; in bin are symbolic links to them.
 file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/link")
-file(CREATE_LINK "${program}" "${PROJECT_BINARY_DIR}/link/cvtavi_test" SYMBOLIC)
-install(FILES "${PROJECT_BINARY_DIR}/link/cvtavi_test" DESTINATION bin COMPONENT Runtime)
+foreach(name IN ITEMS cvtavi_test tavi_check)
+    file(RELATIVE_PATH program "/prefix/bin" "/prefix/${CMAKE_INSTALL_BINDIR}/${name}")
+    file(CREATE_LINK "${program}" "${PROJECT_BINARY_DIR}/link/${name}" SYMBOLIC)
+    install(FILES "${PROJECT_BINARY_DIR}/link/${name}" DESTINATION bin COMPONENT Runtime)
+endforeach()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -33,8 +35,9 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
     "The program cvtavi_test calls every reporting method of the wrapper and
-compares what the telemetry library hands over with what is expected. With it
-come that library and the reference of all events."
+compares what the telemetry library hands over with what is expected; tavi_check
+does so by stricter rules, and says more. With them come that library and the
+reference of all events."
 )
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME corvane-tavi-dev)

@@ -38,29 +38,29 @@ JsonValue TestingFlags()
 
 } // namespace
 
-int RunDriver()
+std::optional<Refusal> EnterTestMode(int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
+                                     void* context)
 {
-    // Before the wrapper exists: nothing is read or started for a user who has not opted in.
+    // Before the wrapper exists.
     if (Sdk::IsOptedIn(nullptr) == NotOptedIn)
-    {
-        std::cout << "Must be opted-in to KIVA (Veltrane Orvenna) to run tests for Tavi" << std::endl;
-        return 1;
-    }
+        return Refusal{"Must be opted-in to KIVA (Veltrane Orvenna) to run tests for Tavi", std::nullopt};
 
     const JsonValue flags = TestingFlags();
     if (const int status = Sdk::SetTestingFlags(ProductKey(), flags); status != 0)
-    {
-        std::cout << "Error occurred setting testing flags" << std::endl;
-        return status;
-    }
+        return Refusal{"Error occurred setting testing flags", status};
+    if (const int status = Sdk::SetTestingCallback(ProductKey(), callback, context); status != 0)
+        return Refusal{"Error occurred setting testing callback", status};
+    return std::nullopt;
+}
 
+int RunDriver()
+{
     TestResultList results;
-    if (const int status = Sdk::SetTestingCallback(ProductKey(), VerifyPayloadCallback, &results); status != 0)
+    if (const std::optional<Refusal> refusal = EnterTestMode(VerifyPayloadCallback, &results))
     {
-        std::cout << "Error occurred setting testing callback" << std::endl;
-        return status;
+        std::cout << refusal->sentence << std::endl;
+        return refusal->status.value_or(1);
     }
-
     RunTests(results);
     return PrintSummary(results);
 }

@@ -1,0 +1,31 @@
+// The program's command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Corvane
+{
+
+struct Options
+{
+    std::vector<std::string> only; // names and patterns of tests; empty: all
+    bool list = false;
+    std::string whitelist; // "json" or "csv"; empty: not asked for
+    bool strict = false;
+    bool json = false;
+    std::string junitFile; // in UTF-8, as the next; empty: none
+    std::string payloadsFile;
+};
+
+struct CommandLine
+{
+    Options options;
+    std::string text;       // what --help or --version prints, in place of anything else
+    std::string usageError; // a line; empty when the arguments are good
+};
+
+// `arguments` are those after the program's name, in UTF-8.
+CommandLine ReadCommandLine(std::vector<std::string> arguments);
+
+} // namespace Corvane

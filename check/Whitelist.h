@@ -1,0 +1,19 @@
+// The events of docs/events.json as a list to compare an uploaded whitelist with.
+#pragma once
+
+#include <string>
+
+#include <check/Document.h>
+
+namespace Corvane
+{
+
+// An array with an object for each event: "method"; "waypoint", null where the caller gives the name or there is none;
+// "name_from", the parameter that gives it, or null; "type"; and "attributes", the members of the attribute objects,
+// each with "object" and "key".
+std::string WhitelistAsJson(const Document& document);
+
+// The same by RFC 4180: a header, and a line for each attribute; an event without attributes has a line without one.
+std::string WhitelistAsCsv(const Document& document);
+
+} // namespace Corvane
