@@ -11,11 +11,12 @@ namespace Corvane
 namespace
 {
 
+// A line end that is one of Windows's already stays as it is.
 std::string WithWindowsLineEnds(std::string_view text)
 {
     std::string result;
     for (const char character : text)
-        result.append(character == '\n' ? "\r" : "").append(1, character);
+        result.append(character == '\n' && !result.ends_with('\r') ? "\r" : "").append(1, character);
     return result;
 }
 

@@ -13,7 +13,8 @@ source "$(dirname -- "$0")/common.bash"
 take_no_arguments "$@"
 steps=7
 step "Looking for missing packages"
-need_packages g++ cmake ninja-build libmxml-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev valgrind python3
+need_packages g++ cmake ninja-build libmxml-dev libcli11-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev \
+    valgrind python3
 need_build_folder benchmark
 build=$PWD/build/benchmark
 export results=$build/results programs=$build/benchmarks

@@ -29,8 +29,8 @@ need_build_folder checks ci ci-windows
 ! chosen format || need_packages clang-format
 ! chosen cppcheck || need_packages cppcheck
 if chosen build tidy; then
-    need_packages g++ clang-tidy cmake ninja-build libmxml-dev libgtest-dev libbenchmark-dev nlohmann-json3-dev \
-        rapidjson-dev python3-clang python3-jinja2 python3-jsonschema
+    need_packages g++ clang-tidy cmake ninja-build libmxml-dev libcli11-dev libgtest-dev libbenchmark-dev \
+        nlohmann-json3-dev rapidjson-dev python3-clang python3-jinja2 python3-jsonschema
     status=0
     scripts/windows-libraries.sh || status=$?
     configure --preset ci
@@ -78,14 +78,14 @@ check_build() {
 }
 
 check_format() {
-    find benchmarks docs examples harness sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print |
+    find benchmarks check docs examples harness sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print |
         run_on_each clang-format --dry-run -Werror
 }
 
-# Each source once, as it is compiled for Linux; then those for Windows alone, with the C++ headers that clang does not find.
+# Each source once, as it is compiled for Linux, but for those that a build makes; then those for Windows alone, with the C++ headers that clang does not find.
 check_tidy() {
     local headers
-    sources_of ci | grep -v '^benchmarks/' | run_on_each clang-tidy --quiet -p "$(commands_for_clang ci)"
+    sources_of ci | grep -v -e '^benchmarks/' -e '^build/' | run_on_each clang-tidy --quiet -p "$(commands_for_clang ci)"
     $windows || return 0
     headers=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
     sources_of ci-windows | grep 'Windows\.cpp$' | run_on_each clang-tidy --quiet -p "$(commands_for_clang ci-windows)" \
@@ -103,7 +103,7 @@ check_cppcheck() {
         --enable=warning,style,performance,portability \
         --suppress=unreadVariable --suppress=noExplicitConstructor:sdk/include/* \
         --suppress=constParameter:telemetry/FacetAccess.h --suppress=returnByReference:telemetry/CorvaneTavi.h \
-        --suppress=normalCheckLevelMaxBranches -I sdk/include -I . sdk telemetry harness
+        --suppress=normalCheckLevelMaxBranches -I sdk/include -I . sdk telemetry harness check
 }
 
 for check in "${checks[@]}"; do

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Packs the program, both libraries, the files by which host applications find them and the event reference, leaves the
+# Packs the programs, both libraries, the files by which host applications find them and the event reference, leaves the
 # archive or the packages in build/packages/, and prints their names.
 #
 #     scripts/pack.sh [release|deb|windows]
@@ -18,7 +18,7 @@ packages=$PWD/build/packages
 
 steps=4
 step "Looking for missing packages"
-need_packages g++ cmake ninja-build libmxml-dev
+need_packages g++ cmake ninja-build libmxml-dev libcli11-dev nlohmann-json3-dev
 [[ "$preset" != deb ]] || need_packages dpkg-dev file
 need_build_folder "pack-$preset"
 [[ "$preset" != windows ]] || scripts/windows-libraries.sh >&2

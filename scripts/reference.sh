@@ -13,7 +13,7 @@ source "$(dirname -- "$0")/common.bash"
 take_no_arguments "$@"
 steps=5
 step "Looking for missing packages"
-need_packages g++ cmake ninja-build libmxml-dev libgtest-dev libcli11-dev nlohmann-json3-dev python3-clang python3-jinja2 \
+need_packages g++ cmake ninja-build libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev python3-clang python3-jinja2 \
     python3-jsonschema python3-rich
 need_build_folder release
 step "Running scripts/run.sh"

@@ -9,11 +9,11 @@ source "$(dirname -- "$0")/common.bash"
 take_no_arguments "$@"
 steps=4
 step "Looking for missing packages"
-need_packages g++ cmake ninja-build libmxml-dev
+need_packages g++ cmake ninja-build libmxml-dev libcli11-dev nlohmann-json3-dev
 need_build_folder run
 step "Configuring in build/run"
 configure --preset release -B build/run -DBUILD_TESTING=OFF
 step "Building"
-compile build/run
+compile build/run --target cvtavi_test
 step "Running build/run/bin/cvtavi_test"
 become build/run/bin/cvtavi_test

@@ -35,7 +35,7 @@ for preset in "${presets[@]}"; do
 done
 
 step "Looking for missing packages and libraries"
-packages=(g++ cmake ninja-build python3 libmxml-dev libgtest-dev nlohmann-json3-dev)
+packages=(g++ cmake ninja-build python3 libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev)
 ! is_asked_for release debug clang || packages+=(strace)
 ! is_asked_for release debug clang || packages+=(python3-clang python3-jinja2 python3-jsonschema)
 ! is_asked_for release debug sanitize clang coverage || packages+=(pkgconf)
@@ -80,11 +80,11 @@ count_in() {
 # Prints the coverage of each of the product's files, and each line that no test ran.
 print_coverage() {
     local build=$PWD/build/coverage object objects=()
-    for object in "$build"/tests/{unit_tests,program_tests} "$build"/lib/libTaviSDKWrapper.so; do
+    for object in "$build"/bin/tavi_check "$build"/tests/{unit_tests,program_tests} "$build"/lib/libTaviSDKWrapper.so; do
         objects+=(-object "$object")
     done
     llvm-profdata merge -sparse "$profiles"/*.profraw -o "$profiles/all.profdata"
-    local what=(-instr-profile="$profiles/all.profdata" "$build/bin/cvtavi_test" "${objects[@]}" sdk telemetry harness)
+    local what=(-instr-profile="$profiles/all.profdata" "$build/bin/cvtavi_test" "${objects[@]}" sdk telemetry harness check)
     llvm-cov report "${what[@]}" -show-branch-summary -show-region-summary=false
     say "coverage: lines that no test runs"
     llvm-cov export "${what[@]}" -format=lcov -skip-expansions |

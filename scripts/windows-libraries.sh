@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds the libraries of the Windows build, with mingw-w64, into build/windows-libraries/: Mini-XML from Debian's source
-# package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and nlohmann-json's headers. Does
-# nothing when they are there in these versions. The exit status is 3 when there is no such source package; whenever it
-# fails, earlier ones stay.
+# package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and the headers of nlohmann-json and
+# CLI11. Does nothing when they are there in these versions. The exit status is 3 when there is no such source package;
+# whenever it fails, earlier ones stay.
 #
 #     scripts/windows-libraries.sh
 set -euo pipefail
@@ -11,14 +11,16 @@ source "$(dirname -- "$0")/common.bash"
 take_no_arguments "$@"
 steps=3
 steps_are_output=true
-need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make patch xz-utils libmxml-dev googletest nlohmann-json3-dev
+need_packages g++-mingw-w64-x86-64-posix cmake ninja-build make patch xz-utils libmxml-dev googletest nlohmann-json3-dev \
+    libcli11-dev
 need_build_folder windows-libraries
 
 prefix=$PWD/build/windows-libraries
 toolchain=$PWD/cmake/MingwToolchain.cmake
 host=x86_64-w64-mingw32
 mxml_version=$(dpkg-query -W -f '${source:Version}' libmxml-dev)
-versions=$(dpkg-query -W -f '${Package} ${Version}\n' libmxml-dev googletest nlohmann-json3-dev g++-mingw-w64-x86-64-posix)
+versions=$(dpkg-query -W -f '${Package} ${Version}\n' libmxml-dev googletest nlohmann-json3-dev libcli11-dev \
+    g++-mingw-w64-x86-64-posix)
 if [[ "$(cat "$prefix/versions" 2>/dev/null)" == "$versions" ]]; then
     say "Windows libraries: up to date"
     exit 0
@@ -76,11 +78,11 @@ quietly cmake -S /usr/src/googletest -B "$work/googletest" -G Ninja -DCMAKE_TOOL
     quietly cmake --build "$work/googletest" &&
     quietly cmake --install "$work/googletest" --prefix "$new" || fail "GoogleTest cannot be built, see above"
 
-step "Windows libraries: copying nlohmann-json"
+step "Windows libraries: copying nlohmann-json and CLI11"
 # Copied, for /usr/include itself holds this system's headers as well.
 mkdir -p "$new/share/cmake"
-cp -r /usr/include/nlohmann "$new/include/"
-cp -r /usr/share/cmake/nlohmann_json "$new/share/cmake/"
+cp -r /usr/include/{nlohmann,CLI} "$new/include/"
+cp -r /usr/share/cmake/{nlohmann_json,CLI11} "$new/share/cmake/"
 
 # Only now are the old ones replaced. The versions are removed first and written last: whoever finds them finds all.
 rm -rf "$prefix/versions" "$prefix"

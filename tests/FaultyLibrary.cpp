@@ -7,12 +7,17 @@
 //   "hostProduct"  the identifier that Initialize gives out
 //   "callbacks"    how often TrackEvent calls the testing callback (1 when left out)
 //   "payload"      what it hands over in place of the payload; an array may hold strings only
+//   "payloads"     an array of what it hands over one by one in place of the payload; of SetTestingCallback, what the
+//                  callback is handed as soon as it is registered
+//   "patch"        a JSON Patch (RFC 6902) of the payload
+//   "atExit"       of SetTestingCallback: an array of what the callback is handed when the library is unloaded
 // TAVI_FAULT_LOG, where set, names the file to which every call is added with its arguments, one JSON object a line.
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -71,6 +76,14 @@ JsonValue ToValue(const json& source)
     return value;
 }
 
+std::vector<JsonValue> ToValues(const json& sources)
+{
+    std::vector<JsonValue> values;
+    for (const json& source : sources)
+        values.push_back(ToValue(source));
+    return values;
+}
+
 class Faults
 {
 public:
@@ -80,6 +93,19 @@ public:
             script = json::parse(std::ifstream(file));
         if (const char* const file = std::getenv("TAVI_FAULT_LOG"))
             log.open(file, std::ios::app);
+    }
+    ~Faults() { HandOver(atExit); }
+    Faults(const Faults&) = delete;
+    Faults& operator=(const Faults&) = delete;
+
+    void HandOver(const std::vector<JsonValue>& payloads) const
+    {
+        for (const JsonValue& payload : payloads)
+        {
+            JsonValue reply;
+            if (callback != nullptr)
+                callback(payload, callbackContext, reply);
+        }
     }
 
     // The scripted answer to the next call of `function`, which is logged with its arguments.
@@ -93,6 +119,7 @@ public:
     }
 
     JsonValue productDescription;
+    std::vector<JsonValue> atExit;
     Callback callback = nullptr;
     void* callbackContext = nullptr;
 
@@ -138,11 +165,12 @@ int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const Jso
                                                      {"payload", FromValue(payload)}});
     if (answer.contains("payload"))
         payload = ToValue(answer["payload"]);
-    for (int remaining = answer.value("callbacks", 1); remaining > 0 && faults.callback != nullptr; --remaining)
-    {
-        JsonValue reply;
-        faults.callback(payload, faults.callbackContext, reply);
-    }
+    if (answer.contains("patch"))
+        payload = ToValue(FromValue(payload).patch(answer["patch"]));
+    if (answer.contains("payloads"))
+        faults.HandOver(ToValues(answer["payloads"]));
+    else
+        faults.HandOver(std::vector<JsonValue>(answer.value("callbacks", std::size_t{1}), payload));
     return StatusOf(answer);
 }
 
@@ -159,13 +187,16 @@ int SetTestingFlags(const TaviString& productKey, const JsonValue& flags)
 
 int SetTestingCallback(const TaviString& productKey, Callback callback, void* context)
 {
-    const int status = StatusOf(TheFaults().Answer("SetTestingCallback", {{"productKey", Text(productKey)}}));
-    if (status == 0)
+    Faults& faults = TheFaults();
+    const json answer = faults.Answer("SetTestingCallback", {{"productKey", Text(productKey)}});
+    if (StatusOf(answer) == 0)
     {
-        TheFaults().callback = callback;
-        TheFaults().callbackContext = context;
+        faults.callback = callback;
+        faults.callbackContext = context;
+        faults.HandOver(ToValues(answer.value("payloads", json::array())));
+        faults.atExit = ToValues(answer.value("atExit", json::array()));
     }
-    return status;
+    return StatusOf(answer);
 }
 
 } // namespace Veltrane::TaviDesktopSDK

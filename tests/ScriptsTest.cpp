@@ -151,7 +151,7 @@ TEST(Scripts, AnUnknownPresetEndsBeforeAnythingIsBuilt)
 
 TEST(Scripts, WhatTheSystemLacksIsSaidInTheLastLine)
 {
-    const std::string packages = "g++ cmake ninja-build libmxml-dev";
+    const std::string packages = "g++ cmake ninja-build libmxml-dev libcli11-dev nlohmann-json3-dev";
     const struct
     {
         std::map<std::string, std::string> commands;
@@ -204,7 +204,9 @@ TEST(Scripts, RunShowsItsStepsOnATerminalOnly)
     const Outcome onTerminal = checkout.Run("/usr/bin/script", {"-qec", "scripts/run.sh", "/dev/null"});
     std::string screen = onTerminal.output;
     std::erase(screen, '\r');
-    EXPECT_EQ(screen, "[1/4] Looking for missing packages\nInstalling g++ cmake ninja-build libmxml-dev\n" + failure);
+    EXPECT_EQ(screen, "[1/4] Looking for missing packages\nInstalling g++ cmake ninja-build libmxml-dev libcli11-dev "
+                      "nlohmann-json3-dev\n" +
+                          failure);
     EXPECT_EQ(onTerminal.status, 1);
 }
 

@@ -41,10 +41,17 @@ ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder)
 
 Outcome ProgramCopy::Run(const std::string& script, OutputTo output) const
 {
+    return Run(executable, {}, script, output);
+}
+
+Outcome ProgramCopy::Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                         const std::string& script, OutputTo output) const
+{
     const std::filesystem::path scriptFile = temporary.Write("script.json", script);
     std::filesystem::remove(LogFile());
     return RunProgram(
-        {.program = executable,
+        {.program = program,
+         .arguments = arguments,
          .environment = {{"TAVI_FAULT_SCRIPT", Utf8Of(scriptFile)}, {"TAVI_FAULT_LOG", Utf8Of(LogFile())}},
          .workingFolder = temporary.Path(),
          .output = output});
@@ -67,4 +74,17 @@ nlohmann::json ProgramCopy::ReportedProduct() const
 {
     const std::vector<nlohmann::json> calls = Calls("Initialize");
     return calls.empty() ? nlohmann::json() : calls.front()["product"];
+}
+
+TaviCheckCopy::TaviCheckCopy(Library library, const std::filesystem::path& folder) : ProgramCopy(library, folder)
+{
+    const std::filesystem::path program = PathOf(TAVI_CHECK_FILE);
+    taviCheck = Executable().parent_path() / program.filename();
+    std::filesystem::copy_file(program, taviCheck);
+}
+
+Outcome TaviCheckCopy::RunTaviCheck(const std::vector<std::string>& arguments, const nlohmann::json& script,
+                                    OutputTo output) const
+{
+    return Run(taviCheck, arguments, script.dump(), output);
 }

@@ -77,6 +77,10 @@ public:
     Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
     std::filesystem::path LogFile() const { return temporary.Path() / "calls.log"; }
 
+    // The same of another program in the same folder.
+    Outcome Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                const std::string& script, OutputTo output) const;
+
     // The calls of the latest run in order, or those of one function.
     std::vector<nlohmann::json> Calls(const std::string& function = "") const;
 
@@ -86,4 +90,21 @@ public:
 private:
     TemporaryFolder temporary;
     std::filesystem::path executable;
+};
+
+// A copy of tavi_check as well, beside the test program's.
+class TaviCheckCopy : public ProgramCopy
+{
+public:
+    explicit TaviCheckCopy(Library library = Library::Faulty, const std::filesystem::path& folder = "copy");
+
+    const std::filesystem::path& TaviCheck() const { return taviCheck; }
+
+    // As Run(). Relative names of files are in Folder().
+    Outcome RunTaviCheck(const std::vector<std::string>& arguments,
+                         const nlohmann::json& script = nlohmann::json::object(),
+                         OutputTo output = OutputTo::File) const;
+
+private:
+    std::filesystem::path taviCheck;
 };
