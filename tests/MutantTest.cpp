@@ -6,13 +6,11 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cctype>
 #include <exception>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <mutex>
-#include <set>
 #include <string>
 #include <thread>
 #include <utility>
@@ -20,6 +18,7 @@
 
 #include "CatalogueModel.h"
 #include "Differences.h"
+#include "Mutants.h"
 #include "Program.h"
 
 using nlohmann::json;
@@ -27,144 +26,6 @@ using Path = json::json_pointer;
 
 namespace
 {
-
-struct Mutant
-{
-    std::size_t test; // index in the catalogue
-    std::string what;
-    json payload;
-    bool mustPass; // what the rules say of this kind of change, stated where it is made
-};
-
-// One expected text at `leaf`, which stands in the object at `parent` beside others.
-void AddLeafMutants(std::vector<Mutant>& mutants, std::size_t test, const json& payload, const Path& leaf)
-{
-    const Path parent = leaf.parent_pointer();
-    const std::string& key = leaf.back();
-    const std::string text = payload.at(leaf);
-    const auto add = [&](const std::string& what, const json& value)
-    {
-        json changed = payload;
-        changed[leaf] = value;
-        mutants.push_back({test, leaf.to_string() + " " + what, std::move(changed), false});
-    };
-    add("changed at its end", text + "x");
-    add("changed at its start", "x" + text);
-    if (!text.empty())
-    {
-        std::string otherCase = text;
-        const auto letter =
-            std::find_if(otherCase.begin(), otherCase.end(), [](unsigned char c) { return std::isalpha(c); });
-        if (letter != otherCase.end())
-        {
-            *letter = static_cast<char>(*letter ^ 0x20);
-            add("in other case", otherCase);
-        }
-        add("emptied", "");
-    }
-    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
-    add("as integer", isNumber && !text.empty() ? json::parse(text) : json(0));
-    add("as boolean", text == "True");
-    add("as null", nullptr);
-    add("as empty object", json::object());
-    add("as object", {{key, text}});
-    add("as array", json::array({text}));
-    add("as empty array", json::array());
-
-    json removed = payload;
-    removed.at(parent).erase(key);
-    mutants.push_back({test, leaf.to_string() + " removed", removed, false});
-    json moved = removed;
-    moved[parent / (key + ".MOVED")] = text;
-    mutants.push_back({test, leaf.to_string() + " moved to a new sibling", std::move(moved), false});
-    for (const auto& [sibling, value] : payload.at(parent).items())
-    {
-        if (sibling == key || !value.is_string() || value == text)
-            continue;
-        json swapped = payload;
-        swapped[leaf] = value;
-        swapped[parent / sibling] = text;
-        mutants.push_back({test, leaf.to_string() + " swapped with " + sibling, std::move(swapped), false});
-    }
-}
-
-void AddObjectMutants(std::vector<Mutant>& mutants, std::size_t test, const CatalogueTest& catalogueTest,
-                      const std::string& key)
-{
-    const Path path = Path() / key;
-    const json& payload = catalogueTest.payload;
-    const auto add = [&](const std::string& what, const json& value, bool mustPass = false)
-    {
-        json changed = payload;
-        changed[path] = value;
-        mutants.push_back({test, path.to_string() + " " + what, std::move(changed), mustPass});
-    };
-    for (const json& scalar : {json("text"), json(""), json(1), json(true), json(false), json()})
-        add("replaced by " + scalar.dump(), scalar);
-    add("replaced by its text", payload.at(path).dump());
-    add("replaced by an empty object", json::object());
-    add("replaced by an array", json::array({"text"}));
-
-    json more = payload.at(path);
-    more["COMMON.NOT_EXPECTED"] = "more";
-    // Of a document only four members are compared.
-    add("with one more member", more, catalogueTest.isDocument);
-
-    json removed = payload;
-    removed.erase(key);
-    mutants.push_back({test, path.to_string() + " removed", std::move(removed), false});
-}
-
-// Changes of what no expectation compares: they must pass.
-void AddHarmlessMutants(std::vector<Mutant>& mutants, std::size_t test, const CatalogueTest& catalogueTest)
-{
-    const json& payload = catalogueTest.payload;
-    json more = payload;
-    more["a_further_key"] = {{"of", "any"}, {"kind", 1}};
-    mutants.push_back({test, "a further key", std::move(more), true});
-    for (const auto& [key, value] : payload.items())
-    {
-        if (catalogueTest.expected.contains(key))
-            continue;
-        json changed = payload;
-        changed[key] = {{"changed", true}};
-        mutants.push_back({test, "/" + key + ", not expected, changed", std::move(changed), true});
-        json removed = payload;
-        removed.erase(key);
-        mutants.push_back({test, "/" + key + ", not expected, removed", std::move(removed), true});
-    }
-}
-
-std::vector<Mutant> AllMutants()
-{
-    std::vector<Mutant> mutants;
-    const std::vector<CatalogueTest>& tests = TheCatalogue();
-    for (std::size_t test = 0; test < tests.size(); ++test)
-    {
-        for (const auto& [key, expected] : tests[test].expected.items())
-        {
-            const Path path = Path() / key;
-            if (!expected.is_object())
-            {
-                AddLeafMutants(mutants, test, tests[test].payload, path);
-                continue;
-            }
-            for (const auto& [member, value] : expected.items())
-                AddLeafMutants(mutants, test, tests[test].payload, path / member);
-            AddObjectMutants(mutants, test, tests[test], key);
-        }
-        AddHarmlessMutants(mutants, test, tests[test]);
-    }
-    // Some mutants are equal (two members swapped from either side), and some are the right payload.
-    std::set<std::pair<std::size_t, std::string>> seen;
-    const auto isOfNoUse = [&](const Mutant& mutant)
-    {
-        const bool isRight = mutant.payload == tests[mutant.test].payload;
-        return isRight || !seen.insert({mutant.test, mutant.payload.dump()}).second;
-    };
-    std::erase_if(mutants, isOfNoUse);
-    return mutants;
-}
 
 // Mutants that are handed to one run of the program, each of another test and all of the same outcome.
 using Batch = std::vector<const Mutant*>;
@@ -244,7 +105,7 @@ std::map<const Mutant*, std::string> Faults(const ProgramCopy& copy, const Batch
 
 TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
 {
-    const std::vector<Mutant> mutants = AllMutants();
+    const std::vector<Mutant> mutants = MutantsOfExpectations();
     const std::vector<Batch> batches = Batches(mutants);
     std::atomic<std::size_t> next = 0;
     std::map<const Mutant*, std::string> wrong;
@@ -287,7 +148,7 @@ TEST(Mutant, EveryMutantIsJudgedAsTheRulesSay)
 // The mutants must reach every expectation: a catalogue that was read wrongly would make none and pass.
 TEST(Mutant, EveryExpectedTextHasMutantsThatMustFailAndEveryTestMutantsThatMustPass)
 {
-    const std::vector<Mutant> mutants = AllMutants();
+    const std::vector<Mutant> mutants = MutantsOfExpectations();
     const auto isFoundFor = [&mutants](std::size_t test, bool mustPass, const Path& changed)
     {
         const json& payload = TheCatalogue()[test].payload;
