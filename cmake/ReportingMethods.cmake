@@ -1,14 +1,33 @@
-# corvane_reporting_methods(FILE FUNCTION): writes FILE, to be included in a list in C++, with a line for each reporting method
-# of the wrapper's header: FUNCTION("TrackMeshSize", &CorvaneTavi::TrackMeshSize),
+# The system's Python: its packages are Debian's. Another one may come before it on the PATH.
+set(CORVANE_PYTHON /usr/bin/python3)
+
+# corvane_reporting_methods(FILE FUNCTION): has FILE written, to be included in a list in C++, with a line for each reporting
+# method of the wrapper's header: FUNCTION("TrackMeshSize", &CorvaneTavi::TrackMeshSize),
 #
-# StartTrackFileChange, which sends what another method prepared, is not among them.
+# StartTrackFileChange, which sends what another method prepared, is not among them. FILE, which has a whole path, must be among
+# the sources of the target that includes it.
 function(corvane_reporting_methods file function)
-    set(header "${PROJECT_SOURCE_DIR}/telemetry/CorvaneTavi.h")
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${header}")
-    file(READ "${header}" declarations)
-    string(REGEX MATCHALL "\n    void Track[A-Za-z0-9]+\\(" declarations "${declarations}")
-    list(FILTER declarations EXCLUDE REGEX "TrackWaypoint") # reports what the others are made of
-    list(TRANSFORM declarations REPLACE "\n    void ([A-Za-z0-9]+)\\(" "${function}(\"\\1\", &CorvaneTavi::\\1),\n")
-    string(JOIN "" methods ${declarations})
-    file(CONFIGURE OUTPUT "${file}" CONTENT "@methods@" @ONLY)
+    set(folder "${PROJECT_SOURCE_DIR}/docs/reference")
+    add_custom_command(
+        OUTPUT "${file}"
+        COMMAND "${CORVANE_PYTHON}" -B "${folder}/reporting_methods.py" "${PROJECT_SOURCE_DIR}" "${function}" "${file}"
+        DEPENDS "${PROJECT_SOURCE_DIR}/telemetry/CorvaneTavi.h" "${folder}/header.py" "${folder}/reporting_methods.py"
+        VERBATIM
+    )
+endfunction()
+
+# corvane_need_python_modules(MODULE...): ends configuring where one is missing.
+function(corvane_need_python_modules)
+    foreach(module IN LISTS ARGN)
+        execute_process(
+            COMMAND "${CORVANE_PYTHON}" -c "import ${module}"
+            RESULT_VARIABLE status
+            OUTPUT_QUIET ERROR_QUIET
+        )
+        if(NOT status EQUAL 0)
+            string(REGEX REPLACE "\\..*" "" package "${module}")
+            message(FATAL_ERROR "The tests take Debian's python3-${package}: install it, or configure with \
+-DBUILD_TESTING=OFF.")
+        endif()
+    endforeach()
 endfunction()
