@@ -82,7 +82,8 @@ check_format() {
         run_on_each clang-format --dry-run -Werror
 }
 
-# Each source once, as it is compiled for Linux, but for those that a build makes; then those for Windows alone, with the C++ headers that clang does not find.
+# Each source once, as it is compiled for Linux, but for those that a build makes; then those for Windows alone, with the C++
+# headers that clang does not find.
 check_tidy() {
     local headers
     sources_of ci | grep -v -e '^benchmarks/' -e '^build/' | run_on_each clang-tidy --quiet -p "$(commands_for_clang ci)"

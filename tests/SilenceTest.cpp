@@ -47,8 +47,9 @@ std::vector<std::string> LoudCalls(Command command, int expectedStatus)
 
 TEST(Silence, ARunWithUploadOffOpensNoSocketAndWritesNoFile)
 {
-    const ProgramCopy copy(ProgramCopy::Library::StandIn);
-    EXPECT_EQ(LoudCalls({.program = copy.Executable()}, 0), std::vector<std::string>());
+    const TaviCheckCopy copy(ProgramCopy::Library::StandIn);
+    for (const std::filesystem::path& program : {copy.Executable(), copy.TaviCheck()})
+        EXPECT_EQ(LoudCalls({.program = program}, 0), std::vector<std::string>()) << program;
 }
 
 TEST(Silence, ARunWhileNotOptedInOpensNoSocketAndWritesNoFile)

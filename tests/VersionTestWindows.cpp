@@ -49,10 +49,10 @@ std::wstring Text(const std::vector<std::byte>& resource, const std::wstring& na
 
 } // namespace
 
-TEST(Version, ThePropertiesOfTheProgramAndTheLibraryShowTheProjects)
+TEST(Version, ThePropertiesOfTheProgramsAndTheLibraryShowTheProjects)
 {
     const std::wstring version = PathOf(VERSION).wstring();
-    for (const std::filesystem::path& file : {PathOf(PROGRAM_FILE), PathOf(STAND_IN_FILE)})
+    for (const std::filesystem::path& file : {PathOf(PROGRAM_FILE), PathOf(TAVI_CHECK_FILE), PathOf(STAND_IN_FILE)})
     {
         const std::vector<std::byte> resource = VersionResource(file);
         ASSERT_FALSE(resource.empty()) << file;

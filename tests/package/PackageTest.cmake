@@ -37,7 +37,7 @@ function(expect_no_other_libraries)
             endif()
             string(TOLOWER "${library}" library)
             if(NOT library MATCHES "^((lib)?tavisdkwrapper.*|libc\\.so\\.6|libgcc_s\\.so\\.1|libm\\.so\\.6|ld-linux.*)$"
-               AND NOT library MATCHES "^(kernel32\\.dll|msvcrt\\.dll|api-ms-win-crt-.*|shlwapi\\.dll)$"
+               AND NOT library MATCHES "^(kernel32\\.dll|msvcrt\\.dll|api-ms-win-crt-.*|shell32\\.dll|shlwapi\\.dll)$"
             )
                 message(FATAL_ERROR "${binary} depends on ${library}")
             endif()
@@ -73,6 +73,7 @@ function(TheInstalledProgramRunsFromAMovedFolder)
     install_to("${folder}/prefix")
     file(RENAME "${folder}/prefix" "${folder}/moved elsewhere")
     expect_output("${goodRun}" "${folder}/moved elsewhere/bin/cvtavi_test")
+    expect_output("${goodCheck}" "${folder}/moved elsewhere/bin/tavi_check")
     expect_file("${folder}/moved elsewhere/bin/UPI/upiconfig.xml")
     foreach(file IN ITEMS CHANGELOG.md events.csv events.html events.json events.md events.schema.json payloads.schema.json)
         expect_file("${folder}/moved elsewhere/share/doc/CorvaneTavi/${file}")
@@ -91,6 +92,7 @@ endfunction()
 function(EachComponentIsEnoughForItsUse)
     install_to("${folder}/runtime" --component Runtime)
     expect_output("${goodRun}" "${folder}/runtime/bin/cvtavi_test")
+    expect_output("${goodCheck}" "${folder}/runtime/bin/tavi_check")
     if(EXISTS "${folder}/runtime/include" OR EXISTS "${folder}/runtime/lib/cmake")
         message(FATAL_ERROR "What a host is built with is installed for running")
     endif()
@@ -184,7 +186,7 @@ function(AHostBuildsTheProjectAsASubfolder)
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${prefix}")
     build_host(minimal "${prefix}" "${folder}/other")
     expect_output("${minimalRun}" "${folder}/other/minimal_host")
-    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" bin/UPI share)
+    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" "bin/tavi_check${EXECUTABLE_SUFFIX}" bin/UPI share)
         if(EXISTS "${prefix}/${path}")
             message(FATAL_ERROR "${path} is installed along with the host")
         endif()
@@ -409,8 +411,9 @@ function(TheArchiveRunsAfterUnpackingWithNothingElseInstalled)
     file(ARCHIVE_EXTRACT INPUT "${archives}" DESTINATION "${folder}/some where")
     file(GLOB unpacked "${folder}/some where/*")
     expect_output("${goodRun}" "${unpacked}/bin/cvtavi_test" --unset=LD_LIBRARY_PATH)
-    file(GLOB binaries "${unpacked}/bin/cvtavi_test*" "${unpacked}/bin/*TaviSDK*.dll" "${unpacked}/bin/*mxml*.dll"
-         "${unpacked}/lib/*.so"
+    expect_output("${goodCheck}" "${unpacked}/bin/tavi_check" --unset=LD_LIBRARY_PATH)
+    file(GLOB binaries "${unpacked}/bin/cvtavi_test*" "${unpacked}/bin/tavi_check*" "${unpacked}/bin/*TaviSDK*.dll"
+         "${unpacked}/bin/*mxml*.dll" "${unpacked}/lib/*.so"
     )
     expect_no_other_libraries(${binaries})
 endfunction()
@@ -418,8 +421,8 @@ endfunction()
 function(AnotherLibraryTakesTheStandInsPlace)
     # Inside the build folder, so that the linker gets no absolute path, see build_host().
     install_to("${folder}/build/library")
-    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" bin/UPI include/telemetry lib/cmake lib/pkgconfig
-                          "${STATIC_LIBRARY}"
+    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" "bin/tavi_check${EXECUTABLE_SUFFIX}" bin/UPI include/telemetry
+                          lib/cmake lib/pkgconfig "${STATIC_LIBRARY}"
     )
         file(REMOVE_RECURSE "${folder}/build/library/${path}")
     endforeach()
@@ -436,12 +439,14 @@ function(AnotherLibraryTakesTheStandInsPlace)
         message(FATAL_ERROR "The stand-in is built all the same")
     endif()
     expect_output("${goodRun}" "${folder}/build/bin/cvtavi_test")
+    expect_output("${goodCheck}" "${folder}/build/bin/tavi_check")
     run("${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}" --no-tests=error)
 
     # The library is installed with the program, and its former folder is not needed any more.
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${folder}/prefix")
     file(RENAME "${folder}/build/library" "${folder}/library elsewhere")
     expect_output("${goodRun}" "${folder}/prefix/bin/cvtavi_test")
+    expect_output("${goodCheck}" "${folder}/prefix/bin/tavi_check")
     build_host(minimal "${folder}/prefix" "${folder}/host")
     expect_output("${minimalRun}" "${folder}/host/minimal_host")
 endfunction()

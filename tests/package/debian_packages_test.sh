@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the packages for Debian and installs them in a bare root of their own. There the program runs, and a host application
+# Makes the packages for Debian and installs them in a bare root of their own. There the programs run, and a host application
 # builds by g++ and pkg-config.
 #
 #     debian_packages_test.sh SOURCE GENERATOR COMPILER
@@ -47,7 +47,11 @@ cp -r "$source/examples/minimal" "$root/root/"
 
 apt_get install /root/corvane-tavi.deb
 in_bare_root cvtavi_test | diff "$source/tests/data/good_run.txt" - || fail "the program does not print what it should"
-for file in share/doc/corvane-tavi/{CHANGELOG.md,events.{csv,html,json,md},{events,payloads}.schema.json} lib/corvane-tavi/UPI/upiconfig.xml; do
+found=$(in_bare_root tavi_check | tail -n 1)
+expected="$(grep -c '^PASSED$' "$source/tests/data/good_run.txt") passed, 0 failed"
+[[ "$found" == "$expected" ]] || fail "tavi_check ends with \"$found\""
+for file in share/doc/corvane-tavi/{CHANGELOG.md,events.{csv,html,json,md},{events,payloads}.schema.json} \
+    lib/corvane-tavi/UPI/upiconfig.xml; do
     [[ -f "$root/usr/$file" ]] || fail "/usr/$file is missing"
 done
 

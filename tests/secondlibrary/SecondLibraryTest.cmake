@@ -17,6 +17,7 @@ function(ProgramAndWrapperBuildAndPassOnIt)
     )
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
     expect_output("${goodRun}" "${program}")
+    expect_output("${goodCheck}" "${folder}/build/bin/tavi_check")
     run(${ctest})
 endfunction()
 
