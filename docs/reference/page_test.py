@@ -476,7 +476,7 @@ class AnyReference(InABrowser):
             ("furlongs", ["TrackDoor"]),  # a unit
             ("highly", ["TrackLock"]),  # a sensitivity
             ("list", ["TrackGate"]),  # why it holds no person's text
-            ("flag", ["TrackGate"]),  # a kind
+            ("number", ["TrackDoor"]),  # a kind
             ("waxen", []),  # an example says nothing
         ):
             with self.subTest(words):
@@ -543,8 +543,10 @@ class AnyReference(InABrowser):
                 self.assertEqual(self.text("found"), f"0 of 4 events, 0 of 6 keys; also: {heading}")
         self.search("every event")
         self.assertEqual(self.run_script(TEXTS, "#common .line th"), ["product"])
-        self.search("secret")
-        self.assertEqual(self.keys(), ["A.FILE.NAME"])
+        for words, expected in (("secret", ["A.FILE.NAME"]), ("number", ["A.DOOR_WIDTH"]), ("waxen", [])):
+            with self.subTest(words):
+                self.search(words)
+                self.assertEqual(self.keys(), expected)
 
     def test_says_what_was_asked_when_nothing_is_found(self):
         self.search("xyzzy door", kind="text", personal="no")

@@ -20,7 +20,11 @@ function wordsOf(text) {
     return words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/('s|\.)$/, ""));
 }
 
-const textOfRow = row => textOf(all("th, td:not(.example), a", row)) + " " + row.dataset.fits.split("|")[0];
+// What a key can be filtered by, for each of its meanings.
+const meaningsOf = element => (element.dataset.fits ?? "").split(";").map(meaning => meaning.split("|"));
+const kindsOf = element => " " + meaningsOf(element).map(([kind]) => kind).join(" ");
+
+const textOfRow = row => textOf(all("th, td:not(.example), a", row)) + kindsOf(row);
 const events = all("article").map(element => {
     const section = element.closest("section");
     const signature = element.querySelector(".signature").textContent;
@@ -35,7 +39,7 @@ const lines = all(".line").map(element => {
     const section = element.closest("section");
     const copy = element.cloneNode(true);
     all(".example, .events a", copy).forEach(part => part.remove());
-    return { element, text: textOf([...all(":scope > h2, :scope > p:not(.line)", section), copy]) };
+    return { element, text: textOf([...all(":scope > h2, :scope > p:not(.line)", section), copy]) + kindsOf(element) };
 });
 const keyCount = all("#keys .line").length;
 
@@ -44,8 +48,7 @@ const filters = () => all("select", form).map(select => select.value);
 // A key fits by one of its meanings; what is no key fits as long as nothing is asked of keys.
 function fits(element) {
     const wanted = filters();
-    const meanings = (element.dataset.fits ?? "").split(";").map(meaning => meaning.split("|"));
-    return meanings.some(meaning => wanted.every((value, i) => value === "" || value === meaning[i]));
+    return meaningsOf(element).some(meaning => wanted.every((value, i) => value === "" || value === meaning[i]));
 }
 
 // The search as a link's end; empty when all is shown.
