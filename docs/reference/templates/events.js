@@ -108,9 +108,11 @@ function report(shown, more) {
     const hash = asHash();
     link.hidden = hash === "";
     link.href = hash === "" ? "#" : hash;
+    const isNothing = count === 0 && keys === 0 && others.length === 0;
+    found.classList.toggle("nothing", isNothing);
     if (hash === "") {
         found.replaceChildren(`${count} events, ${keyCount} keys`);
-    } else if (count === 0 && keys === 0 && others.length === 0) {
+    } else if (isNothing) {
         found.replaceChildren(`Nothing found for ${asked()}`);
     } else {
         found.replaceChildren(`${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
