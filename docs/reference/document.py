@@ -305,7 +305,3 @@ def compose(product, version, changelog, declarations, vocabulary, observations,
             "unreleased": unreleased, "about": annotations["about"],
             "common": [annotate(key, entries[key["key"]]) for key in common_keys],
             "groups": groups, "unsent": unsent_texts(vocabulary, groups)}
-
-
-def as_text(document):
-    return json.dumps(document, indent=4, ensure_ascii=False) + "\n"

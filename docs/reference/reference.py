@@ -61,8 +61,8 @@ def make_files(probe, sources, product, version):
         "docs/annotations.json")
     released = newest_release(docs)
     since = changes.compare(released, made) if released is not None else None
-    return {"events.json": document.as_text(made),
-            "payloads.schema.json": document.as_text(payloads.payload_schema(made)),
+    return {"events.json": render.as_json(made),
+            "payloads.schema.json": render.as_json(payloads.payload_schema(made)),
             "events.csv": render.table(made),
             "events.md": render.markdown(made, since),
             "events.html": render.page(made, since)}
