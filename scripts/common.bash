@@ -1,10 +1,11 @@
 # Sourced by the other scripts: what they share.
 #
-# A script sets `steps`, the number of its calls of step(), and `steps_are_output` when these belong to its output.
+# A script sets `steps`, the number of its calls of step(), `steps_are_output` when these belong to its output, and `failure`,
+# its exit status when it fails, when that is not 1.
 
 script=$(realpath -- "$0")
 CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
-steps=0 step=0 steps_are_output=false
+steps=0 step=0 steps_are_output=false failure=1
 
 # All temporary files of the script and of what it starts are in one folder, which is removed when the script ends or is
 # interrupted.
@@ -23,7 +24,7 @@ become() {
 
 fail() {
     printf '%s: %s\n' "${script##*/}" "$1" >&2
-    exit 1
+    exit "$failure"
 }
 
 # say TEXT: on standard output when the steps are part of the output; else on the error stream, if that is a terminal.

@@ -43,12 +43,6 @@ def run_probe_with_other_product(probe, product_file):
         return run_probe(copy)
 
 
-def newest_release(docs):
-    """The document of the newest version in docs/released/; None where there is none."""
-    files = sorted((docs / "released").glob("*.json"), key=lambda file: [int(part) for part in file.stem.split(".")])
-    return json.loads(files[-1].read_text(encoding="utf-8")) if files else None
-
-
 def make_files(probe, sources, product, version):
     """The texts of all files, by their names in docs/."""
     docs = sources / "docs"
@@ -59,8 +53,8 @@ def make_files(probe, sources, product, version):
         run_probe_with_other_product(probe, sources / "harness/UPI/upiconfig.xml"),
         document.read_annotations(annotations.read_text(encoding="utf-8"), "docs/annotations.json"),
         "docs/annotations.json")
-    released = newest_release(docs)
-    since = changes.compare(released, made) if released is not None else None
+    released = json.loads(changes.newest_release().read_text(encoding="utf-8"))
+    since = changes.compare(released, made)
     return {"events.json": render.as_json(made),
             "payloads.schema.json": render.as_json(payloads.payload_schema(made)),
             "events.csv": render.table(made),

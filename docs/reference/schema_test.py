@@ -170,6 +170,7 @@ BROKEN = (
     (key_of("flag"), "type", "integer"),
     (key_of("fixed"), "kind", "constant"),
     (key_of("fixed"), "type", "boolean"),
+    (key_of("fixed"), "measured", True),
     (key_of("fixed"), "from", "name"),
     (key_of("fixed"), "personal_text", True),
     (measured, "from", "name"),
@@ -179,6 +180,12 @@ BROKEN = (
     (conditional, "unless", {"place": "nowhere", "key": "COMMON.ZEPH_NB_TOOL_COUNT", "value": "0"}),
     (lambda document: document["common"][0], "place", "component_attributes"),
     (lambda document: document["common"][0], "from", None),
+)
+
+# The same of several members.
+BROKEN_TOGETHER = (
+    (key_of("text"), {"type": "integer", "example": 1}),
+    (personal, {"personal_text": False, "no_personal_text": ""}),
 )
 
 
@@ -205,13 +212,13 @@ class SchemaTest(unittest.TestCase):
             self.refuse(other, repr(other)[:200])
 
     def test_broken_members_are_refused(self):
-        for find, member, value in BROKEN:
+        for find, members in (*((find, {member: value}) for find, member, value in BROKEN), *BROKEN_TOGETHER):
             document = copy.deepcopy(Document)
             holder = find(document)
-            self.assertIn(member, holder)
-            self.assertNotEqual(holder[member], value, f"{member} is as in docs/events.json")
-            holder[member] = value
-            self.refuse(document, f"{member}: {json.dumps(value)}")
+            for member, value in members.items():
+                self.assertNotEqual(holder[member], value, f"{member} is as in docs/events.json")
+            holder.update(members)
+            self.refuse(document, json.dumps(members))
 
     def test_values_of_other_types_are_refused(self):
         for find in HOLDERS:

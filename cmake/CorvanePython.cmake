@@ -31,3 +31,8 @@ function(corvane_need_python_modules)
         endif()
     endforeach()
 endfunction()
+
+# corvane_python_test(NAME FILE ARGUMENT...): a test that leaves no compiled modules in the sources.
+function(corvane_python_test name file)
+    add_test(NAME ${name} COMMAND "${CORVANE_PYTHON}" -B "${CMAKE_CURRENT_SOURCE_DIR}/${file}" ${ARGN})
+endfunction()
