@@ -19,13 +19,13 @@ std::optional<std::string> TextOrNone(const json& value)
 
 DocumentKey ReadKey(const json& source, const json& payload)
 {
-    DocumentKey key{source.at("key"),
-                    TextOrNone(source.at("place")).value_or(""),
-                    source.at("type"),
-                    TextOrNone(source.at("from")).value_or(""),
-                    false,
-                    {}};
-    key.isByTypeAlone = source.at("kind") == "product" || source.at("measured").get<bool>();
+    DocumentKey key;
+    key.name = source.at("key");
+    key.place = TextOrNone(source.at("place")).value_or("");
+    key.type = source.at("type");
+    key.parameter = TextOrNone(source.at("from")).value_or("");
+    key.isTheLibrarys = source.at("measured");
+    key.isByTypeAlone = key.isTheLibrarys || source.at("kind") == "product";
     const json& object = key.place.empty() ? payload : payload.at(key.place);
     // In this call it may be one that is left out.
     key.expected = source.at("unless").is_null() ? object.at(key.name) : object.value(key.name, json());

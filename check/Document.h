@@ -15,11 +15,12 @@ namespace Corvane
 struct DocumentKey
 {
     std::string name;
-    std::string place;       // the object that holds it; empty: it is at the payload's top level
-    std::string type;        // "string" or "integer"
-    std::string parameter;   // of the reporting method, where the value comes from one
-    bool isByTypeAlone;      // the product file's text or the edit timer's number: any value of the type will do
-    nlohmann::json expected; // what the catalogue's call sends; null when it leaves the key out
+    std::string place;          // the object that holds it; empty: it is at the payload's top level
+    std::string type;           // "string" or "integer"
+    std::string parameter;      // of the reporting method, where the value comes from one
+    bool isByTypeAlone = false; // the product file's text or the edit timer's number: any value of the type will do
+    bool isTheLibrarys = false; // the edit timer: not the wrapper but the library writes it, or not
+    nlohmann::json expected;    // what the catalogue's call sends; null when it leaves the key out
 };
 
 struct DocumentEvent

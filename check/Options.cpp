@@ -15,12 +15,14 @@ namespace
 const char* const Description =
     "Calls every reporting method of the wrapper and compares each payload, whole, with what docs/events.json says:\n"
     "each call sends exactly one, with every key, scope, type and object as it is there. Of the product's description\n"
-    "and of the edit timer only the type is compared. Further top-level keys are listed.";
+    "and of the edit timer only the type is compared. Listed are further top-level keys, and an edit timer that does "
+    "not\n"
+    "come.";
 
 const char* const ExitStatuses =
-    "Exit status: 0 every test passed; 1 a test failed, or the library refused test mode, or the user has not opted "
-    "in;\n"
-    "2 the arguments are wrong; 3 something that was asked for could not be written, whatever became of the tests.";
+    "Exit status: 0 every test passed; 1 a test failed, or the library refused test mode, or the user has not\n"
+    "opted in; 2 the arguments are wrong; 3 something that was asked for could not be written, whatever became of the\n"
+    "tests.";
 
 // Without what an option excludes.
 class ShortHelp : public CLI::Formatter
@@ -61,7 +63,7 @@ CommandLine ReadCommandLine(std::vector<std::string> arguments)
                        "Print every waypoint with its attributes, to compare a whitelist with, and exit")
             ->type_name("json|csv")
             ->check(CLI::IsMember({"json", "csv"}).description(""));
-    CLI::Option* const strict = app.add_flag("--strict", options.strict, "A further top-level key is a fault");
+    CLI::Option* const strict = app.add_flag("--strict", options.strict, "What is listed otherwise is a fault");
     CLI::Option* const json = app.add_flag("--json", options.json, "Print the outcome as one JSON document");
     CLI::Option* const junit =
         app.add_option("--junit", options.junitFile, "Write a JUnit report as well")->type_name("FILE");

@@ -80,6 +80,11 @@ private:
         if (key.expected.is_null())
             return;
         const auto sent = object.find(key.name);
+        if (sent == object.end() && key.isTheLibrarys)
+        {
+            findings.unsentKeys.push_back(key.name);
+            return;
+        }
         const bool isRight =
             sent != object.end() && HasType(*sent, key.type) && (key.isByTypeAlone || *sent == key.expected);
         if (!isRight)
@@ -107,10 +112,11 @@ PayloadFindings CheckPayload(const json& payload, const DocumentEvent& event)
     {
         return {{"the payload is null: the whitelist may not have been downloaded, may have expired, or may lack the "
                  "waypoint or an attribute"},
+                {},
                 {}};
     }
     if (!payload.is_object())
-        return {{"the payload is no object: " + JsonTextOf(payload)}, {}};
+        return {{"the payload is no object: " + JsonTextOf(payload)}, {}, {}};
     return Comparison(payload, event).Findings();
 }
 

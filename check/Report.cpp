@@ -32,6 +32,17 @@ std::string CountOf(std::size_t count, const std::string& what)
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
+using KeyCounts = std::map<std::string, std::size_t>; // the number of tests with each key
+
+// Nothing without keys.
+std::string KeyLines(const std::string& heading, const KeyCounts& counts)
+{
+    std::string text;
+    for (const auto& [key, count] : counts)
+        text.append("    ").append(key).append(": ").append(CountOf(count, "test")).append("\n");
+    return counts.empty() ? "" : "\n" + heading + "\n" + text;
+}
+
 // Well-formed UTF-8, with U+FFFD for what is not.
 std::string WellFormed(const std::string& text)
 {
@@ -102,7 +113,8 @@ std::string JUnitCase(const std::string& name, double seconds, const std::string
 std::string TextReport(const RunOutcome& outcome)
 {
     std::string text;
-    std::map<std::string, std::size_t> furtherKeys; // the number of tests with each
+    KeyCounts furtherKeys;
+    KeyCounts unsentKeys;
     for (const TestOutcome& test : outcome.tests)
     {
         text += (test.faults.empty() ? "PASSED  " : "FAILED  ") + test.name + "\n";
@@ -110,13 +122,13 @@ std::string TextReport(const RunOutcome& outcome)
             text += "    " + fault + "\n";
         for (const std::string& key : test.furtherKeys)
             ++furtherKeys[key];
+        for (const std::string& key : test.unsentKeys)
+            ++unsentKeys[key];
     }
     for (const std::string& error : outcome.errors)
         text += "ERROR   " + error + "\n";
-    if (!furtherKeys.empty())
-        text += "\nTop-level keys that docs/events.json does not name:\n";
-    for (const auto& [key, count] : furtherKeys)
-        text += "    " + key + ": " + CountOf(count, "test") + "\n";
+    text += KeyLines("Top-level keys that docs/events.json does not name:", furtherKeys);
+    text += KeyLines("Keys of the library's own that did not come:", unsentKeys);
     const std::size_t failed = outcome.FailedTests();
     text.append("\n").append(std::to_string(outcome.tests.size() - failed)).append(" passed, ");
     text.append(std::to_string(failed)).append(" failed");
@@ -135,6 +147,7 @@ std::string JsonReport(const RunOutcome& outcome, const Document& document, bool
                          {"verdict", test.faults.empty() ? "passed" : "failed"},
                          {"faults", test.faults},
                          {"further_keys", test.furtherKeys},
+                         {"unsent_keys", test.unsentKeys},
                          {"messages", test.messages},
                          {"payloads", test.payloads}});
     }

@@ -10,16 +10,16 @@ namespace Corvane
 {
 
 // A line for each test, "PASSED  MeshSize" or "FAILED  MeshSize", above its faults; then errors outside the tests, the
-// keys that docs/events.json does not name, and the numbers of tests that passed and failed.
+// keys that docs/events.json does not name, those of the library's own that did not come, and the numbers of tests that
+// passed and failed.
 std::string TextReport(const RunOutcome& outcome);
 
 // One JSON document, an object of
 //   "document"   of docs/events.json: {"version"}
-//   "strict"     whether further keys are faults
+//   "strict"     whether further and unsent keys are faults
 //   "tests"      in order: {"name", "method" (null when docs/events.json has no such test), "verdict" ("passed" or
-//   "failed"),
-//                "faults" (sentences), "further_keys", "messages" (lines printed during the call), "payloads" (how
-//                many)}
+//                "failed"), "faults" (sentences), "further_keys", "unsent_keys", "messages" (lines printed during the
+//                call), "payloads" (how many)}
 //   "errors"     outside the tests, sentences
 //   "summary"    {"passed", "failed", "errors"}, numbers
 std::string JsonReport(const RunOutcome& outcome, const Document& document, bool isStrict);

@@ -156,10 +156,13 @@ public:
         for (const CheckedCall& call : test.calls)
             Check(call);
         outcome.furtherKeys.assign(furtherKeys.begin(), furtherKeys.end());
-        for (const std::string& key : furtherKeys)
+        outcome.unsentKeys.assign(unsentKeys.begin(), unsentKeys.end());
+        if (isStrict)
         {
-            if (isStrict)
+            for (const std::string& key : furtherKeys)
                 outcome.faults.push_back(key + " is not expected");
+            for (const std::string& key : unsentKeys)
+                outcome.faults.push_back(key + " is expected, not sent");
         }
         outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         return outcome;
@@ -213,6 +216,7 @@ private:
         for (const std::string& fault : findings.faults)
             AddFault(checked, which + fault);
         furtherKeys.insert(findings.furtherKeys.begin(), findings.furtherKeys.end());
+        unsentKeys.insert(findings.unsentKeys.begin(), findings.unsentKeys.end());
     }
 
     void AddFault(const CheckedCall& checked, const std::string& fault)
@@ -223,6 +227,7 @@ private:
     const CheckedTest& test;
     const DocumentEvent* event;
     std::set<std::string> furtherKeys;
+    std::set<std::string> unsentKeys;
     TestOutcome outcome;
 };
 

@@ -17,6 +17,7 @@ struct TestOutcome
     std::string method;                   // empty when docs/events.json has no event of the test
     std::vector<std::string> faults;      // a sentence each; none when the test passed
     std::vector<std::string> furtherKeys; // top-level keys that docs/events.json does not name, ascending
+    std::vector<std::string> unsentKeys;  // the library's own that docs/events.json names and that did not come
     std::vector<std::string> messages;    // lines that were printed meanwhile
     std::size_t payloads = 0;
     double seconds = 0;
@@ -35,9 +36,9 @@ struct RunOutcome
 // Those of the catalogue, in order.
 std::vector<std::string> TestNames();
 
-// Puts the library into test mode and runs the tests of these names. `isStrict` makes further keys faults. Nothing is
-// printed: what the wrapper and the library print on std::cout is kept. The callback stays registered, and its context
-// is never destroyed: the library may call it until the process ends.
+// Puts the library into test mode and runs the tests of these names. `isStrict` makes further and unsent keys faults.
+// Nothing is printed: what the wrapper and the library print on std::cout is kept. The callback stays registered, and
+// its context is never destroyed: the library may call it until the process ends.
 RunOutcome RunChecks(const Document& document, const std::vector<std::string>& names, bool isStrict);
 
 // After the outcome is told: a payload that still comes ends the process with status 1 and a line on the error stream.

@@ -22,20 +22,20 @@ namespace
 RunOutcome PassedAndFailed()
 {
     RunOutcome outcome;
-    outcome.tests.push_back({"One", "TrackOne", {}, {"machine", "user"}, {}, 1, 1.25});
-    outcome.tests.push_back({"Two", "", {"first \"fault\"", "second"}, {"user"}, {"a line"}, 2, 0.0125});
+    outcome.tests.push_back({"One", "TrackOne", {}, {"machine", "user"}, {"timer"}, {}, 1, 1.25});
+    outcome.tests.push_back({"Two", "", {"first \"fault\"", "second"}, {"user"}, {}, {"a line"}, 2, 0.0125});
     outcome.payloads = {R"({"b":1,"a":2})", "null"};
     return outcome;
 }
 
 DocumentKey Attribute(const std::string& name)
 {
-    return {name, "component_attributes", "string", "", false, "x"};
+    return {name, "component_attributes", "string", "", false, false, "x"};
 }
 
 Document SmallDocument()
 {
-    const DocumentKey outside{"type", "", "string", "", false, "C"};
+    const DocumentKey outside{"type", "", "string", "", false, false, "C"};
     return {"1.2.3",
             {{"One", "TrackOne", "CV.ONE", std::nullopt, "C", {outside, Attribute("CV.A"), Attribute("CV,\"B\"")}},
              {"Two", "TrackTwo", std::nullopt, "name", "C", {outside, Attribute("CV.A")}},
@@ -58,9 +58,13 @@ TEST(CheckReport, TheTextHasALineForEachTestAndTheNumbersLast)
                         "    machine: 1 test\n"
                         "    user: 2 tests\n"
                         "\n"
+                        "Keys of the library's own that did not come:\n"
+                        "    timer: 1 test\n"
+                        "\n"
                         "1 passed, 1 failed\n");
     outcome.tests.pop_back();
     outcome.tests.front().furtherKeys.clear();
+    outcome.tests.front().unsentKeys.clear();
     EXPECT_PRED_FORMAT2(IsText, TextReport(outcome), "PASSED  One\n\n1 passed, 0 failed\n");
     outcome.errors = {"an error"};
     EXPECT_PRED_FORMAT2(IsText, TextReport(outcome), "PASSED  One\nERROR   an error\n\n1 passed, 0 failed, 1 error\n");
@@ -88,6 +92,7 @@ TEST(CheckReport, TheJsonDocumentHasEverything)
                                  {"verdict", "passed"},
                                  {"faults", json::array()},
                                  {"further_keys", {"machine", "user"}},
+                                 {"unsent_keys", {"timer"}},
                                  {"messages", json::array()},
                                  {"payloads", 1}},
                                 {{"name", "Two"},
@@ -95,6 +100,7 @@ TEST(CheckReport, TheJsonDocumentHasEverything)
                                  {"verdict", "failed"},
                                  {"faults", {"first \"fault\"", "second"}},
                                  {"further_keys", {"user"}},
+                                 {"unsent_keys", json::array()},
                                  {"messages", {"a line"}},
                                  {"payloads", 2}}}},
                               {"errors", {"an error"}},
@@ -142,7 +148,7 @@ TEST(CheckReport, WhatXmlCannotHoldIsReplacedAndItsOwnCharactersAreEscaped)
     for (const auto& row : rows)
     {
         RunOutcome outcome;
-        outcome.tests.push_back({"One", "TrackOne", {row.text}, {}, {}, 1, 0});
+        outcome.tests.push_back({"One", "TrackOne", {row.text}, {}, {}, {}, 1, 0});
         const std::string report = JUnitReport(outcome);
         EXPECT_NE(report.find(" message=\"" + row.xml + "\">" + row.xml + "</failure>"), std::string::npos) << report;
     }
@@ -151,7 +157,7 @@ TEST(CheckReport, WhatXmlCannotHoldIsReplacedAndItsOwnCharactersAreEscaped)
 TEST(CheckReport, IllFormedTextSpoilsNoReport)
 {
     RunOutcome outcome;
-    outcome.tests.push_back({"One", "TrackOne", {"\xFF"}, {"\xFF"}, {"\xFF"}, 1, 0});
+    outcome.tests.push_back({"One", "TrackOne", {"\xFF"}, {"\xFF"}, {"\xFF"}, {"\xFF"}, 1, 0});
     outcome.errors = {"\xFF"};
     const json report = json::parse(JsonReport(outcome, SmallDocument(), false));
     EXPECT_EQ(report["tests"][0]["faults"][0], "\xEF\xBF\xBD");

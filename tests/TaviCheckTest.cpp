@@ -253,6 +253,23 @@ TEST(TaviCheck, FurtherTopLevelKeysAreListedAndFailOnlyIfStrict)
     EXPECT_EQ(strict.report["tests"][0]["further_keys"], json({"user_id"}));
 }
 
+TEST(TaviCheck, AnEditTimerThatTheLibraryDoesNotSendIsListedAndFailsOnlyIfStrict)
+{
+    const TaviCheckCopy copy;
+    const json without = Patch("remove", "/document_editing_length_ms");
+    json script = Answering("StartTrackFileChange", without);
+    script["TrackEvent"][std::to_string(TheCatalogue().size() + 1)] = without;
+    const Outcome run = copy.RunTaviCheck({}, script);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.output.find("\n\nKeys of the library's own that did not come:\n"
+                              "    document_editing_length_ms: 1 test\n\n"),
+              std::string::npos)
+        << run.output;
+    const Report strict = Check(copy, script, {"--strict"});
+    EXPECT_EQ(strict.run.status, 1);
+    EXPECT_EQ(strict.Faults(), json({{"StartTrackFileChange", {"document_editing_length_ms is expected, not sent"}}}));
+}
+
 TEST(TaviCheck, ARefusedEventFailsItsTestAndSpoilsNoReport)
 {
     const Report report = Check(TaviCheckCopy(), Answering("PPR", {{"status", 9}}));

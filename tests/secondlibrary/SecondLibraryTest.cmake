@@ -17,7 +17,10 @@ function(ProgramAndWrapperBuildAndPassOnIt)
     )
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
     expect_output("${goodRun}" "${program}")
-    expect_output("${goodCheck}" "${folder}/build/bin/tavi_check")
+    # This library has no edit timer.
+    set(unsent "\n\nKeys of the library's own that did not come:\n    document_editing_length_ms: 1 test")
+    string(REGEX REPLACE "\n\n([0-9]+ passed)" "${unsent}\n\n\\1" expected "${goodCheck}")
+    expect_output("${expected}" "${folder}/build/bin/tavi_check")
     run(${ctest})
 endfunction()
 
