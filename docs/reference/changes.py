@@ -9,6 +9,7 @@ scripts/events_diff.sh runs this; its help has the rest.
 
 import json
 import os
+import re
 import subprocess
 import sys
 from pathlib import Path
@@ -19,7 +20,6 @@ RELEASED = "docs/released"
 
 # What is compared, by the members of the document: how a change of it is called, in JSON and in a line of text.
 OF_EVENTS = {
-    "signatures": ("signature", "signature"),
     "name": ("name", "name"),
     "name_from": ("name_from", "the parameter that gives the name"),
     "type": ("type", "event type"),
@@ -54,7 +54,7 @@ def _in_words(value):
     if isinstance(value, bool):
         return "yes" if value else "no"
     if isinstance(value, list):
-        return " ".join(" ".join(line.split()) for line in value)
+        return ", ".join(value) or "none"
     if isinstance(value, dict):
         return f"{_in_words(value['key'])} is {_in_words(value['value'])}"
     return json.dumps(value, ensure_ascii=False)
@@ -68,6 +68,22 @@ def _change(change, event, key, text, place=None, what=None, old=None, new=None)
 
 def _changed(event, key, place, what, label, old, new):
     return _change("changed", event, key, f"{label}: {_in_words(new)}, was {_in_words(old)}", place, what, old, new)
+
+
+def _parameters(signatures):
+    """Of several declarations all; how they are laid out does not matter."""
+    text = ", ".join(" ".join(re.sub(r"^[^(]*\(|\)[^)]*$", "", signature).split()) for signature in signatures)
+    return [parameter for parameter in text.split(", ") if parameter]
+
+
+def _compare_signatures(method, old, new):
+    if [line.split() for line in old] == [line.split() for line in new]:
+        return
+    before, after = _parameters(old), _parameters(new)
+    gone = [parameter for parameter in before if parameter not in after]
+    come = [parameter for parameter in after if parameter not in before]
+    words = (gone, come) if gone or come else (before, after)
+    yield {**_changed(method, None, None, "signature", "signature", *words), "old": old, "new": new}
 
 
 def _where(key):
@@ -102,6 +118,7 @@ def _compare_events(old, new):
         if before is None:
             yield _change("added", method, None, "new event" + ("" if event["name"] is None else f" {event['name']}"))
             continue
+        yield from _compare_signatures(method, before["signatures"], event["signatures"])
         for member, (what, label) in OF_EVENTS.items():
             if before[member] != event[member]:
                 yield _changed(method, None, None, what, label, before[member], event[member])
@@ -145,6 +162,8 @@ def unlisted(comparison, changelog):
 def newest_release():
     """The file of the newest released version's document."""
     files = list((ROOT / RELEASED).glob("*.json"))
+    if not files:
+        raise Trouble(f"there is no release in {RELEASED}")
     return max(files, key=lambda file: [int(part) for part in file.stem.split(".")])
 
 

@@ -97,8 +97,6 @@ EVENT_CHANGES = (
     ("type", "D", "type", 'event type: "D", was "C"', 'event type: "C", was "D"'),
     ("scope", "S", "scope", 'scope: "S", was "C"', 'scope: "C", was "S"'),
     ("purpose", "Tells.", "purpose", 'purpose: "Tells.", was "Counts."', 'purpose: "Counts.", was "Tells."'),
-    ("signatures", ["void TrackA(\n    int a);"], "signature", "signature: void TrackA( int a);, was void TrackA();",
-     "signature: void TrackA();, was void TrackA( int a);"),
 )
 
 
@@ -138,6 +136,25 @@ class CompareTest(unittest.TestCase):
             before = OLD["groups"][0]["events"][0][member]
             self.expect(OLD, new, ("TrackA: " + there, {"what": what, "old": before, "new": value}))
             self.expect(new, OLD, ("TrackA: " + back, {"what": what, "old": value, "new": before}))
+
+    def test_signatures(self):
+        rows = (  # two declarations, and what is told there and back
+            ("void TrackA();", "void TrackA(int a);", "int a, was none", "none, was int a"),
+            ("void TrackA(int a, bool b);", "void TrackA(int c,\n    bool b);", "int c, was int a", "int a, was int c"),
+            ("void TrackA(int a, bool b);", "void TrackA(bool b, int a);", "bool b, int a, was int a, bool b",
+             "int a, bool b, was bool b, int a"),
+        )
+        for one, other, there, back in rows:
+            one, other = with_event(signatures=[one]), with_event(signatures=[other])
+            before, after = (of["groups"][0]["events"][0]["signatures"] for of in (one, other))
+            self.expect(one, other, ("TrackA: signature: " + there, {"what": "signature", "old": before, "new": after}))
+            self.expect(other, one, ("TrackA: signature: " + back, {"what": "signature", "old": after, "new": before}))
+        two = ["void AddA(int a);", "void TrackA();"]
+        self.expect(with_event(signatures=two), with_event(signatures=["void AddA(bool a);", "void TrackA();"]),
+                    ("TrackA: signature: bool a, was int a",
+                     {"what": "signature", "old": two, "new": ["void AddA(bool a);", "void TrackA();"]}))
+        self.expect(with_event(signatures=["void TrackA(int a,  bool b);"]),
+                    with_event(signatures=["void TrackA(int a,\n    bool b);"]))
 
     def test_keys_come_and_go(self):
         new = altered(lambda new: new["groups"][0]["events"][0]["keys"].append(key("CV.C")))
