@@ -2,7 +2,7 @@
 
 Of each event it requires every key that the wrapper writes, with its type, and its value where that is fixed. The
 object in which an event has its attributes is whole: a further member is refused. Further keys at the top level are
-allowed, as the library may add some.
+allowed, as the library may add some; the edit timer, which the library writes, may be missing.
 """
 
 SCHEMA = "https://json-schema.org/draft/2020-12/schema"
@@ -57,7 +57,7 @@ def _object(keys, **more):
     """The schema of an object with these keys. It requires those that are in every payload."""
     return {
         "type": "object",
-        "required": [key["key"] for key in keys if key["unless"] is None],
+        "required": [key["key"] for key in keys if key["unless"] is None and not key["measured"]],
         "properties": {key["key"]: _value(key) for key in keys},
         **more,
     }
