@@ -110,14 +110,40 @@ def _event(event):
     }
 
 
+def _references(events):
+    return [{"$ref": "#/$defs/" + event["method"]} for event in events]
+
+
+def _any_event(events):
+    """The schema of the payload of any event. A payload that is refused is held against the event of its name, so that a
+    validator says what is wrong with it; that of an event whose name the host gives may have any name."""
+    by_name = {}
+    for event in events:
+        if event["name"] is not None and event["name_from"] is None:
+            by_name.setdefault(event["name"], []).append(event)
+    return {
+        "description": "The payload of any event.",
+        "if": {"anyOf": _references(event for event in events if event["name"] is None or event["name_from"])},
+        "else": {
+            "if": {"required": ["component_name"]},
+            "then": {
+                "properties": {"component_name": {"enum": list(by_name)}},
+                "allOf": [
+                    {"if": {"properties": {"component_name": {"const": name}}}, "then": {"anyOf": _references(alike)}
+                     if len(alike) > 1 else _references(alike)[0]}
+                    for name, alike in by_name.items()
+                ],
+            },
+            "else": {"anyOf": _references(event for event in events if event["name"] is None)},
+        },
+    }
+
+
 def payload_schema(document):
     """The schema as a value for json.dumps; `document` is that of docs/events.json."""
     events = [event for group in document["groups"] for event in group["events"]]
     definitions = {
-        "payload": {
-            "description": "The payload of any event.",
-            "anyOf": [{"$ref": "#/$defs/" + event["method"]} for event in events],
-        },
+        "payload": _any_event(events),
         "common": {"description": "The host product's description, in every payload.", **_object(document["common"])},
         **_SHARED,
     }

@@ -207,6 +207,19 @@ class PayloadsTest(unittest.TestCase):
         self.expect_none(wrong, "mutants are judged wrongly")
         self.expect_none(undecided, "events have no mutants of either kind")
 
+    def test_a_mutant_passes_as_any_when_it_passes_as_some_event(self):
+        wrong = []
+        for event, lines in self.lines["mutant"].items():
+            for line in lines[::29]:
+                if self.any.is_valid(line["payload"]) != any(own.is_valid(line["payload"]) for own in self.own.values()):
+                    wrong.append(f"{event}, {line['what']}: {shown(line['payload'])}")
+        self.expect_none(wrong, "mutants are judged otherwise as any event's than as each event's")
+
+    def test_a_refusal_says_what_is_wrong_with_the_event_of_that_name(self):
+        payload = self.lines["catalogue"]["TrackMeshSize"][0]["payload"]
+        [error] = self.any.iter_errors({**payload, "scope": "S"})
+        self.assertEqual((error.json_path, error.message), ("$.scope", "'C' was expected"))
+
     def test_payload_of_another_event_passes_as_any_alone(self):
         methods = list(Events)
         for event, other in zip(methods, methods[1:] + methods[:1]):
