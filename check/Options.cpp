@@ -55,7 +55,7 @@ CommandLine ReadCommandLine(std::vector<std::string> arguments)
     app.set_help_flag("-h,--help", "Print this and exit");
     app.set_version_flag("--version", "tavi_check " CORVANE_VERSION, "Print the version and exit");
     CLI::Option* const only =
-        app.add_option("--only", options.only, "Run these tests; \"*\" stands for any text and \"?\" for a character")
+        app.add_option("--only", options.only, R"(Run these tests; "*" stands for any text and "?" for a character)")
             ->type_name("NAME...");
     CLI::Option* const list = app.add_flag("--list", options.list, "Print the tests' names and exit");
     CLI::Option* const whitelist =

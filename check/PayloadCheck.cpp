@@ -63,15 +63,16 @@ private:
             AddFault(place, "an object", object != payload.end() ? &*object : nullptr);
             return;
         }
+        const std::string where = place + ": ";
         for (const DocumentKey& key : event.keys)
         {
             if (key.place == place)
-                Compare(key, *object, place + ": ");
+                Compare(key, *object, where);
         }
         for (const auto& [member, value] : object->items())
         {
             if (!Has(member, place))
-                findings.faults.push_back(place + ": " + member + " is not expected");
+                findings.faults.push_back(where + member + " is not expected");
         }
     }
 

@@ -1,7 +1,7 @@
 #include <check/Report.h>
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <string_view>
 
@@ -91,9 +91,7 @@ std::string Attribute(const std::string& name, const std::string& value)
 std::string Seconds(double seconds)
 {
     const auto milliseconds = static_cast<long long>(seconds * 1000);
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%lld.%03lld", milliseconds / 1000, milliseconds % 1000);
-    return text.data();
+    return std::to_string(milliseconds / 1000) + "." + std::to_string(1000 + milliseconds % 1000).substr(1);
 }
 
 // `element` is "failure" or "error"; there is none without sentences.
@@ -106,6 +104,18 @@ std::string JUnitCase(const std::string& name, double seconds, const std::string
         return xml + " />\n";
     return xml + ">\n    <" + element + " type=\"Failed\"" + Attribute("message", sentences.front()) + ">" +
            XmlText(JoinLines(sentences)) + "</" + element + ">\n  </testcase>\n";
+}
+
+OrderedJson TestAsJson(const TestOutcome& test)
+{
+    return {{"name", test.name},
+            {"method", test.method.empty() ? OrderedJson() : OrderedJson(test.method)},
+            {"verdict", test.faults.empty() ? "passed" : "failed"},
+            {"faults", test.faults},
+            {"further_keys", test.furtherKeys},
+            {"unsent_keys", test.unsentKeys},
+            {"messages", test.messages},
+            {"payloads", test.payloads}};
 }
 
 } // namespace
@@ -140,17 +150,7 @@ std::string TextReport(const RunOutcome& outcome)
 std::string JsonReport(const RunOutcome& outcome, const Document& document, bool isStrict)
 {
     OrderedJson tests = OrderedJson::array();
-    for (const TestOutcome& test : outcome.tests)
-    {
-        tests.push_back({{"name", test.name},
-                         {"method", test.method.empty() ? OrderedJson() : OrderedJson(test.method)},
-                         {"verdict", test.faults.empty() ? "passed" : "failed"},
-                         {"faults", test.faults},
-                         {"further_keys", test.furtherKeys},
-                         {"unsent_keys", test.unsentKeys},
-                         {"messages", test.messages},
-                         {"payloads", test.payloads}});
-    }
+    std::transform(outcome.tests.begin(), outcome.tests.end(), std::back_inserter(tests), TestAsJson);
     const std::size_t failed = outcome.FailedTests();
     const OrderedJson report = {
         {"document", {{"version", document.version}}},

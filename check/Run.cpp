@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <iterator>
+#include <optional>
 #include <set>
 #include <sstream>
-#include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
@@ -171,17 +173,17 @@ public:
 private:
     void Check(const CheckedCall& checked)
     {
-        const std::vector<ReceivedPayload>& received = TheInbox().payloads;
-        const std::size_t first = received.size();
+        const std::size_t first = TheInbox().payloads.size();
         Make(checked);
-        const std::size_t count = received.size() - first;
-        outcome.payloads += count;
-        if (count == 0)
+        const std::vector<ReceivedPayload> received(TheInbox().payloads.begin() + static_cast<std::ptrdiff_t>(first),
+                                                    TheInbox().payloads.end());
+        outcome.payloads += received.size();
+        if (received.empty())
             AddFault(checked, "no payload was received");
-        else if (count > 1)
-            AddFault(checked, std::to_string(count) + " payloads were received, not one");
-        for (std::size_t i = 0; i < count && event != nullptr; ++i)
-            Judge(checked, received[first + i].text, count > 1 ? "payload " + std::to_string(i + 1) + ": " : "");
+        else if (received.size() > 1)
+            AddFault(checked, std::to_string(received.size()) + " payloads were received, not one");
+        for (std::size_t i = 0; i < received.size() && event != nullptr; ++i)
+            Judge(checked, received[i].text, received.size() > 1 ? "payload " + std::to_string(i + 1) + ": " : "");
     }
 
     void Make(const CheckedCall& checked)
@@ -236,8 +238,9 @@ bool Start(std::vector<std::string>& errors)
 {
     const KeptOutput output;
     const std::optional<Refusal> refusal = EnterTestMode(Receive, &TheInbox());
-    for (const std::string& line : output.Lines())
-        errors.push_back("the start printed \"" + line + "\"");
+    const std::vector<std::string> lines = output.Lines();
+    std::transform(lines.begin(), lines.end(), std::back_inserter(errors),
+                   [](const std::string& line) { return "the start printed \"" + line + "\""; });
     if (refusal)
         errors.push_back(refusal->sentence + (refusal->status ? ": status " + std::to_string(*refusal->status) : ""));
     return !refusal;
@@ -253,9 +256,10 @@ std::size_t RunOutcome::FailedTests() const
 
 std::vector<std::string> TestNames()
 {
+    const std::vector<CheckedTest> tests = CheckedTests();
     std::vector<std::string> names;
-    for (CheckedTest& test : CheckedTests())
-        names.push_back(std::move(test.name));
+    std::transform(tests.begin(), tests.end(), std::back_inserter(names),
+                   [](const CheckedTest& test) { return test.name; });
     return names;
 }
 
