@@ -14,6 +14,6 @@ need_build_folder run
 step "Configuring in build/run"
 configure --preset release -B build/run -DBUILD_TESTING=OFF
 step "Building"
-compile build/run --target cvtavi_test
+compile build/run
 step "Running build/run/bin/cvtavi_test"
 become build/run/bin/cvtavi_test

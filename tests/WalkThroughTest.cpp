@@ -142,9 +142,9 @@ TEST(WalkThrough, ANewReportingMethodTakesTheNamedFilesAndTheCommandsDoTheRest)
     const Outcome reference = RunProgram({.program = project / "scripts/reference.sh"});
     ASSERT_EQ(reference.status, 0) << reference.errors;
     const std::map<std::string, std::string> written = FilesOf(project);
-    const std::set<std::string> all = {
-        "docs/events.csv", "docs/events.html", "docs/events.json",          "docs/events.md",
-        "docs/run.svg",    "docs/payloads.schema.json", "tests/data/good_run.txt"};
+    const std::set<std::string> all = {"docs/events.csv",        "docs/events.html", "docs/events.json",
+                                       "docs/events.md",         "docs/run.svg",     "docs/payloads.schema.json",
+                                       "tests/data/good_run.txt"};
     std::map<std::string, std::string> different;
     std::set_symmetric_difference(edited.begin(), edited.end(), written.begin(), written.end(),
                                   std::inserter(different, different.end()));

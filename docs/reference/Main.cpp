@@ -1,6 +1,7 @@
 // event_probe: prints what the wrapper sends, as one JSON object of which reference.py makes the event reference.
-//   "methods"    each reporting method's "name", the method that it "takes_parameters_of", and the payloads of its "calls":
-//                the first with simple arguments, each other with one "parameter" (counted from 0) changed to a "sample"
+//   "methods"    each reporting method's "name", the method that it "takes_parameters_of", and the payloads of its
+//                "calls": the first with simple arguments, each other with one "parameter" (counted from 0) changed
+//                to a "sample"
 //   "catalogue"  each test of the test program, its "test" and its "payload"
 #include <exception>
 #include <iostream>
@@ -35,13 +36,13 @@ ordered_json Methods()
         ordered_json calls = ordered_json::array();
         for (const ProbingCall& call : method.calls)
         {
-            ordered_json entry = {{"parameter", nullptr}, {"sample", call.sample}, {"payload", PayloadOf(call.payload)}};
+            ordered_json entry = {
+                {"parameter", nullptr}, {"sample", call.sample}, {"payload", PayloadOf(call.payload)}};
             if (call.parameter)
                 entry["parameter"] = *call.parameter;
             calls.push_back(entry);
         }
-        methods.push_back(
-            {{"name", method.name}, {"takes_parameters_of", method.takesParametersOf}, {"calls", calls}});
+        methods.push_back({{"name", method.name}, {"takes_parameters_of", method.takesParametersOf}, {"calls", calls}});
     }
     return methods;
 }
@@ -65,8 +66,8 @@ ordered_json Catalogue()
     {
         const std::string opening = "Testing ";
         if (line.starts_with(opening))
-            tests.push_back({{"test", line.substr(opening.size())},
-                             {"payload", PayloadOf(recording.payloads.at(tests.size()))}});
+            tests.push_back(
+                {{"test", line.substr(opening.size())}, {"payload", PayloadOf(recording.payloads.at(tests.size()))}});
     }
     return tests;
 }

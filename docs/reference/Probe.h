@@ -1,5 +1,5 @@
-// What the wrapper sends for other and other arguments: each reporting method is called with simple arguments and then once
-// for every sample of every parameter, with arguments that the compiler makes from the method's declaration.
+// What the wrapper sends for different arguments: each reporting method is called with simple ones, and then once for
+// every sample of every parameter. The compiler makes the arguments from the method's declaration.
 #pragma once
 
 #include <cstddef>
