@@ -154,9 +154,10 @@ def describe_event(declaration, declarations, observations, common):
     keys = [describe_key(leaf, value, method, origins, giver.parameters)
             for leaf, value in leaves_of(payload).items() if leaf not in common]
     name = next((key for key in keys if key["key"] == "component_name"), {})
-    signatures = [declaration.signature] if giver is declaration else [giver.signature, declaration.signature]
-    return {"method": declaration.name, "test": test, "signatures": signatures, "note": declaration.note or None,
-            "name": name.get("example"), "name_from": name.get("from"), "type": payload["type"],
+    callers = [declaration] if giver is declaration else [giver, declaration]
+    parameters = list(dict.fromkeys(parameter for caller in callers for parameter in caller.parameters))
+    return {"method": declaration.name, "test": test, "signatures": [caller.signature for caller in callers],
+            "parameters": parameters, "note": declaration.note or None, "name": name.get("example"), "name_from": name.get("from"), "type": payload["type"],
             "scope": payload["scope"], "keys": keys, "payload": payload}
 
 
@@ -298,7 +299,7 @@ def compose(product, version, changelog, declarations, vocabulary, observations,
         for event in group["events"]:
             event["keys"] = [annotate(key, entries[key["key"]]) for key in event["keys"]]
             event["purpose"] = annotations["events"][event["method"]]
-    order = ("method", "test", "signatures", "note", "purpose", "name", "name_from", "type", "scope", "keys", "payload")
+    order = ("method", "test", "signatures", "parameters", "note", "purpose", "name", "name_from", "type", "scope", "keys", "payload")
     for group in groups:
         group["events"] = [{name: event[name] for name in order} for event in group["events"]]
     return {"$schema": "events.schema.json", "product": product, "version": version, "date": date,

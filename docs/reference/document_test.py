@@ -177,6 +177,15 @@ class Surroundings(Made):
         event = document.describe_event(self.declarations[0], self.declarations, observations, {})
         self.assertEqual((event["name"], event["name_from"]), ("E", "text"))
 
+    def test_an_event_names_the_parameters_of_the_method_that_prepares_it_too(self):
+        self.declarations[0] = Method("AddDocument", "void AddDocument(...);", PARAMETERS, "Group", "Note.", "")
+        self.declarations.insert(1, Method("TrackAll", "void TrackAll(...);", ["text", "other"], "Group", "Note.", ""))
+        observations = self.observations()
+        observations["methods"][0]["takes_parameters_of"] = "AddDocument"
+        event = document.describe_event(self.declarations[1], self.declarations, observations, {})
+        self.assertEqual(event["parameters"], [*PARAMETERS, "other"])
+        self.assertEqual(event["signatures"], ["void AddDocument(...);", "void TrackAll(...);"])
+
     def test_version_date_and_unreleased_changes_come_from_the_changelog(self):
         made = self.compose()
         self.assertEqual((made["product"], made["version"], made["date"], made["unreleased"]),

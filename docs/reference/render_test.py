@@ -34,9 +34,9 @@ def fixed(name, value):
 
 def event(method="TrackA", keys=None, **others):
     return {
-        "method": method, "test": method[5:], "signatures": [f"void {method}(const std::wstring& name);"], "note": None,
-        "purpose": "Counts.", "name": "A.EVENT", "name_from": None, "type": "C", "scope": "S",
-        "keys": [key()] if keys is None else keys, "payload": {"component_attributes": {"A.KEY": "value"}}, **others,
+        "method": method, "test": method[5:], "signatures": [f"void {method}(const std::wstring& name);"],
+        "parameters": ["name"], "note": None, "purpose": "Counts.", "name": "A.EVENT", "name_from": None, "type": "C",
+        "scope": "S", "keys": [key()] if keys is None else keys, "payload": {"component_attributes": {"A.KEY": "value"}}, **others,
     }  # fmt: skip
 
 

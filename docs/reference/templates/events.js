@@ -27,11 +27,10 @@ const kindsOf = element => " " + meaningsOf(element).map(([kind]) => kind).join(
 const textOfRow = row => textOf(all("th, td:not(.example), a", row)) + kindsOf(row);
 const events = all("article").map(element => {
     const section = element.closest("section");
-    const signature = element.querySelector(".signature").textContent;
     return {
         element,
         said: textOf(all(":scope > h2, :scope > .note", section).concat(all("h3, .note", element))),
-        parameters: [...signature.matchAll(/\w+(?=[,)])/g)].join(" ").toLowerCase(),
+        parameters: element.dataset.parameters.toLowerCase(),
         rows: all(".row", element).map(row => ({ element: row, text: textOfRow(row) })),
     };
 });
