@@ -13,11 +13,19 @@ function textOf(parts) {
     return text + " " + text.replace(/[._]/g, "");
 }
 
-// As in a question: "a file's name?" looks for "a", "file" and "name". What is between quotation marks stays together.
+// What a question is made of beside what it asks for.
+const FILLING = new Set(("a an any are be can contain contains did do does event events has have hold is it its key " +
+    "keys may might of or send sends sent the there they to was were what when where which who why will you").split(" "));
+const OPENING = /^(are|can|did|do|does|has|have|is|may|was|were|what|when|where|which|who|why|will)\s/;
+
+// What is between quotation marks stays together. Of the question "is a file's name sent?" "file" and "name" are looked for.
 function wordsOf(text) {
-    const plain = text.toLowerCase().replaceAll("’", "'").replace(/[“”]/g, '"');
+    const plain = text.trim().toLowerCase().replaceAll("’", "'").replace(/[“”]/g, '"');
     const words = plain.match(/"[^"]+"|[^\s"?!,;]+/g) ?? [];
-    return words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/('s|\.)$/, ""));
+    const named = words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/('s|\.)$/, ""));
+    const isQuestion = plain.includes("?") || OPENING.test(plain);
+    const asked = named.filter(word => !FILLING.has(word));
+    return isQuestion && asked.length > 0 ? asked : named;
 }
 
 // What a key can be filtered by, for each of its meanings.
