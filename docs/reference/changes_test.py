@@ -276,7 +276,7 @@ class FilesTest(Script):
         without_keys = with_event()
         del without_keys["groups"][0]["events"][0]["keys"]
         rows = (
-            ('{\n"version":\n"1.0.0",\n}', "is not JSON: line 4: "),
+            ('{\n"version":\n"1.0.0"\n"date"}', "is not JSON: line 4: "),
             ("", "is not JSON: line 1: Expecting value"),
             ("[" * 100000, "is not a document of events: it is nested too deeply"),
             ("[]", "is not a document of events: it is not an object"),
