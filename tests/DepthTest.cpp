@@ -1,7 +1,6 @@
 // How deeply values may be nested. A stack that overflows ends the tests.
 #include <memory>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -20,26 +19,6 @@ namespace
 constexpr int Levels = 1'000;
 constexpr std::size_t StackSize = 1'048'576;
 
-JsonValue Nested()
-{
-    JsonValue nested(true);
-    for (int i = 0; i < Levels; ++i)
-    {
-        JsonValue outer;
-        outer[Key("x")] = std::move(nested);
-        nested = std::move(outer);
-    }
-    return nested;
-}
-
-std::string NestedText()
-{
-    std::string text;
-    for (int i = 0; i < Levels; ++i)
-        text += R"({"x":)";
-    return text + "true" + std::string(Levels, '}');
-}
-
 struct Event : Facet::Core
 {
     explicit Event(const JsonValue& entries) { Data() = entries; }
@@ -56,7 +35,7 @@ TEST(Depth, ValuesOfTheStatedDepthFitTheStatedStack)
     RunOnStackOf(StackSize,
                  [&]
                  {
-                     const JsonValue value = Nested();
+                     const JsonValue value = Nested(Levels, JsonValue(true));
                      JsonValue assigned(true);
                      assigned = JsonValue(value);
                      isEqual = assigned.Compare(value) == 0;
@@ -67,7 +46,7 @@ TEST(Depth, ValuesOfTheStatedDepthFitTheStatedStack)
                      cloned = Json(clone->Build(JsonValue()));
                  });
     EXPECT_TRUE(isEqual);
-    EXPECT_EQ(text, NestedText());
-    EXPECT_EQ(built, NestedText());
-    EXPECT_EQ(cloned, NestedText());
+    EXPECT_EQ(text, NestedText(Levels, "true"));
+    EXPECT_EQ(built, NestedText(Levels, "true"));
+    EXPECT_EQ(cloned, NestedText(Levels, "true"));
 }

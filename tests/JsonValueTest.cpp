@@ -104,27 +104,6 @@ std::vector<JsonValue> ValuesOfEveryKind()
     };
 }
 
-// {"x":{"x":...{"x":leaf}...}}
-JsonValue Nested(int levels, const JsonValue& leaf)
-{
-    JsonValue nested(leaf);
-    for (int i = 0; i < levels; ++i)
-    {
-        JsonValue outer;
-        outer[Key("x")] = std::move(nested);
-        nested = std::move(outer);
-    }
-    return nested;
-}
-
-std::string NestedText(int levels, const std::string& leaf)
-{
-    std::string opening;
-    for (int i = 0; i < levels; ++i)
-        opening += R"({"x":)";
-    return opening + leaf + std::string(static_cast<std::size_t>(levels), '}');
-}
-
 TaviString NumberedKey(int number)
 {
     return Key(("key " + std::to_string(number)).c_str());

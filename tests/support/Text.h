@@ -1,7 +1,9 @@
-// Conversions between literals and the library's types, for expectations.
+// Conversions between literals and the library's types, for expectations; and deep values.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
@@ -40,4 +42,26 @@ inline Veltrane::TaviDesktopSDK::JsonValue String(const char* text)
     Veltrane::TaviDesktopSDK::JsonValue value;
     value.SetString(text);
     return value;
+}
+
+// An object in an object, and so on, each with the one member "x"; `leaf` is in the last of `levels`.
+inline Veltrane::TaviDesktopSDK::JsonValue Nested(int levels, const Veltrane::TaviDesktopSDK::JsonValue& leaf)
+{
+    Veltrane::TaviDesktopSDK::JsonValue nested(leaf);
+    for (int i = 0; i < levels; ++i)
+    {
+        Veltrane::TaviDesktopSDK::JsonValue outer;
+        outer[Key("x")] = std::move(nested);
+        nested = std::move(outer);
+    }
+    return nested;
+}
+
+// Its JSON text, when that of the leaf is `leaf`.
+inline std::string NestedText(int levels, const std::string& leaf)
+{
+    std::string opening;
+    for (int i = 0; i < levels; ++i)
+        opening += R"({"x":)";
+    return opening + leaf + std::string(static_cast<std::size_t>(levels), '}');
 }
