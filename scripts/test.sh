@@ -37,8 +37,9 @@ done
 step "Looking for missing packages and libraries"
 packages=(g++ cmake ninja-build python3 libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev)
 ! is_asked_for release debug clang || packages+=(strace)
-! is_asked_for release debug clang fuzz || packages+=(python3-clang)
-! is_asked_for release debug clang || packages+=(git python3-jinja2 python3-jsonschema)
+! is_asked_for release debug fuzz || packages+=(python3-clang)
+! is_asked_for release debug || packages+=(git python3-jsonschema)
+! is_asked_for release debug clang || packages+=(python3-jinja2)
 ! is_asked_for release debug sanitize clang coverage || packages+=(pkgconf)
 ! is_asked_for release || packages+=(python3-rich)
 # For the test of the Debian packages, which takes root.
