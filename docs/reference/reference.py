@@ -31,7 +31,8 @@ def run_probe(probe):
 
 def run_probe_with_other_product(probe, product_file):
     """With a product file in which each level's identifier is the level's name."""
-    with tempfile.TemporaryDirectory() as folder:
+    # As deep as the probe's own folder, so that the copy finds its library.
+    with tempfile.TemporaryDirectory(dir=probe.resolve().parent.parent) as folder:
         copy = Path(folder) / probe.name
         shutil.copy2(probe, copy)
         tree = ElementTree.parse(product_file)
