@@ -1,0 +1,44 @@
+// The prober: knows the wrapper's reporting methods and makes the calls that prove each parameter of each of them.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace Corvane
+{
+
+struct ProbingCall
+{
+    // In the order of the parameters: a flag, a number, a text in UTF-8, or the array of a list whose elements are
+    // objects.
+    std::vector<nlohmann::json> arguments;
+    std::function<void()> make;           // through CorvaneTavi::Instance()
+    std::optional<std::size_t> parameter; // the one that differs from the first call's, counted from 0
+    std::string sample;                   // how it differs: "text", "flag", "number", "decimal" or "empty"
+};
+
+struct ReportingMethod
+{
+    std::string name;                              // "TrackMeshSize"
+    std::string preparedBy;                        // the method that takes the values, where it is another one
+    std::vector<std::string> eventNames;           // known names that a caller gives as the first argument
+    std::vector<std::vector<std::string>> samples; // of each parameter, how each sample differs from the first one
+    std::function<ProbingCall(const std::vector<std::size_t>& chosen)> call; // with a sample for each parameter
+};
+
+// All of them, in the order of the test program's catalogue.
+const std::vector<ReportingMethod>& ReportingMethods();
+
+// A first call, whose arguments differ as far as they can in the text that is sent for them, and then calls that change
+// one parameter each.
+std::vector<ProbingCall> ProbingCalls(const ReportingMethod& method);
+
+// The call as C++ would have it, with long texts shortened.
+std::string CallText(const ReportingMethod& method, const ProbingCall& call);
+
+} // namespace Corvane
