@@ -1,7 +1,6 @@
 #include <check/Document.h>
 
 #include <algorithm>
-#include <utility>
 
 using nlohmann::json;
 
@@ -11,39 +10,54 @@ namespace Corvane
 namespace
 {
 
-// A text that may be null.
-std::optional<std::string> TextOrNone(const json& value)
+std::string TextOrEmpty(const json& value)
 {
-    return value.is_null() ? std::nullopt : std::optional(value.get<std::string>());
+    return value.is_null() ? "" : value.get<std::string>();
 }
 
-DocumentKey ReadKey(const json& source, const json& payload)
+DocumentKey ReadKey(const json& source, const std::vector<std::string>& parameters)
 {
     DocumentKey key;
     key.name = source.at("key");
-    key.place = TextOrNone(source.at("place")).value_or("");
+    key.place = TextOrEmpty(source.at("place"));
     key.type = source.at("type");
-    key.parameter = TextOrNone(source.at("from")).value_or("");
-    key.isTheLibrarys = source.at("measured");
-    key.isByTypeAlone = key.isTheLibrarys || source.at("kind") == "product";
-    const json& object = key.place.empty() ? payload : payload.at(key.place);
-    // In this call it may be one that is left out.
-    key.expected = source.at("unless").is_null() ? object.at(key.name) : object.value(key.name, json());
+    key.kind = source.at("kind");
+    key.format = TextOrEmpty(source.at("format"));
+    key.writtenByLibrary = source.at("measured");
+    const std::string from = TextOrEmpty(source.at("from"));
+    const auto parameter = std::find(parameters.begin(), parameters.end(), from);
+    if (key.kind == "fixed")
+        key.fixed = source.at("example");
+    else if (key.kind == "product")
+        key.level = from;
+    else if (parameter != parameters.end())
+        key.parameter = static_cast<std::size_t>(parameter - parameters.begin());
+    if (const json& unless = source.at("unless"); !unless.is_null())
+        key.leftOut = LeftOut{TextOrEmpty(unless.at("place")), unless.at("key"), unless.at("value")};
     return key;
 }
 
 DocumentEvent ReadEvent(const json& source, const json& commonKeys)
 {
-    DocumentEvent event{source.at("test"), source.at("method"),
-                        std::nullopt,      TextOrNone(source.at("name_from")),
-                        source.at("type"), {}};
-    if (!event.nameFrom)
-        event.waypoint = TextOrNone(source.at("name"));
-    for (const json* const keys : {&commonKeys, &source.at("keys")})
+    DocumentEvent event;
+    event.method = source.at("method");
+    event.names = source.at("names");
+    event.parameters = source.at("parameters");
+    event.type = source.at("type");
+    for (const json& common : commonKeys)
     {
-        for (const json& key : *keys)
-            event.keys.push_back(ReadKey(key, source.at("payload")));
+        event.keys.push_back(ReadKey(common, {}));
+        event.keys.back().isOfTheProduct = true;
     }
+    for (const json& key : source.at("keys"))
+        event.keys.push_back(ReadKey(key, event.parameters));
+    const auto name = std::find_if(event.keys.begin(), event.keys.end(),
+                                   [](const DocumentKey& key) { return key.name == "component_name"; });
+    if (name == event.keys.end())
+        return event;
+    event.nameFrom = name->parameter;
+    if (!event.nameFrom)
+        event.name = name->fixed;
     return event;
 }
 
@@ -61,24 +75,11 @@ Document ReadDocument(std::string_view text)
     return document;
 }
 
-const DocumentEvent* FindEvent(const Document& document, const std::string& test)
+const DocumentEvent* FindEvent(const Document& document, const std::string& method)
 {
     const auto found = std::find_if(document.events.begin(), document.events.end(),
-                                    [&test](const DocumentEvent& event) { return event.test == test; });
+                                    [&method](const DocumentEvent& event) { return event.method == method; });
     return found != document.events.end() ? &*found : nullptr;
-}
-
-DocumentEvent WithArguments(DocumentEvent event, const json& arguments)
-{
-    for (DocumentKey& key : event.keys)
-    {
-        const auto argument = arguments.find(key.parameter);
-        if (argument == arguments.end() || key.isByTypeAlone)
-            continue;
-        const bool isSentAsText = key.type == "string" && !argument->is_string();
-        key.expected = isSentAsText ? json(argument->dump()) : *argument;
-    }
-    return event;
 }
 
 } // namespace Corvane

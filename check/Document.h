@@ -1,6 +1,7 @@
 // What docs/events.json says of each event's payload. The document is compiled into the program.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,26 +12,39 @@
 namespace Corvane
 {
 
+// That a key is left out while another one, a number that is sent as text, has this value.
+struct LeftOut
+{
+    std::string place;
+    std::string key;
+    std::string value;
+};
+
 // A key of a payload.
 struct DocumentKey
 {
     std::string name;
-    std::string place;          // the object that holds it; empty: it is at the payload's top level
-    std::string type;           // "string" or "integer"
-    std::string parameter;      // of the reporting method, where the value comes from one
-    bool isByTypeAlone = false; // the product file's text or the edit timer's number: any value of the type will do
-    bool isTheLibrarys = false; // the edit timer: not the wrapper but the library writes it, or not
-    nlohmann::json expected;    // what the catalogue's call sends; null when it leaves the key out
+    std::string place;                    // the object that holds it; empty: it is at the payload's top level
+    std::string type;                     // "string" or "integer"
+    std::string kind;                     // "fixed", "text", "flag", "number" or "product"
+    std::string format;                   // of a number: "signed", "unsigned" or "decimal"
+    std::string level;                    // of the product file, where the value comes from one
+    nlohmann::json fixed;                 // the value of a fixed key
+    std::optional<std::size_t> parameter; // counted from 0, where the value comes from one
+    std::optional<LeftOut> leftOut;
+    bool writtenByLibrary = false; // the edit timer
+    bool isOfTheProduct = false;   // of the host product's description, in every payload
 };
 
 struct DocumentEvent
 {
-    std::string test; // its name in the catalogue
     std::string method;
-    std::optional<std::string> waypoint; // none where the caller gives the name, and where there is none
-    std::optional<std::string> nameFrom; // the parameter that gives the name
+    std::optional<std::string> name;     // the waypoint's; none where the caller gives it, and where there is none
+    std::optional<std::size_t> nameFrom; // the parameter that gives the name, counted from 0
+    std::vector<std::string> names;      // those known that a caller gives
+    std::vector<std::string> parameters;
     std::string type;
-    std::vector<DocumentKey> keys; // those that are in every event first
+    std::vector<DocumentKey> keys; // those of the product's description first
 };
 
 struct Document
@@ -45,11 +59,7 @@ Document ReadDocument(std::string_view text);
 // The document's text, as it is in the sources.
 std::string_view CompiledInDocument();
 
-// Null when the document has no event of that test.
-const DocumentEvent* FindEvent(const Document& document, const std::string& test);
-
-// The event as it is sent with other arguments: `arguments` has a value for each parameter that changes. A number that
-// is sent as text is made text.
-DocumentEvent WithArguments(DocumentEvent event, const nlohmann::json& arguments);
+// Null when the document has no event of that method.
+const DocumentEvent* FindEvent(const Document& document, const std::string& method);
 
 } // namespace Corvane

@@ -1,5 +1,5 @@
-#include <check/CommandLineArguments.h>
 #include <check/Program.h>
+#include <check/System.h>
 #include <harness/Console.h>
 
 int main(int count, char** arguments)

@@ -1,10 +1,11 @@
 #include <check/Options.h>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 #include <CLI/CLI.hpp>
+
+#include <check/FileNames.h>
 
 namespace Corvane
 {
@@ -12,27 +13,43 @@ namespace Corvane
 namespace
 {
 
-const char* const Description =
-    "Calls every reporting method of the wrapper and compares each payload, whole, with what docs/events.json says:\n"
-    "each call sends exactly one, with every key, scope, type and object as it is there. Of the product's description\n"
-    "and of the edit timer only the type is compared. Listed are further top-level keys, and an edit timer that does "
-    "not\n"
-    "come.";
+// Of at most 80 columns, whatever version of the library reads the options.
+const char* const Help =
+    R"(Usage: tavi_check [OPTION]...
 
-const char* const ExitStatuses =
-    "Exit status: 0 every test passed; 1 a test failed, or the library refused test mode, or the user has not\n"
-    "opted in; 2 the arguments are wrong; 3 something that was asked for could not be written, whatever became of the\n"
-    "tests.";
+Calls every reporting method of the telemetry wrapper with arguments of all
+kinds and judges the payloads by docs/events.json: each call sends exactly one,
+with every key at its place and the value that the arguments give. Nothing is
+uploaded.
 
-// Without what an option excludes.
-class ShortHelp : public CLI::Formatter
-{
-public:
-    std::string make_option_opts(const CLI::Option* option) const override
-    {
-        return option->get_type_size() != 0 ? " " + option->get_type_name() : "";
-    }
-};
+  --only NAME...        prove these alone: names of tests or methods, in any
+                        case; "*" stands for any text, "?" for a character
+  --list                print the tests' names and exit
+  --strict              a remark is an error, too: a further top-level key; an
+                        edit timer or a product's description that does not
+                        come, or in another form; a product that is
+                        "undefined"; a library that takes "" for no text
+  --json                print the outcome as one JSON document, and verdicts on
+                        the error stream
+  --junit FILE          write a JUnit report as well
+  --payloads FILE       write the payloads with their calls as a JSON array
+  --whitelist json|csv  print every event that can be sent with its attributes,
+                        to compare a whitelist with, and exit; a name that the
+                        caller gives is marked by the parameter's name
+  --captured FILE       judge the payloads that a host recorded, one JSON text a
+                        line, "-" being standard input; recorded payloads hold
+                        serial numbers and names of files in clear text
+  -h, --help            print this and exit
+  --version             print the version and exit
+
+Examples:
+  tavi_check --only 'Mesh*' FileInput
+  example_host --print | tavi_check --captured -
+
+Exit status: 0 all passed, or all payloads are good; 1 not all, or the library
+refused test mode, or the user has not opted in; 2 the arguments are wrong, or
+captured payloads cannot be read; 3 output could not be written.
+)";
 
 // What is quoted from the arguments may hold anything.
 std::string OneLine(std::string text)
@@ -42,50 +59,65 @@ std::string OneLine(std::string text)
     return text;
 }
 
+// Empty when a file can have the name.
+std::string FileNameError(const std::string& name)
+{
+    if (name.empty())
+        return "the name of a file is empty";
+    if (name.starts_with("-"))
+        return name + " is an option where the name of a file belongs";
+    return "";
+}
+
+bool IsOneFile(const std::string& one, const std::string& other)
+{
+    std::error_code failure;
+    const auto whole = [&failure](const std::string& name)
+    { return std::filesystem::weakly_canonical(std::filesystem::absolute(PathOf(name), failure), failure); };
+    return whole(one) == whole(other) || std::filesystem::equivalent(whole(one), whole(other), failure);
+}
+
 } // namespace
 
 CommandLine ReadCommandLine(std::vector<std::string> arguments)
 {
     CommandLine commandLine;
     Options& options = commandLine.options;
-    CLI::App app(Description, "tavi_check");
+    CLI::App app("", "tavi_check");
     app.allow_windows_style_options(false); // the same arguments on every system
-    app.formatter(std::make_shared<ShortHelp>());
-    app.footer(ExitStatuses);
-    app.set_help_flag("-h,--help", "Print this and exit");
-    app.set_version_flag("--version", "tavi_check " CORVANE_VERSION, "Print the version and exit");
-    CLI::Option* const only =
-        app.add_option("--only", options.only, R"(Run these tests; "*" stands for any text and "?" for a character)")
-            ->type_name("NAME...");
-    CLI::Option* const list = app.add_flag("--list", options.list, "Print the tests' names and exit");
+    app.set_help_flag("-h,--help");
+    app.set_version_flag("--version", "tavi_check " CORVANE_VERSION);
+    CLI::Option* const only = app.add_option("--only", options.only);
+    CLI::Option* const list = app.add_flag("--list", options.list);
     CLI::Option* const whitelist =
-        app.add_option("--whitelist", options.whitelist,
-                       "Print every waypoint with its attributes, to compare a whitelist with, and exit")
-            ->type_name("json|csv")
-            ->check(CLI::IsMember({"json", "csv"}).description(""));
-    CLI::Option* const strict = app.add_flag("--strict", options.strict, "What is listed otherwise is a fault");
-    CLI::Option* const json = app.add_flag("--json", options.json, "Print the outcome as one JSON document");
-    CLI::Option* const junit =
-        app.add_option("--junit", options.junitFile, "Write a JUnit report as well")->type_name("FILE");
-    CLI::Option* const payloads =
-        app.add_option("--payloads", options.payloadsFile,
-                       "Write the payloads that are received, as a JSON array; one that is no JSON text as a string")
-            ->type_name("FILE");
-    for (CLI::Option* const ofARun : {strict, json, junit, payloads})
+        app.add_option("--whitelist", options.whitelist)->check(CLI::IsMember({"json", "csv"}));
+    CLI::Option* const strict = app.add_flag("--strict", options.strict);
+    CLI::Option* const json = app.add_flag("--json", options.json);
+    CLI::Option* const junit = app.add_option("--junit", options.junitFile);
+    CLI::Option* const payloads = app.add_option("--payloads", options.payloadsFile);
+    CLI::Option* const captured = app.add_option("--captured", options.capturedFile);
+    junit->check(FileNameError);
+    payloads->check(FileNameError);
+    captured->check([](const std::string& name) { return name == "-" ? "" : FileNameError(name); });
+    for (CLI::Option* const alone : {list, whitelist})
     {
-        list->excludes(ofARun);
-        whitelist->excludes(ofARun);
+        for (CLI::Option* const ofARun : {strict, json, junit, payloads, captured})
+            alone->excludes(ofARun);
     }
     whitelist->excludes(list)->excludes(only);
+    captured->excludes(only)->excludes(junit)->excludes(payloads);
 
     std::reverse(arguments.begin(), arguments.end()); // as the parser takes them
     try
     {
         app.parse(std::move(arguments));
+        if (!options.junitFile.empty() && !options.payloadsFile.empty() &&
+            IsOneFile(options.junitFile, options.payloadsFile))
+            commandLine.usageError = OneLine("--junit and --payloads name one file, " + options.junitFile);
     }
     catch (const CLI::CallForHelp&)
     {
-        commandLine.text = app.help();
+        commandLine.text = Help;
     }
     catch (const CLI::CallForVersion& version)
     {

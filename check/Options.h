@@ -9,13 +9,14 @@ namespace Corvane
 
 struct Options
 {
-    std::vector<std::string> only; // names and patterns of tests; empty: all
+    std::vector<std::string> only; // names and patterns; empty: all
     bool list = false;
     std::string whitelist; // "json" or "csv"; empty: not asked for
     bool strict = false;
     bool json = false;
-    std::string junitFile; // in UTF-8, as the next; empty: none
+    std::string junitFile; // in UTF-8, as the next two; empty: none
     std::string payloadsFile;
+    std::string capturedFile; // "-": standard input
 };
 
 struct CommandLine

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
 
-#include <check/PayloadCheck.h>
+#include <check/Judge.h>
 
 using nlohmann::json;
 
@@ -19,34 +18,18 @@ namespace
 
 using OrderedJson = nlohmann::ordered_json;
 
-std::string JoinLines(const std::vector<std::string>& lines)
+std::string JoinedBy(const std::string& separator, const std::vector<std::string>& texts)
 {
-    std::string text;
-    for (const std::string& line : lines)
-        text += (text.empty() ? "" : "\n") + line;
-    return text;
+    std::string joined;
+    for (const std::string& text : texts)
+        joined += (joined.empty() ? "" : separator) + text;
+    return joined;
 }
 
-std::string CountOf(std::size_t count, const std::string& what)
+// A text as JSON, with U+FFFD for what is ill-formed.
+std::string DumpOf(const json& text)
 {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
-using KeyCounts = std::map<std::string, std::size_t>; // the number of tests with each key
-
-// Nothing without keys.
-std::string KeyLines(const std::string& heading, const KeyCounts& counts)
-{
-    std::string text;
-    for (const auto& [key, count] : counts)
-        text.append("    ").append(key).append(": ").append(CountOf(count, "test")).append("\n");
-    return counts.empty() ? "" : "\n" + heading + "\n" + text;
-}
-
-// Well-formed UTF-8, with U+FFFD for what is not.
-std::string WellFormed(const std::string& text)
-{
-    return json::parse(JsonTextOf(text)).get<std::string>();
+    return text.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
 // Text for an attribute or an element. A line end and a tab would be read as blanks in an attribute; what XML cannot
@@ -103,47 +86,92 @@ std::string JUnitCase(const std::string& name, double seconds, const std::string
     if (sentences.empty())
         return xml + " />\n";
     return xml + ">\n    <" + element + " type=\"Failed\"" + Attribute("message", sentences.front()) + ">" +
-           XmlText(JoinLines(sentences)) + "</" + element + ">\n  </testcase>\n";
+           XmlText(JoinedBy("\n", sentences)) + "</" + element + ">\n  </testcase>\n";
+}
+
+// With the call that it comes from, and how many more there are.
+std::string CallsOf(const CallFault& fault)
+{
+    if (fault.call.empty())
+        return "";
+    return "by " + fault.call + (fault.calls > 1 ? ", and in " + CountOf(fault.calls - 1, "further call") : "");
+}
+
+std::vector<std::string> SentencesOf(const TestOutcome& test)
+{
+    std::vector<std::string> sentences;
+    for (const CallFault& fault : test.faults)
+        sentences.push_back(fault.fault.sentence + (fault.call.empty() ? "" : " (" + CallsOf(fault) + ")"));
+    return sentences;
+}
+
+OrderedJson TextOrNull(const std::string& text)
+{
+    return text.empty() ? OrderedJson() : OrderedJson(text);
 }
 
 OrderedJson TestAsJson(const TestOutcome& test)
 {
-    return {{"name", test.name},
-            {"method", test.method.empty() ? OrderedJson() : OrderedJson(test.method)},
-            {"verdict", test.faults.empty() ? "passed" : "failed"},
-            {"faults", test.faults},
-            {"further_keys", test.furtherKeys},
-            {"unsent_keys", test.unsentKeys},
-            {"messages", test.messages},
-            {"payloads", test.payloads}};
+    OrderedJson faults = OrderedJson::array();
+    for (const CallFault& fault : test.faults)
+        faults.push_back({{"call", TextOrNull(fault.call)},
+                          {"key", TextOrNull(fault.fault.key)},
+                          {"expected", fault.fault.expected},
+                          {"sent", fault.fault.sent},
+                          {"message", fault.fault.sentence},
+                          {"calls", fault.calls}});
+    return {
+        {"name", test.name},        {"method", test.method},     {"verdict", test.faults.empty() ? "passed" : "failed"},
+        {"faults", faults},         {"messages", test.messages}, {"calls", test.calls},
+        {"payloads", test.payloads}};
 }
 
 } // namespace
 
-std::string TextReport(const RunOutcome& outcome)
+std::string VerdictText(const TestOutcome& test, std::set<std::string>& told)
+{
+    if (test.faults.empty())
+        return "PASSED\n";
+    std::string text = "FAILED";
+    std::vector<std::string> toldKeys;
+    std::string untold;
+    for (const CallFault& fault : test.faults)
+    {
+        if (!told.insert(fault.fault.sentence).second)
+        {
+            toldKeys.push_back(fault.fault.key.empty() ? fault.fault.sentence : fault.fault.key);
+            continue;
+        }
+        untold += "    " + fault.fault.sentence + "\n";
+        if (!fault.call.empty())
+            untold += "        " + CallsOf(fault) + "\n";
+    }
+    if (!toldKeys.empty())
+        text += ", as above: " + JoinedBy(", ", toldKeys);
+    return WellFormed(text + "\n" + untold);
+}
+
+std::string ClosingText(const RunOutcome& outcome, bool isStrict)
 {
     std::string text;
-    KeyCounts furtherKeys;
-    KeyCounts unsentKeys;
+    for (const auto& [sentence, count] : outcome.remarks)
+        text += "REMARK  " + sentence + ": " + CountOf(count, "test") + "\n";
+    const std::vector<std::string> errors = outcome.Errors(isStrict);
+    for (const std::string& error : errors)
+        text += "ERROR   " + error + "\n";
+    std::vector<std::string> failed;
     for (const TestOutcome& test : outcome.tests)
     {
-        text += (test.faults.empty() ? "PASSED  " : "FAILED  ") + test.name + "\n";
-        for (const std::string& fault : test.faults)
-            text += "    " + fault + "\n";
-        for (const std::string& key : test.furtherKeys)
-            ++furtherKeys[key];
-        for (const std::string& key : test.unsentKeys)
-            ++unsentKeys[key];
+        if (!test.faults.empty())
+            failed.push_back(test.name);
     }
-    for (const std::string& error : outcome.errors)
-        text += "ERROR   " + error + "\n";
-    text += KeyLines("Top-level keys that docs/events.json does not name:", furtherKeys);
-    text += KeyLines("Keys of the library's own that did not come:", unsentKeys);
-    const std::size_t failed = outcome.FailedTests();
-    text.append("\n").append(std::to_string(outcome.tests.size() - failed)).append(" passed, ");
-    text.append(std::to_string(failed)).append(" failed");
-    if (!outcome.errors.empty())
-        text.append(", ").append(CountOf(outcome.errors.size(), "error"));
+    text += "\n";
+    if (!failed.empty())
+        text += "Failed: " + JoinedBy(", ", failed) + "\n";
+    text +=
+        std::to_string(outcome.tests.size() - failed.size()) + " passed, " + std::to_string(failed.size()) + " failed";
+    if (!errors.empty())
+        text += ", " + CountOf(errors.size(), "error");
     return WellFormed(text + "\n");
 }
 
@@ -151,41 +179,67 @@ std::string JsonReport(const RunOutcome& outcome, const Document& document, bool
 {
     OrderedJson tests = OrderedJson::array();
     std::transform(outcome.tests.begin(), outcome.tests.end(), std::back_inserter(tests), TestAsJson);
+    OrderedJson remarks = OrderedJson::array();
+    for (const std::string& remark : outcome.productRemarks)
+        remarks.push_back({{"message", remark}, {"tests", nullptr}});
+    for (const auto& [sentence, count] : outcome.remarks)
+        remarks.push_back({{"message", sentence}, {"tests", count}});
+    const std::vector<std::string> errors = outcome.Errors(isStrict);
     const std::size_t failed = outcome.FailedTests();
     const OrderedJson report = {
         {"document", {{"version", document.version}}},
         {"strict", isStrict},
         {"tests", tests},
-        {"errors", outcome.errors},
-        {"summary",
-         {{"passed", outcome.tests.size() - failed}, {"failed", failed}, {"errors", outcome.errors.size()}}}};
+        {"errors", errors},
+        {"remarks", remarks},
+        {"summary", {{"passed", outcome.tests.size() - failed}, {"failed", failed}, {"errors", errors.size()}}}};
     return report.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
-std::string JUnitReport(const RunOutcome& outcome)
+std::string JUnitReport(const RunOutcome& outcome, bool isStrict, const std::string& begunTest)
 {
     std::string cases;
     double seconds = 0;
     for (const TestOutcome& test : outcome.tests)
     {
-        cases += JUnitCase(test.name, test.seconds, "failure", test.faults);
+        cases += JUnitCase(test.name, test.seconds, "failure", SentencesOf(test));
         seconds += test.seconds;
     }
-    const std::size_t errors = outcome.errors.empty() ? 0 : 1;
-    if (errors != 0)
-        cases += JUnitCase("OutsideTheTests", 0, "error", outcome.errors);
+    std::size_t errorCases = 0;
+    const auto addErrors = [&cases, &errorCases](const std::string& name, const std::vector<std::string>& sentences)
+    {
+        if (sentences.empty())
+            return;
+        cases += JUnitCase(name, 0, "error", sentences);
+        ++errorCases;
+    };
+    addErrors("OutsideTheTests", outcome.Errors(isStrict));
+    if (!begunTest.empty())
+        addErrors(begunTest, {"not finished"});
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"tavi_check\"" +
-           Attribute("tests", std::to_string(outcome.tests.size() + errors)) +
-           Attribute("failures", std::to_string(outcome.FailedTests())) + Attribute("errors", std::to_string(errors)) +
-           " skipped=\"0\"" + Attribute("time", Seconds(seconds)) + ">\n" + cases + "</testsuite>\n";
+           Attribute("tests", std::to_string(outcome.tests.size() + errorCases)) +
+           Attribute("failures", std::to_string(outcome.FailedTests())) +
+           Attribute("errors", std::to_string(errorCases)) + " skipped=\"0\"" + Attribute("time", Seconds(seconds)) +
+           ">\n" + cases + "</testsuite>\n";
 }
 
 std::string PayloadsAsJson(const RunOutcome& outcome)
 {
     std::string text;
-    for (const std::string& payload : outcome.payloads)
-        text += (text.empty() ? "\n" : ",\n") + (json::accept(payload) ? payload : JsonTextOf(payload));
+    for (const ReceivedPayload& payload : outcome.payloads)
+        text += (text.empty() ? "\n" : ",\n") + ("{\"call\": " + json(payload.call).dump()) +
+                ", \"payload\": " + (json::accept(payload.text) ? payload.text : DumpOf(payload.text)) + "}";
     return "[" + text + (text.empty() ? "]\n" : "\n]\n");
+}
+
+std::string CountOf(std::size_t count, const std::string& what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string WellFormed(const std::string& text)
+{
+    return json::parse(DumpOf(text)).get<std::string>();
 }
 
 } // namespace Corvane

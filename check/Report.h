@@ -1,6 +1,7 @@
 // What the program tells of a run.
 #pragma once
 
+#include <set>
 #include <string>
 
 #include <check/Document.h>
@@ -9,25 +10,37 @@
 namespace Corvane
 {
 
-// A line for each test, "PASSED  MeshSize" or "FAILED  MeshSize", above its faults; then errors outside the tests, the
-// keys that docs/events.json does not name, those of the library's own that did not come, and the numbers of tests that
-// passed and failed.
-std::string TextReport(const RunOutcome& outcome);
+// What follows a test's name: its verdict, and its faults below it. A fault that is in `told` already is named only;
+// the test's faults are added there.
+std::string VerdictText(const TestOutcome& test, std::set<std::string>& told);
+
+// Remarks, errors outside the tests, the names of failed tests and, as the last line, the numbers of tests that passed
+// and failed. Remarks of the product file stand first in a report, and are not repeated here.
+std::string ClosingText(const RunOutcome& outcome, bool isStrict);
 
 // One JSON document, an object of
 //   "document"   of docs/events.json: {"version"}
-//   "strict"     whether further and unsent keys are faults
-//   "tests"      in order: {"name", "method" (null when docs/events.json has no such test), "verdict" ("passed" or
-//                "failed"), "faults" (sentences), "further_keys", "unsent_keys", "messages" (lines printed during the
-//                call), "payloads" (how many)}
+//   "strict"     whether a remark is an error, too
+//   "tests"      in order: {"name", "method", "verdict" ("passed" or "failed"), "faults", "messages" (lines printed
+//                during the calls), "calls", "payloads" (numbers)}; a fault is {"call", "key", "expected", "sent",
+//                "message" (a sentence), "calls" (in how many)}, in which null stands for what there is not
 //   "errors"     outside the tests, sentences
+//   "remarks"    {"message", "tests" (in how many; null: not of a test)}
 //   "summary"    {"passed", "failed", "errors"}, numbers
 std::string JsonReport(const RunOutcome& outcome, const Document& document, bool isStrict);
 
 // A JUnit report: one suite, and a case for each test. Errors outside the tests are one more case, "OutsideTheTests".
-std::string JUnitReport(const RunOutcome& outcome);
+// So is a test that has begun: an error, "not finished".
+std::string JUnitReport(const RunOutcome& outcome, bool isStrict, const std::string& begunTest = "");
 
-// The payloads, in order, as a JSON array. Each is as it was received; one that is no JSON text is a string.
+// The payloads, in order, as a JSON array of {"call", "payload"}. Each is as it was received; one that is no JSON text
+// is a string.
 std::string PayloadsAsJson(const RunOutcome& outcome);
+
+// "1 test", "2 tests".
+std::string CountOf(std::size_t count, const std::string& what);
+
+// Well-formed UTF-8, with U+FFFD for what is not.
+std::string WellFormed(const std::string& text);
 
 } // namespace Corvane

@@ -2,22 +2,19 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <cstdlib>
 #include <exception>
-#include <functional>
 #include <iostream>
-#include <iterator>
+#include <memory>
 #include <optional>
 #include <set>
 #include <sstream>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <check/PayloadCheck.h>
+#include <check/ReportingMethods.h>
 #include <check/Status.h>
-#include <harness/Catalogue.h>
-#include <harness/Driver.h>
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
 
 using nlohmann::json;
@@ -29,49 +26,6 @@ namespace Corvane
 
 namespace
 {
-
-struct ReceivedPayload
-{
-    std::string text;
-    bool isOfACall; // else no call was in progress
-};
-
-// What the testing callback gets.
-struct Inbox
-{
-    std::vector<ReceivedPayload> payloads;
-    bool callIsInProgress = false;
-    bool hasLostAny = false;
-    bool isClosed = false;
-};
-
-Inbox& TheInbox()
-{
-    // Without a destructor's call: the library may hand over a payload while the process ends.
-    static Inbox& inbox = *new Inbox;
-    return inbox;
-}
-
-int Receive(const JsonValue& payload, void* context, JsonValue&)
-{
-    Inbox& inbox = *static_cast<Inbox*>(context);
-    if (inbox.isClosed)
-    {
-        std::cerr << "tavi_check: a payload without a test in progress, after the last test" << std::endl;
-        std::_Exit(Status::Failed);
-    }
-    try
-    {
-        const TaviString text = payload.GetJsonString();
-        inbox.payloads.push_back(
-            {text.c_str() != nullptr ? std::string(text.c_str(), text.size()) : "", inbox.callIsInProgress});
-    }
-    catch (...) // no exception may leave through the library
-    {
-        inbox.hasLostAny = true;
-    }
-    return 0;
-}
 
 // While it lives, what is written to std::cout is kept.
 class KeptOutput
@@ -96,154 +50,170 @@ private:
     std::streambuf* previous;
 };
 
-struct CheckedCall
-{
-    std::function<void()> call;
-    json arguments = json::object(); // other than the catalogue's, by parameter
-    std::string what = {};           // opens each fault
-};
-
-struct CheckedTest
-{
-    std::string name;
-    std::vector<CheckedCall> calls;
-};
-
-// The catalogue's documents have one number as size and as source. In this one they differ.
-CheckedCall ChangeOfAnotherDocument()
-{
-    return {[]
-            {
-                CorvaneTavi::Instance().AddDocument(L"fileName3", L"fileExtension3", 4042, 7);
-                CorvaneTavi::Instance().StartTrackFileChange(L"fileName3");
-            },
-            {{"name", "fileName3"}, {"extension", "fileExtension3"}, {"size", 4042}, {"source", 7}},
-            "a document of size 4042 and source 7: "};
-}
-
-std::vector<CheckedTest> CheckedTests()
-{
-    std::vector<CheckedTest> tests;
-    VisitTests(
-        [&tests](const char* name, const JsonValue&, ReportingCall call) {
-            tests.push_back({name, {{[call] { call(CorvaneTavi::Instance()); }}}});
-        });
-    VisitDocumentTest(
-        [&tests](const char* name, const JsonValue&, DocumentStep prepare, DocumentStep report)
-        {
-            const auto call = [prepare, report]
-            {
-                prepare();
-                report();
-            };
-            tests.push_back({name, {{call}, ChangeOfAnotherDocument()}});
-        });
-    return tests;
-}
-
-class TestRun
+class Run
 {
 public:
-    TestRun(const CheckedTest& runTest, const DocumentEvent* documentedEvent) : test(runTest), event(documentedEvent)
+    Run(const Document& runDocument, const std::filesystem::path& productFile, const Progress& runProgress)
+        : document(runDocument), productPath(productFile), progress(runProgress)
     {
-        outcome.name = test.name;
-        outcome.method = event != nullptr ? event->method : "";
     }
 
-    TestOutcome Outcome(bool isStrict)
+    RunOutcome Outcome(const std::vector<std::string>& names)
     {
-        const auto start = std::chrono::steady_clock::now();
-        if (event == nullptr)
-            outcome.faults.emplace_back("docs/events.json has no event of this test: it is out of date");
-        for (const CheckedCall& call : test.calls)
-            Check(call);
-        outcome.furtherKeys.assign(furtherKeys.begin(), furtherKeys.end());
-        outcome.unsentKeys.assign(unsentKeys.begin(), unsentKeys.end());
-        if (isStrict)
+        const auto recorder = Start();
+        progress.onStart(outcome);
+        if (!outcome.isInTestMode)
+            return outcome;
+        TakeStrayPayloads(*recorder);
+        for (const ReportingMethod& method : ReportingMethods())
         {
-            for (const std::string& key : furtherKeys)
-                outcome.faults.push_back(key + " is not expected");
-            for (const std::string& key : unsentKeys)
-                outcome.faults.push_back(key + " is expected, not sent");
+            if (std::find(names.begin(), names.end(), method.name) == names.end())
+                continue;
+            progress.onTest(outcome, TestName(method.name));
+            outcome.tests.push_back(Prove(method, *recorder));
+            progress.onVerdict(outcome.tests.back());
         }
-        outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        if (recorder->HasLostAny())
+            outcome.errors.emplace_back("a payload could not be kept");
         return outcome;
     }
 
 private:
-    void Check(const CheckedCall& checked)
-    {
-        const std::size_t first = TheInbox().payloads.size();
-        Make(checked);
-        const std::vector<ReceivedPayload> received(TheInbox().payloads.begin() + static_cast<std::ptrdiff_t>(first),
-                                                    TheInbox().payloads.end());
-        outcome.payloads += received.size();
-        if (received.empty())
-            AddFault(checked, "no payload was received");
-        else if (received.size() > 1)
-            AddFault(checked, std::to_string(received.size()) + " payloads were received, not one");
-        for (std::size_t i = 0; i < received.size() && event != nullptr; ++i)
-            Judge(checked, received[i].text, received.size() > 1 ? "payload " + std::to_string(i + 1) + ": " : "");
-    }
-
-    void Make(const CheckedCall& checked)
+    std::unique_ptr<PayloadRecorder> Start()
     {
         const KeptOutput output;
-        TheInbox().callIsInProgress = true;
+        auto recorder = std::make_unique<PayloadRecorder>();
+        for (const std::string& line : output.Lines())
+            outcome.errors.push_back("the start printed \"" + line + "\"");
+        outcome.isInTestMode = recorder->Refusal().empty();
+        if (!outcome.isInTestMode)
+        {
+            outcome.errors.push_back(recorder->Refusal());
+            return recorder;
+        }
+        const ProductFile product = ReadProductFile(productPath);
+        judge.emplace(product, LibraryTakesEmptyForNone());
+        outcome.productRemarks = product.remarks;
+        if (const std::string key = CorvaneTavi::Instance().GetProductKey(); key != product.ProductKey())
+            outcome.errors.push_back("GetProductKey() returns " + JsonTextOf(key) + ", not " +
+                                     JsonTextOf(product.ProductKey()));
+        return recorder;
+    }
+
+    // Those that came since the last call.
+    void TakeStrayPayloads(const PayloadRecorder& recorder)
+    {
+        for (; taken < recorder.Payloads().size(); ++taken)
+        {
+            outcome.payloads.push_back({"", recorder.JsonText(taken)});
+            outcome.errors.push_back("a payload came without a call: " + outcome.payloads.back().text);
+        }
+    }
+
+    TestOutcome Prove(const ReportingMethod& method, const PayloadRecorder& recorder)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        TestOutcome test{TestName(method.name), method.name, {}, {}, 0, 0, 0};
+        const DocumentEvent* const event = FindEvent(document, method.name);
+        if (event == nullptr)
+            AddFault(test, "", {"", nullptr, nullptr, "docs/events.json has no event of it: it is out of date"});
+        std::set<std::string> remarks;
+        for (const ProbingCall& call : ProbingCalls(method))
+        {
+            TakeStrayPayloads(recorder);
+            const std::string callText = CallText(method, call);
+            Make(test, callText, call);
+            const std::size_t received = recorder.Payloads().size() - taken;
+            ++test.calls;
+            test.payloads += received;
+            // A whitelist can only have names that are known.
+            const bool mayBeFiltered = event != nullptr && event->nameFrom &&
+                                       std::find(event->names.begin(), event->names.end(),
+                                                 call.arguments.at(*event->nameFrom)) == event->names.end();
+            if (received != 1 && !(received == 0 && mayBeFiltered))
+                AddFault(test, callText,
+                         {"", 1, received,
+                          received == 0 ? "no payload was received"
+                                        : std::to_string(received) + " payloads were received, not one"});
+            if (received == 0 && mayBeFiltered)
+                remarks.insert(UnknownNameIsFiltered);
+            for (std::size_t i = 0; i < received; ++i, ++taken)
+            {
+                const std::string text = recorder.JsonText(taken);
+                outcome.payloads.push_back({callText, text});
+                const json payload = json::parse(text, nullptr, false);
+                if (payload.is_null() && mayBeFiltered)
+                    remarks.insert(UnknownNameIsFiltered);
+                else if (payload.is_discarded())
+                    AddFault(test, callText, {"", json::object(), text, "the payload is no JSON text: " + text});
+                else if (event != nullptr)
+                    AddFindings(test, callText, judge->OfCall(*event, call.arguments, payload), remarks);
+            }
+        }
+        for (const std::string& remark : remarks)
+            ++outcome.remarks[remark];
+        test.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        return test;
+    }
+
+    static void Make(TestOutcome& test, const std::string& callText, const ProbingCall& call)
+    {
+        const KeptOutput output;
         try
         {
-            checked.call();
+            call.make();
         }
         catch (const std::exception& error)
         {
-            AddFault(checked, std::string("the call threw an exception: ") + error.what());
+            AddFault(test, callText,
+                     {"", nullptr, nullptr, std::string("the call threw an exception: ") + error.what()});
         }
-        TheInbox().callIsInProgress = false;
         for (const std::string& line : output.Lines())
         {
-            outcome.messages.push_back(line);
-            AddFault(checked, "the call printed \"" + line + "\"");
+            test.messages.push_back(line);
+            AddFault(test, callText, {"", nullptr, nullptr, "the call printed \"" + line + "\""});
         }
     }
 
-    void Judge(const CheckedCall& checked, const std::string& text, const std::string& which)
+    void AddFindings(TestOutcome& test, const std::string& callText, const Findings& findings,
+                     std::set<std::string>& remarks)
     {
-        const json payload = json::parse(text, nullptr, false);
-        if (payload.is_discarded())
-        {
-            AddFault(checked, which + "the payload is no JSON text: " + text);
-            return;
-        }
-        const PayloadFindings findings = CheckPayload(payload, WithArguments(*event, checked.arguments));
-        for (const std::string& fault : findings.faults)
-            AddFault(checked, which + fault);
-        furtherKeys.insert(findings.furtherKeys.begin(), findings.furtherKeys.end());
-        unsentKeys.insert(findings.unsentKeys.begin(), findings.unsentKeys.end());
+        for (const Fault& fault : findings.faults)
+            AddFault(test, callText, fault);
+        for (const Fault& fault : findings.productFaults)
+            ++outcome.productFaults[fault.sentence];
+        remarks.insert(findings.remarks.begin(), findings.remarks.end());
     }
 
-    void AddFault(const CheckedCall& checked, const std::string& fault)
+    // The first fault of a key stands for all of it.
+    static void AddFault(TestOutcome& test, const std::string& callText, const Fault& fault)
     {
-        outcome.faults.push_back(checked.what + fault);
+        const auto known = std::find_if(test.faults.begin(), test.faults.end(),
+                                        [&fault](const CallFault& other) {
+                                            return other.fault.key == fault.key &&
+                                                   (!fault.key.empty() || other.fault.sentence == fault.sentence);
+                                        });
+        if (known == test.faults.end())
+            test.faults.push_back({callText, fault, 1});
+        else
+            ++known->calls;
     }
 
-    const CheckedTest& test;
-    const DocumentEvent* event;
-    std::set<std::string> furtherKeys;
-    std::set<std::string> unsentKeys;
-    TestOutcome outcome;
+    static constexpr const char* UnknownNameIsFiltered = "The library hands over no payload for an event whose name is "
+                                                         "not in the vocabulary";
+
+    const Document& document;
+    const std::filesystem::path& productPath;
+    const Progress& progress;
+    std::optional<Judge> judge; // from the start on
+    RunOutcome outcome;
+    std::size_t taken = 0; // of the recorder's payloads
 };
 
-// Whether the library is in test mode then. What the wrapper prints on the way is an error, too.
-bool Start(std::vector<std::string>& errors)
+int Refuse(const JsonValue&, void*, JsonValue&)
 {
-    const KeptOutput output;
-    const std::optional<Refusal> refusal = EnterTestMode(Receive, &TheInbox());
-    const std::vector<std::string> lines = output.Lines();
-    std::transform(lines.begin(), lines.end(), std::back_inserter(errors),
-                   [](const std::string& line) { return "the start printed \"" + line + "\""; });
-    if (refusal)
-        errors.push_back(refusal->sentence + (refusal->status ? ": status " + std::to_string(*refusal->status) : ""));
-    return !refusal;
+    std::cerr << "tavi_check: a payload came without a call, after the last test" << std::endl;
+    std::_Exit(Status::Failed);
 }
 
 } // namespace
@@ -254,47 +224,37 @@ std::size_t RunOutcome::FailedTests() const
     return static_cast<std::size_t>(std::count_if(tests.begin(), tests.end(), hasFailed));
 }
 
-std::vector<std::string> TestNames()
+std::vector<std::string> RunOutcome::Errors(bool isStrict) const
 {
-    const std::vector<CheckedTest> tests = CheckedTests();
-    std::vector<std::string> names;
-    std::transform(tests.begin(), tests.end(), std::back_inserter(names),
-                   [](const CheckedTest& test) { return test.name; });
-    return names;
+    std::vector<std::string> all = errors;
+    for (const auto& [sentence, count] : productFaults)
+        all.push_back(sentence + ", in " + std::to_string(count) + " of " + std::to_string(payloads.size()) +
+                      " payloads");
+    if (isStrict)
+    {
+        all.insert(all.end(), productRemarks.begin(), productRemarks.end());
+        for (const auto& [sentence, count] : remarks)
+            all.push_back(sentence);
+    }
+    return all;
 }
 
-RunOutcome RunChecks(const Document& document, const std::vector<std::string>& names, bool isStrict)
+std::string TestName(const std::string& method)
 {
-    RunOutcome outcome;
-    TheInbox() = {};
-    const std::vector<CheckedTest> tests = CheckedTests();
-    for (const DocumentEvent& event : document.events)
-    {
-        if (std::none_of(tests.begin(), tests.end(),
-                         [&event](const CheckedTest& test) { return test.name == event.test; }))
-            outcome.errors.push_back("docs/events.json has an event of a test " + event.test +
-                                     ", which there is not: it is out of date");
-    }
-    const bool isInTestMode = Start(outcome.errors);
-    for (const CheckedTest& test : tests)
-    {
-        if (isInTestMode && std::find(names.begin(), names.end(), test.name) != names.end())
-            outcome.tests.push_back(TestRun(test, FindEvent(document, test.name)).Outcome(isStrict));
-    }
-    for (const ReceivedPayload& payload : TheInbox().payloads)
-    {
-        if (!payload.isOfACall)
-            outcome.errors.push_back("a payload without a test in progress: " + payload.text);
-        outcome.payloads.push_back(payload.text);
-    }
-    if (TheInbox().hasLostAny)
-        outcome.errors.emplace_back("a payload could not be kept");
-    return outcome;
+    return method.starts_with("Track") ? method.substr(5) : method;
+}
+
+RunOutcome RunChecks(const Document& document, const std::filesystem::path& productFile,
+                     const std::vector<std::string>& methods, const Progress& progress)
+{
+    return Run(document, productFile, progress).Outcome(methods);
 }
 
 void RefuseFurtherPayloads()
 {
-    TheInbox().isClosed = true;
+    TaviString productKey;
+    productKey.SetString(CorvaneTavi::Instance().GetProductKey().c_str());
+    Veltrane::TaviDesktopSDK::SetTestingCallback(productKey, Refuse, nullptr);
 }
 
 } // namespace Corvane

@@ -1,47 +1,79 @@
-// Runs the tests of the catalogue by stricter rules than cvtavi_test: each call sends exactly one payload, and that is
-// compared whole with docs/events.json. What failed once has failed, whatever comes after it.
+// Runs the prober's calls and judges what comes of each: exactly one payload, right in every key. What failed once has
+// failed, whatever comes after it.
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
 #include <check/Document.h>
+#include <check/Judge.h>
 
 namespace Corvane
 {
 
+struct CallFault
+{
+    std::string call; // as in "TrackMeshSize(101, 102)"
+    Fault fault;
+    std::size_t calls = 1; // in how many calls of the test the key was wrong; the fault is the first one's
+};
+
 struct TestOutcome
 {
-    std::string name;
-    std::string method;                   // empty when docs/events.json has no event of the test
-    std::vector<std::string> faults;      // a sentence each; none when the test passed
-    std::vector<std::string> furtherKeys; // top-level keys that docs/events.json does not name, ascending
-    std::vector<std::string> unsentKeys;  // the library's own that docs/events.json names and that did not come
-    std::vector<std::string> messages;    // lines that were printed meanwhile
+    std::string name; // the catalogue's, as in "MeshSize"
+    std::string method;
+    std::vector<CallFault> faults;     // none when the test passed; one for each key
+    std::vector<std::string> messages; // lines that were printed meanwhile
+    std::size_t calls = 0;
     std::size_t payloads = 0;
     double seconds = 0;
 };
 
-struct RunOutcome
+struct ReceivedPayload
 {
-    std::vector<TestOutcome> tests;
-    std::vector<std::string> errors;   // outside the tests, a sentence each
-    std::vector<std::string> payloads; // all that were received, in order, as the library wrote them
-
-    std::size_t FailedTests() const;
-    bool Passed() const { return errors.empty() && FailedTests() == 0; }
+    std::string call; // empty: during none
+    std::string text; // as the library wrote it
 };
 
-// Those of the catalogue, in order.
-std::vector<std::string> TestNames();
+using Counts = std::map<std::string, std::size_t>; // of payloads or tests, by a sentence
 
-// Puts the library into test mode and runs the tests of these names. `isStrict` makes further and unsent keys faults.
-// Nothing is printed: what the wrapper and the library print on std::cout is kept. The callback stays registered, and
-// its context is never destroyed: the library may call it until the process ends.
-RunOutcome RunChecks(const Document& document, const std::vector<std::string>& names, bool isStrict);
+struct RunOutcome
+{
+    bool isInTestMode = false;
+    std::vector<std::string> productRemarks; // of the product file, told first
+    std::vector<TestOutcome> tests;
+    std::vector<std::string> errors; // outside the tests, a sentence each
+    Counts productFaults;            // of the product's description, with the number of payloads
+    Counts remarks;                  // with the number of tests
+    std::vector<ReceivedPayload> payloads;
 
-// After the outcome is told: a payload that still comes ends the process with status 1 and a line on the error stream.
+    std::size_t FailedTests() const;
+
+    // All that is wrong outside the tests; remarks are, when `isStrict`.
+    std::vector<std::string> Errors(bool isStrict) const;
+};
+
+// A name of the catalogue: the method's, without "Track" before it.
+std::string TestName(const std::string& method);
+
+struct Progress
+{
+    std::function<void(const RunOutcome&)> onStart;                         // test mode is entered, or refused
+    std::function<void(const RunOutcome&, const std::string& name)> onTest; // a test begins
+    std::function<void(const TestOutcome&)> onVerdict;                      // and has ended
+};
+
+// Puts the library into test mode and proves the methods of these names. Nothing is printed: what the wrapper prints on
+// std::cout is kept, and fails the test. For a user who has not opted in nothing is read or started.
+RunOutcome RunChecks(const Document& document, const std::filesystem::path& productFile,
+                     const std::vector<std::string>& methods, const Progress& progress);
+
+// After the outcome of a run in test mode is told: a payload that still comes ends the process with status 1 and a line
+// on the error stream.
 void RefuseFurtherPayloads();
 
 } // namespace Corvane

@@ -1,6 +1,7 @@
 #include <check/Whitelist.h>
 
 #include <initializer_list>
+#include <vector>
 
 namespace Corvane
 {
@@ -10,9 +11,21 @@ namespace
 
 using OrderedJson = nlohmann::ordered_json;
 
-OrderedJson TextOrNull(const std::optional<std::string>& text)
+OrderedJson TextOrNull(const std::string& text)
 {
-    return text ? OrderedJson(*text) : OrderedJson();
+    return text.empty() ? OrderedJson() : OrderedJson(text);
+}
+
+// All that are known; an empty one for an event without a name.
+std::vector<std::string> NamesOf(const DocumentEvent& event)
+{
+    return event.nameFrom ? event.names : std::vector<std::string>{event.name.value_or("")};
+}
+
+// The parameter that gives the name, if any.
+std::string NameFrom(const DocumentEvent& event)
+{
+    return event.nameFrom ? event.parameters.at(*event.nameFrom) : "";
 }
 
 std::string CsvLine(std::initializer_list<std::string> fields)
@@ -47,11 +60,12 @@ std::string WhitelistAsJson(const Document& document)
             if (!key.place.empty())
                 attributes.push_back({{"object", key.place}, {"key", key.name}});
         }
-        list.push_back({{"method", event.method},
-                        {"waypoint", TextOrNull(event.waypoint)},
-                        {"name_from", TextOrNull(event.nameFrom)},
-                        {"type", event.type},
-                        {"attributes", attributes}});
+        for (const std::string& name : NamesOf(event))
+            list.push_back({{"method", event.method},
+                            {"waypoint", TextOrNull(name)},
+                            {"name_from", TextOrNull(NameFrom(event))},
+                            {"type", event.type},
+                            {"attributes", attributes}});
     }
     return list.dump(2) + "\n";
 }
@@ -61,21 +75,22 @@ std::string WhitelistAsCsv(const Document& document)
     std::string text = CsvLine({"method", "waypoint", "name_from", "type", "object", "attribute"});
     for (const DocumentEvent& event : document.events)
     {
-        const auto add = [&](const std::string& object, const std::string& attribute)
+        for (const std::string& name : NamesOf(event))
         {
-            text += CsvLine({event.method, event.waypoint.value_or(""), event.nameFrom.value_or(""), event.type, object,
-                             attribute});
-        };
-        bool hasAttributes = false;
-        for (const DocumentKey& key : event.keys)
-        {
-            if (key.place.empty())
-                continue;
-            add(key.place, key.name);
-            hasAttributes = true;
+            const auto add = [&](const std::string& object, const std::string& attribute) {
+                text += CsvLine({event.method, name, NameFrom(event), event.type, object, attribute});
+            };
+            bool hasAttributes = false;
+            for (const DocumentKey& key : event.keys)
+            {
+                if (key.place.empty())
+                    continue;
+                add(key.place, key.name);
+                hasAttributes = true;
+            }
+            if (!hasAttributes)
+                add("", "");
         }
-        if (!hasAttributes)
-            add("", "");
     }
     return text;
 }

@@ -8,9 +8,10 @@
 namespace Corvane
 {
 
-// An array with an object for each event: "method"; "waypoint", null where the caller gives the name or there is none;
-// "name_from", the parameter that gives it, or null; "type"; and "attributes", the members of the attribute objects,
-// each with "object" and "key".
+// An array with an object for each event and each name that it can have: "method"; "waypoint", null where there is
+// none; "name_from", the parameter by which the caller gives the name, or null; "type"; and "attributes", the members
+// of the attribute objects, each with "object" and "key". Of the names that a caller gives it has those of the
+// vocabulary.
 std::string WhitelistAsJson(const Document& document);
 
 // The same by RFC 4180: a header, and a line for each attribute; an event without attributes has a line without one.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,114 +20,136 @@ using nlohmann::json;
 namespace
 {
 
+TestOutcome FailedTest(const std::string& name, const std::vector<CallFault>& faults)
+{
+    return {name, "Track" + name, faults, {"a line"}, 3, 2, 0.0125};
+}
+
+const CallFault WrongScope = {"TrackTwo(1)", {"scope", "C", "S", R"(scope: expected "C", sent "S")"}, 2};
+const CallFault WrongCount = {"TrackTwo(2)", {"", 1, 2, "2 payloads were received, not one"}, 1};
+
 RunOutcome PassedAndFailed()
 {
     RunOutcome outcome;
-    outcome.tests.push_back({"One", "TrackOne", {}, {"machine", "user"}, {"timer"}, {}, 1, 1.25});
-    outcome.tests.push_back({"Two", "", {"first \"fault\"", "second"}, {"user"}, {}, {"a line"}, 2, 0.0125});
-    outcome.payloads = {R"({"b":1,"a":2})", "null"};
+    outcome.tests = {{"One", "TrackOne", {}, {}, 1, 1, 1.25}, FailedTest("Two", {WrongScope, WrongCount})};
+    outcome.payloads = {{"TrackOne()", R"({"b":1,"a":2})"}, {"", "null"}};
+    outcome.remarks = {{"user is new", 2}};
+    outcome.productRemarks = {"no file"};
+    outcome.productFaults = {{"product: wrong", 2}};
     return outcome;
 }
 
 DocumentKey Attribute(const std::string& name)
 {
-    return {name, "component_attributes", "string", "", false, false, "x"};
+    DocumentKey key;
+    key.name = name;
+    key.place = "component_attributes";
+    return key;
+}
+
+DocumentEvent Event(const std::string& method, const std::string& name, const std::vector<DocumentKey>& keys)
+{
+    DocumentEvent event;
+    event.method = method;
+    if (!name.empty())
+        event.name = name;
+    event.type = "C";
+    DocumentKey outside;
+    outside.name = "type";
+    event.keys = {outside};
+    event.keys.insert(event.keys.end(), keys.begin(), keys.end());
+    return event;
 }
 
 Document SmallDocument()
 {
-    const DocumentKey outside{"type", "", "string", "", false, false, "C"};
+    DocumentEvent two = Event("TrackTwo", "", {Attribute("CV.A")});
+    two.parameters = {"name"};
+    two.nameFrom = 0;
+    two.names = {"CV.TWO", "CV.ZWEI"};
     return {"1.2.3",
-            {{"One", "TrackOne", "CV.ONE", std::nullopt, "C", {outside, Attribute("CV.A"), Attribute("CV,\"B\"")}},
-             {"Two", "TrackTwo", std::nullopt, "name", "C", {outside, Attribute("CV.A")}},
-             {"Three", "TrackThree", "CV.THREE", std::nullopt, "C", {outside}},
-             {"Four", "TrackFour", std::nullopt, std::nullopt, "S", {outside}}}};
+            {Event("TrackOne", "CV.ONE", {Attribute("CV.A"), Attribute("CV,\"B\"")}), two,
+             Event("TrackThree", "CV.THREE", {}), Event("TrackFour", "", {})}};
 }
 
 } // namespace
 
-TEST(CheckReport, TheTextHasALineForEachTestAndTheNumbersLast)
+TEST(CheckReport, AFaultIsToldOnceWithItsCallAndNamedWhereItComesAgain)
 {
-    RunOutcome outcome = PassedAndFailed();
-    EXPECT_PRED_FORMAT2(IsText, TextReport(outcome),
-                        "PASSED  One\n"
-                        "FAILED  Two\n"
-                        "    first \"fault\"\n"
-                        "    second\n"
-                        "\n"
-                        "Top-level keys that docs/events.json does not name:\n"
-                        "    machine: 1 test\n"
-                        "    user: 2 tests\n"
-                        "\n"
-                        "Keys of the library's own that did not come:\n"
-                        "    timer: 1 test\n"
-                        "\n"
-                        "1 passed, 1 failed\n");
-    outcome.tests.pop_back();
-    outcome.tests.front().furtherKeys.clear();
-    outcome.tests.front().unsentKeys.clear();
-    EXPECT_PRED_FORMAT2(IsText, TextReport(outcome), "PASSED  One\n\n1 passed, 0 failed\n");
-    outcome.errors = {"an error"};
-    EXPECT_PRED_FORMAT2(IsText, TextReport(outcome), "PASSED  One\nERROR   an error\n\n1 passed, 0 failed, 1 error\n");
+    std::set<std::string> told;
+    EXPECT_EQ(VerdictText({"One", "TrackOne", {}, {}, 1, 1, 0}, told), "PASSED\n");
+    EXPECT_EQ(VerdictText(FailedTest("Two", {WrongScope}), told),
+              "FAILED\n    scope: expected \"C\", sent \"S\"\n        by TrackTwo(1), and in 1 further call\n");
+    EXPECT_EQ(VerdictText(FailedTest("Three", {WrongScope}), told), "FAILED, as above: scope\n");
+    EXPECT_EQ(VerdictText(FailedTest("Four", {WrongScope, WrongCount}), told),
+              "FAILED, as above: scope\n    2 payloads were received, not one\n        by TrackTwo(2)\n");
 }
 
-TEST(CheckReport, AnErrorOutsideTheTestsIsNoPass)
+TEST(CheckReport, TheClosingTextHasRemarksErrorsFailedNamesAndNumbers)
 {
-    RunOutcome outcome;
-    EXPECT_TRUE(outcome.Passed());
-    outcome.errors = {"an error"};
-    EXPECT_FALSE(outcome.Passed());
-    EXPECT_FALSE(PassedAndFailed().Passed());
+    const std::string remark = "REMARK  user is new: 2 tests\n";
+    const std::string product = "ERROR   product: wrong, in 2 of 2 payloads\n";
+    const std::string names = "\nFailed: Two\n1 passed, 1 failed, ";
+    EXPECT_PRED_FORMAT2(IsText, ClosingText(PassedAndFailed(), false), remark + product + names + "1 error\n");
+    EXPECT_PRED_FORMAT2(IsText, ClosingText(PassedAndFailed(), true),
+                        remark + product + "ERROR   no file\nERROR   user is new\n" + names + "3 errors\n");
+    EXPECT_EQ(ClosingText({}, true), "\n0 passed, 0 failed\n");
 }
 
 TEST(CheckReport, TheJsonDocumentHasEverything)
 {
     RunOutcome outcome = PassedAndFailed();
     outcome.errors = {"an error"};
-    EXPECT_PRED_FORMAT2(IsJson, json::parse(JsonReport(outcome, SmallDocument(), true)),
-                        json({{"document", {{"version", "1.2.3"}}},
-                              {"strict", true},
-                              {"tests",
-                               {{{"name", "One"},
-                                 {"method", "TrackOne"},
-                                 {"verdict", "passed"},
-                                 {"faults", json::array()},
-                                 {"further_keys", {"machine", "user"}},
-                                 {"unsent_keys", {"timer"}},
-                                 {"messages", json::array()},
-                                 {"payloads", 1}},
-                                {{"name", "Two"},
-                                 {"method", json()},
-                                 {"verdict", "failed"},
-                                 {"faults", {"first \"fault\"", "second"}},
-                                 {"further_keys", {"user"}},
-                                 {"unsent_keys", json::array()},
-                                 {"messages", {"a line"}},
-                                 {"payloads", 2}}}},
-                              {"errors", {"an error"}},
-                              {"summary", {{"passed", 1}, {"failed", 1}, {"errors", 1}}}}));
+    const json document = json::parse(R"({
+        "document": {"version": "1.2.3"},
+        "strict": false,
+        "tests": [
+            {"name": "One", "method": "TrackOne", "verdict": "passed", "faults": [], "messages": [], "calls": 1,
+             "payloads": 1},
+            {"name": "Two", "method": "TrackTwo", "verdict": "failed", "faults": [
+                {"call": "TrackTwo(1)", "key": "scope", "expected": "C", "sent": "S",
+                 "message": "scope: expected \"C\", sent \"S\"", "calls": 2
+},
+                {"call": "TrackTwo(2)", "key": null, "expected": 1, "sent": 2,
+                 "message": "2 payloads were received, not one", "calls": 1}],
+             "messages": ["a line"], "calls": 3, "payloads": 2
+}],
+        "errors": ["an error", "product: wrong, in 2 of 2 payloads"],
+        "remarks": [{"message": "no file", "tests": null}, {"message": "user is new", "tests": 2}],
+        "summary":
+{
+    "passed" : 1, "failed" : 1, "errors" : 2
+}
+})");
+    EXPECT_PRED_FORMAT2(IsJson, json::parse(JsonReport(outcome, SmallDocument(), false)), document);
 }
 
-TEST(CheckReport, TheJUnitReportHasACaseForEachTestAndOneForErrorsOutside)
+TEST(CheckReport, TheJUnitReportHasACaseForEachTestAndOneForErrors)
 {
-    RunOutcome outcome = PassedAndFailed();
-    const std::string cases =
-        "  <testcase name=\"One\" classname=\"TaviCheck\" time=\"1.250\" />\n"
-        "  <testcase name=\"Two\" classname=\"TaviCheck\" time=\"0.012\">\n"
-        "    <failure type=\"Failed\" message=\"first &quot;fault&quot;\">first &quot;fault&quot;&#10;"
-        "second</failure>\n"
-        "  </testcase>\n";
     const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"tavi_check\" ";
-    EXPECT_PRED_FORMAT2(IsText, JUnitReport(outcome),
-                        head + "tests=\"2\" failures=\"1\" errors=\"0\" skipped=\"0\" time=\"1.262\">\n" + cases +
-                            "</testsuite>\n");
-    outcome.errors = {"one", "two"};
-    EXPECT_PRED_FORMAT2(IsText, JUnitReport(outcome),
+    const std::string sentences =
+        "scope: expected &quot;C&quot;, sent &quot;S&quot; (by TrackTwo(1), and in 1 further call)";
+    const std::string cases = "  <testcase name=\"One\" classname=\"TaviCheck\" time=\"1.250\" />\n"
+                              "  <testcase name=\"Two\" classname=\"TaviCheck\" time=\"0.012\">\n"
+                              "    <failure type=\"Failed\" message=\"" +
+                              sentences + "\">" + sentences +
+                              "&#10;2 payloads were received, not one (by TrackTwo(2))</failure>\n"
+                              "  </testcase>\n";
+    const std::string error = "product: wrong, in 2 of 2 payloads";
+    const std::string errorCase = "  <testcase name=\"OutsideTheTests\" classname=\"TaviCheck\" time=\"0.000\">\n"
+                                  "    <error type=\"Failed\" message=\"" +
+                                  error + "\">" + error +
+                                  "</error>\n"
+                                  "  </testcase>\n";
+    EXPECT_PRED_FORMAT2(IsText, JUnitReport(PassedAndFailed(), false),
                         head + "tests=\"3\" failures=\"1\" errors=\"1\" skipped=\"0\" time=\"1.262\">\n" + cases +
-                            "  <testcase name=\"OutsideTheTests\" classname=\"TaviCheck\" time=\"0.000\">\n"
-                            "    <error type=\"Failed\" message=\"one\">one&#10;two</error>\n"
-                            "  </testcase>\n"
-                            "</testsuite>\n");
+                            errorCase + "</testsuite>\n");
+    EXPECT_PRED_FORMAT2(IsText, JUnitReport(PassedAndFailed(), false, "Three"),
+                        head + "tests=\"4\" failures=\"1\" errors=\"2\" skipped=\"0\" time=\"1.262\">\n" + cases +
+                            errorCase +
+                            "  <testcase name=\"Three\" classname=\"TaviCheck\" time=\"0.000\">\n"
+                            "    <error type=\"Failed\" message=\"not finished\">not finished</error>\n"
+                            "  </testcase>\n</testsuite>\n");
 }
 
 TEST(CheckReport, WhatXmlCannotHoldIsReplacedAndItsOwnCharactersAreEscaped)
@@ -148,8 +171,8 @@ TEST(CheckReport, WhatXmlCannotHoldIsReplacedAndItsOwnCharactersAreEscaped)
     for (const auto& row : rows)
     {
         RunOutcome outcome;
-        outcome.tests.push_back({"One", "TrackOne", {row.text}, {}, {}, {}, 1, 0});
-        const std::string report = JUnitReport(outcome);
+        outcome.tests = {FailedTest("One", {{"", {"", {}, {}, row.text}, 1}})};
+        const std::string report = JUnitReport(outcome, false);
         EXPECT_NE(report.find(" message=\"" + row.xml + "\">" + row.xml + "</failure>"), std::string::npos) << report;
     }
 }
@@ -157,48 +180,41 @@ TEST(CheckReport, WhatXmlCannotHoldIsReplacedAndItsOwnCharactersAreEscaped)
 TEST(CheckReport, IllFormedTextSpoilsNoReport)
 {
     RunOutcome outcome;
-    outcome.tests.push_back({"One", "TrackOne", {"\xFF"}, {"\xFF"}, {"\xFF"}, {"\xFF"}, 1, 0});
+    outcome.tests = {FailedTest("One", {{"\xFF", {"\xFF", "\xFF", "\xFF", "\xFF"}, 1}})};
     outcome.errors = {"\xFF"};
     const json report = json::parse(JsonReport(outcome, SmallDocument(), false));
-    EXPECT_EQ(report["tests"][0]["faults"][0], "\xEF\xBF\xBD");
+    EXPECT_EQ(report["tests"][0]["faults"][0]["sent"], "\xEF\xBF\xBD");
     EXPECT_EQ(report["errors"][0], "\xEF\xBF\xBD");
-    EXPECT_EQ(TextReport(outcome).find('\xFF'), std::string::npos);
+    std::set<std::string> told;
+    EXPECT_EQ((VerdictText(outcome.tests.front(), told) + ClosingText(outcome, false)).find('\xFF'), std::string::npos);
 }
 
-TEST(CheckReport, PayloadsAreAnArrayOfTextsAsTheyCame)
+TEST(CheckReport, PayloadsAreAnArrayOfTextsAsTheyCameEachWithItsCall)
 {
     RunOutcome outcome = PassedAndFailed();
-    EXPECT_EQ(PayloadsAsJson(outcome), "[\n{\"b\":1,\"a\":2},\nnull\n]\n");
-    outcome.payloads = {"{", "", "\xFF"};
-    EXPECT_EQ(json::parse(PayloadsAsJson(outcome)), json({"{", "", "\xEF\xBF\xBD"}));
+    EXPECT_EQ(PayloadsAsJson(outcome), "[\n{\"call\": \"TrackOne()\", \"payload\": {\"b\":1,\"a\":2}},\n"
+                                       "{\"call\": \"\", \"payload\": null}\n]\n");
+    outcome.payloads = {{"TrackOne()", "{"}, {"", "\xFF"}};
+    EXPECT_EQ(json::parse(PayloadsAsJson(outcome)),
+              json({{{"call", "TrackOne()"}, {"payload", "{"}}, {{"call", ""}, {"payload", "\xEF\xBF\xBD"}}}));
     outcome.payloads.clear();
     EXPECT_EQ(PayloadsAsJson(outcome), "[]\n");
 }
 
-TEST(CheckReport, TheWhitelistHasEveryEventWithItsAttributes)
+TEST(CheckReport, TheWhitelistHasEveryEventUnderEveryNameWithItsAttributes)
 {
     const auto attribute = [](const char* key) { return json({{"object", "component_attributes"}, {"key", key}}); };
-    EXPECT_PRED_FORMAT2(IsJson, json::parse(WhitelistAsJson(SmallDocument())),
-                        json({{{"method", "TrackOne"},
-                               {"waypoint", "CV.ONE"},
-                               {"name_from", json()},
-                               {"type", "C"},
-                               {"attributes", {attribute("CV.A"), attribute("CV,\"B\"")}}},
-                              {{"method", "TrackTwo"},
-                               {"waypoint", json()},
-                               {"name_from", "name"},
-                               {"type", "C"},
-                               {"attributes", json::array({attribute("CV.A")})}},
-                              {{"method", "TrackThree"},
-                               {"waypoint", "CV.THREE"},
-                               {"name_from", json()},
-                               {"type", "C"},
-                               {"attributes", json::array()}},
-                              {{"method", "TrackFour"},
-                               {"waypoint", json()},
-                               {"name_from", json()},
-                               {"type", "S"},
-                               {"attributes", json::array()}}}));
+    const auto event = [](const char* method, const json& name, const json& from, const json& attributes)
+    {
+        return json(
+            {{"method", method}, {"waypoint", name}, {"name_from", from}, {"type", "C"}, {"attributes", attributes}});
+    };
+    EXPECT_PRED_FORMAT2(
+        IsJson, json::parse(WhitelistAsJson(SmallDocument())),
+        json({event("TrackOne", "CV.ONE", {}, {attribute("CV.A"), attribute("CV,\"B\"")}),
+              event("TrackTwo", "CV.TWO", "name", json::array({attribute("CV.A")})),
+              event("TrackTwo", "CV.ZWEI", "name", json::array({attribute("CV.A")})),
+              event("TrackThree", "CV.THREE", {}, json::array()), event("TrackFour", {}, {}, json::array())}));
 }
 
 TEST(CheckReport, AsCsvTheWhitelistHasALineForEachAttribute)
@@ -206,7 +222,8 @@ TEST(CheckReport, AsCsvTheWhitelistHasALineForEachAttribute)
     EXPECT_EQ(WhitelistAsCsv(SmallDocument()), "method,waypoint,name_from,type,object,attribute\r\n"
                                                "TrackOne,CV.ONE,,C,component_attributes,CV.A\r\n"
                                                "TrackOne,CV.ONE,,C,component_attributes,\"CV,\"\"B\"\"\"\r\n"
-                                               "TrackTwo,,name,C,component_attributes,CV.A\r\n"
+                                               "TrackTwo,CV.TWO,name,C,component_attributes,CV.A\r\n"
+                                               "TrackTwo,CV.ZWEI,name,C,component_attributes,CV.A\r\n"
                                                "TrackThree,CV.THREE,,C,,\r\n"
-                                               "TrackFour,,,S,,\r\n");
+                                               "TrackFour,,,C,,\r\n");
 }

@@ -10,8 +10,10 @@
 //   "payloads"     an array of what it hands over one by one in place of the payload; of SetTestingCallback, what the
 //                  callback is handed as soon as it is registered
 //   "patch"        a JSON Patch (RFC 6902) of the payload
+//   "prints"       a text that the library prints on standard output by itself; "" ends the process there instead
 //   "atExit"       of SetTestingCallback: an array of what the callback is handed when the library is unloaded
 // TAVI_FAULT_LOG, where set, names the file to which every call is added with its arguments, one JSON object a line.
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -115,7 +117,10 @@ public:
         log << arguments.dump() << std::endl;
         const std::string number = std::to_string(++calls[function]);
         const json answers = script.value(function, json::object());
-        return answers.contains(number) ? answers[number] : answers.value("default", json::object());
+        const json answer = answers.contains(number) ? answers[number] : answers.value("default", json::object());
+        if (answer.contains("prints"))
+            Print(answer["prints"]);
+        return answer;
     }
 
     JsonValue productDescription;
@@ -124,6 +129,13 @@ public:
     void* callbackContext = nullptr;
 
 private:
+    static void Print(const std::string& text)
+    {
+        if (text.empty())
+            std::_Exit(9);
+        std::fputs(text.c_str(), stdout); // held back until the process ends, where it is no terminal
+    }
+
     json script = json::object();
     std::ofstream log;
     std::map<std::string, int> calls;

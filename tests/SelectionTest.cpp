@@ -14,7 +14,7 @@ using Texts = std::vector<std::string>;
 
 } // namespace
 
-TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndTheWholeNameCounts)
+TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndCaseDoesNotCount)
 {
     const struct
     {
@@ -25,7 +25,7 @@ TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndTheWholeNameCounts)
         {"PPR", "PPR", true},
         {"PPR", "PP", false},
         {"PP", "PPR", false},
-        {"ppr", "PPR", false},
+        {"ppr", "PPR", true},
         {"*", "PPR", true},
         {"*", "", true},
         {"", "", true},
@@ -38,7 +38,7 @@ TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndTheWholeNameCounts)
         {"Mesh*", "Mesh", true},
         {"Mesh?*", "Mesh", false},
         {"*Size", "MeshSize", true},
-        {"*size", "MeshSize", false},
+        {"*size", "MeshSize", true},
         {"*s*s*", "MeshSizes", true},
         {"*es*iz*", "MeshSize", true},
         {"*iz*es*", "MeshSize", false},
@@ -52,17 +52,21 @@ TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndTheWholeNameCounts)
         EXPECT_EQ(Matches(row.pattern, row.name), row.matches) << row.pattern << ' ' << row.name;
 }
 
-TEST(Selection, KeepsTheOrderAndTakesEachNameOnce)
+TEST(Selection, KeepsTheOrderAndTakesNamesOfMethodsAndTests)
 {
-    const Texts names = {"B", "A", "C"};
-    EXPECT_EQ(Select(names, {"C", "A", "?"}).names, names);
-    EXPECT_EQ(Select(names, {"C", "B"}).names, (Texts{"B", "C"}));
-    EXPECT_EQ(Select(names, {}).names, names);
+    const auto selected = [](const Texts& patterns) { return Select(ReportingMethods(), patterns).methods; };
+    EXPECT_EQ(selected({}).size(), ReportingMethods().size());
+    EXPECT_EQ(selected({"ppr", "TrackMeshSize", "MESHSIZE"}), (Texts{"TrackMeshSize", "TrackPPR"}));
+    EXPECT_EQ(selected({"adddocument"}), Texts{"StartTrackFileChange"});
+    EXPECT_EQ(selected({"3DC?sed"}), Texts{"Track3DCUsed"});
 }
 
-TEST(Selection, TellsWhichPatternsAreOfNoName)
+TEST(Selection, TellsWhichPatternsAreOfNoNameAndWhatIsNear)
 {
-    const Selection selection = Select({"A", "B"}, {"A", "C", "", "D*"});
-    EXPECT_EQ(selection.names, Texts{"A"});
-    EXPECT_EQ(selection.unmatched, (Texts{"C", "", "D*"}));
+    const Selection selection = Select(ReportingMethods(), {"PPR", "MeshSise", "", "D*X"});
+    EXPECT_EQ(selection.methods, Texts{"TrackPPR"});
+    EXPECT_EQ(selection.unmatched, (Texts{"MeshSise", "", "D*X"}));
+    EXPECT_EQ(NamesNear(ReportingMethods(), "MeshSise"), Texts{"MeshSize"});
+    EXPECT_EQ(NamesNear(ReportingMethods(), "trackmeshsiz"), Texts{"TrackMeshSize"});
+    EXPECT_EQ(NamesNear(ReportingMethods(), "something else"), Texts());
 }

@@ -1,10 +1,12 @@
-#include <check/CommandLineArguments.h>
+#include <check/System.h>
 
 #include <windows.h>
 
+#include <io.h>
 #include <shellapi.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <memory>
 #include <string_view>
 
@@ -24,6 +26,13 @@ std::string Utf8(std::wstring_view wide)
     return utf8;
 }
 
+void PointStandardOutputTo(int descriptor)
+{
+    std::fflush(stdout);
+    _dup2(descriptor, _fileno(stdout));
+    SetStdHandle(STD_OUTPUT_HANDLE, reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdout))));
+}
+
 } // namespace
 
 // main()'s arguments are in the system's code page, and lack what that cannot show.
@@ -39,6 +48,28 @@ std::vector<std::string> CommandLineArguments(int, char**)
     for (int i = 1; list && i < count; ++i)
         arguments.push_back(Utf8(list.get()[i]));
     return arguments;
+}
+
+std::optional<std::filesystem::path> ProgramFolder()
+{
+    std::wstring path(32768, L'\0');
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    path.resize(length);
+    return length == 0 ? std::nullopt : std::optional(std::filesystem::path(path).parent_path());
+}
+
+// Of libraries that share the C run time with the program, or ask Windows for the handle.
+StandardOutputAside::StandardOutputAside() : kept(_dup(_fileno(stdout)))
+{
+    PointStandardOutputTo(_fileno(stderr));
+}
+
+StandardOutputAside::~StandardOutputAside()
+{
+    if (kept < 0)
+        return;
+    PointStandardOutputTo(kept);
+    _close(kept);
 }
 
 } // namespace Corvane

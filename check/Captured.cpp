@@ -1,0 +1,250 @@
+#include <check/Captured.h>
+
+#include <algorithm>
+#include <set>
+#include <stdexcept>
+#include <tuple>
+
+#include <check/Report.h>
+
+using nlohmann::json;
+
+namespace Corvane
+{
+
+namespace
+{
+
+using OrderedJson = nlohmann::ordered_json;
+
+struct Refused : std::runtime_error
+{
+    using std::runtime_error::runtime_error;
+};
+
+// Throws Refused where the text is no JSON, has a key twice in one object, or has more levels than any payload.
+json ParseLine(const std::string& text)
+{
+    constexpr int mostLevels = 100;
+    std::vector<std::set<std::string>> keys; // of the objects that are open
+    const auto check = [&keys](int depth, json::parse_event_t event, json& parsed)
+    {
+        if (depth > mostLevels)
+            throw Refused("has more than " + std::to_string(mostLevels) + " levels");
+        if (event == json::parse_event_t::object_start)
+            keys.emplace_back();
+        else if (event == json::parse_event_t::object_end)
+            keys.pop_back();
+        else if (event == json::parse_event_t::key && !keys.back().insert(parsed.get<std::string>()).second)
+            throw Refused("has the key " + JsonTextOf(parsed) + " twice in one object");
+        return true;
+    };
+    try
+    {
+        return json::parse(text, check);
+    }
+    catch (const json::parse_error& error)
+    {
+        const bool isCutOff = error.byte > text.size();
+        throw Refused(isCutOff ? "is no JSON text: it ends within it"
+                               : "is no JSON text: it is wrong at byte " + std::to_string(error.byte));
+    }
+}
+
+const DocumentKey* FindKey(const DocumentEvent& event, const std::string& name)
+{
+    const auto found = std::find_if(event.keys.begin(), event.keys.end(),
+                                    [&name](const DocumentKey& key) { return key.place.empty() && key.name == name; });
+    return found != event.keys.end() ? &*found : nullptr;
+}
+
+// By type, component type and name, as far as they are the event's and not the caller's.
+bool HasMarksOf(const DocumentEvent& event, const json& payload)
+{
+    for (const char* const mark : {"type", "component_type", "component_name"})
+    {
+        const DocumentKey* const key = FindKey(event, mark);
+        if (key == nullptr ? payload.contains(mark) : key->kind == "fixed" && payload.value(mark, json()) != key->fixed)
+            return false;
+    }
+    return true;
+}
+
+bool HasKey(const DocumentKey& key, const json& payload)
+{
+    if (key.place.empty())
+        return payload.contains(key.name);
+    const auto object = payload.find(key.place);
+    return object != payload.end() && object->contains(key.name);
+}
+
+std::size_t KeysOf(const DocumentEvent& event, const json& payload)
+{
+    return static_cast<std::size_t>(std::count_if(event.keys.begin(), event.keys.end(),
+                                                  [&payload](const DocumentKey& key) { return HasKey(key, payload); }));
+}
+
+bool HasAnAttributeOf(const DocumentEvent& event, const json& payload)
+{
+    return std::any_of(event.keys.begin(), event.keys.end(),
+                       [&payload](const DocumentKey& key) { return !key.place.empty() && HasKey(key, payload); });
+}
+
+std::string UnknownEvent(const json& payload)
+{
+    const auto textOf = [&payload](const char* key)
+    { return payload.contains(key) ? JsonTextOf(payload[key]) : "none"; };
+    if (payload.value("component_type", json()) == "waypoint" && payload.contains("component_name"))
+        return "is a waypoint whose name no event has, " + textOf("component_name");
+    return "is of no event: its type is " + textOf("type") + ", its component type " + textOf("component_type") +
+           " and its name " + textOf("component_name");
+}
+
+std::vector<std::string> Sentences(const Findings& findings)
+{
+    std::vector<std::string> sentences;
+    for (const std::vector<Fault>* const faults : {&findings.faults, &findings.productFaults})
+    {
+        for (const Fault& fault : *faults)
+            sentences.push_back(fault.sentence);
+    }
+    return sentences;
+}
+
+struct Candidate
+{
+    const DocumentEvent* event;
+    std::vector<std::string> faults;
+    std::vector<std::string> remarks;
+    std::tuple<bool, bool, std::size_t> fit; // a name of its own tells more than one that the caller gives
+};
+
+// What is wrong with the event that the payload fits best, or with each where there are several.
+CapturedPayload JudgePayload(const Document& document, const Judge& judge, const json& payload)
+{
+    std::vector<Candidate> best;
+    for (const DocumentEvent& event : document.events)
+    {
+        if (!HasMarksOf(event, payload) || (event.nameFrom && !HasAnAttributeOf(event, payload)))
+            continue;
+        const Findings findings = judge.OfCaptured(event, payload);
+        Candidate candidate{&event, Sentences(findings), findings.remarks, {}};
+        candidate.fit = {!event.nameFrom, candidate.faults.empty(), KeysOf(event, payload)};
+        if (!best.empty() && candidate.fit < best.front().fit)
+            continue;
+        if (!best.empty() && candidate.fit > best.front().fit)
+            best.clear();
+        best.push_back(std::move(candidate));
+    }
+    CapturedPayload judged;
+    for (const Candidate& candidate : best)
+    {
+        judged.methods.push_back(candidate.event->method);
+        judged.remarks = candidate.remarks;
+        for (const std::string& fault : candidate.faults)
+            judged.faults.push_back((best.size() > 1 ? "as " + candidate.event->method + ", " : "") + fault);
+    }
+    if (best.empty())
+        judged.faults = {UnknownEvent(payload)};
+    return judged;
+}
+
+CapturedPayload JudgeLine(const Document& document, const Judge& judge, const std::string& line)
+{
+    try
+    {
+        const json payload = ParseLine(line);
+        if (payload.is_object())
+            return JudgePayload(document, judge, payload);
+        return {0, {}, {"is no object: " + JsonTextOf(payload)}, {}};
+    }
+    catch (const Refused& refused)
+    {
+        return {0, {}, {refused.what()}, {}};
+    }
+}
+
+std::string JoinedBy(const char* separator, const std::vector<std::string>& texts)
+{
+    std::string joined;
+    for (const std::string& text : texts)
+        joined += (joined.empty() ? "" : separator) + text;
+    return joined;
+}
+
+} // namespace
+
+CapturedOutcome JudgeCapturedLines(const Document& document, const Judge& judge, bool isStrict, std::istream& input,
+                                   const std::function<void(const CapturedPayload&)>& onPayload)
+{
+    CapturedOutcome outcome;
+    for (const DocumentEvent& event : document.events)
+        outcome.events[event.method] = 0;
+    std::size_t number = 0;
+    for (std::string line; std::getline(input, line);)
+    {
+        ++number;
+        if (line.find_first_not_of(" \t\r") == std::string::npos)
+            continue;
+        CapturedPayload payload = JudgeLine(document, judge, line);
+        payload.line = number;
+        if (isStrict)
+            payload.faults.insert(payload.faults.end(), payload.remarks.begin(), payload.remarks.end());
+        ++(payload.faults.empty() ? outcome.good : outcome.bad);
+        for (const std::string& method : payload.methods)
+            ++outcome.events[method];
+        for (const std::string& remark : payload.remarks)
+            ++outcome.remarks[remark];
+        onPayload(payload);
+    }
+    return outcome;
+}
+
+std::string CapturedText(const CapturedPayload& payload)
+{
+    std::string text = "line " + std::to_string(payload.line) + (payload.faults.empty() ? ": good" : ": bad");
+    if (!payload.methods.empty())
+        text += ", " + JoinedBy(" or ", payload.methods);
+    text += "\n";
+    for (const std::string& fault : payload.faults)
+        text += "    " + fault + "\n";
+    return text;
+}
+
+std::string CapturedClosingText(const CapturedOutcome& outcome)
+{
+    std::string came;
+    std::string never;
+    for (const auto& [method, count] : outcome.events)
+    {
+        if (count != 0)
+            came += "    " + method + ": " + std::to_string(count) + "\n";
+        else
+            never += "    " + method + "\n";
+    }
+    std::string text =
+        (came.empty() ? "" : "\nCame:\n" + came) + (never.empty() ? "" : "\nNever came:\n" + never) + "\n";
+    for (const auto& [sentence, count] : outcome.remarks)
+        text += "REMARK  " + sentence + ": " + CountOf(count, "payload") + "\n";
+    return text + std::to_string(outcome.good) + " good, " + std::to_string(outcome.bad) + " bad\n";
+}
+
+std::string CapturedJson(const CapturedOutcome& outcome, const std::vector<CapturedPayload>& payloads,
+                         const Document& document, bool isStrict)
+{
+    OrderedJson list = OrderedJson::array();
+    for (const CapturedPayload& payload : payloads)
+        list.push_back({{"line", payload.line},
+                        {"methods", payload.methods},
+                        {"verdict", payload.faults.empty() ? "good" : "bad"},
+                        {"faults", payload.faults},
+                        {"remarks", payload.remarks}});
+    const OrderedJson report = {{"document", {{"version", document.version}}},
+                                {"strict", isStrict},
+                                {"payloads", list},
+                                {"events", outcome.events},
+                                {"summary", {{"good", outcome.good}, {"bad", outcome.bad}}}};
+    return report.dump(2) + "\n";
+}
+
+} // namespace Corvane

@@ -1,0 +1,307 @@
+#include <check/Judge.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include <TaviDesktopSDK/TaviDesktopSDK.h>
+
+using nlohmann::json;
+
+namespace Corvane
+{
+
+namespace
+{
+
+// Six decimals, without trailing zeros and without a trailing point.
+std::string DecimalText(double number)
+{
+    std::string text = std::to_string(number);
+    text.erase(text.find_last_not_of('0') + 1);
+    text.erase(text.find_last_not_of('.') + 1);
+    return text;
+}
+
+// Of a list, what is sent is a text and a flag of the last element, and the number of all.
+json PartOf(const json& argument, const std::string& kind)
+{
+    if (!argument.is_array())
+        return argument;
+    if (kind == "number")
+        return argument.size();
+    if (!argument.empty())
+    {
+        for (const json& member : argument.back())
+        {
+            if (kind == "flag" ? member.is_boolean() : member.is_string())
+                return member;
+        }
+    }
+    return nullptr;
+}
+
+// What is sent for an argument.
+json ValueOf(const DocumentKey& key, const json& argument)
+{
+    const json part = PartOf(argument, key.kind);
+    if (key.kind == "flag")
+        return part.get<bool>() ? "True" : "False";
+    if (key.format == "decimal")
+        return DecimalText(part.get<double>());
+    if (key.kind != "number")
+        return part;
+    // An unsigned number that is sent as a signed one keeps its bits.
+    const json number = key.format == "signed" ? json(part.get<std::int64_t>()) : json(part.get<std::uint64_t>());
+    return key.type == "integer" ? number : json(number.dump());
+}
+
+template <typename Number>
+bool IsNumber(const std::string& text)
+{
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end && std::to_string(number) == text;
+}
+
+// In whatever form the library writes decimals.
+bool IsDecimal(const std::string& text)
+{
+    char* end = nullptr;
+    std::strtod(text.c_str(), &end);
+    return !text.empty() && end == text.c_str() + text.size() && text.find_first_of(" \t\n\v\f\rxX") == text.npos;
+}
+
+// What is wrong with the form of a value that is not known; empty when nothing is.
+std::string WantedForm(const DocumentKey& key, const json& value)
+{
+    if (key.type == "integer")
+        return value.is_number_integer() && !(key.format == "unsigned" && value < 0) ? "" : "an integer";
+    if (!value.is_string())
+        return "a string";
+    const auto& text = value.get_ref<const std::string&>();
+    if (key.kind == "flag")
+        return text == "True" || text == "False" ? "" : "\"True\" or \"False\"";
+    if (key.format == "decimal")
+        return IsDecimal(text) ? "" : "a decimal number as text";
+    if (key.format == "signed")
+        return IsNumber<std::int64_t>(text) ? "" : "a number as text";
+    if (key.format == "unsigned")
+        return IsNumber<std::uint64_t>(text) ? "" : "a number as text that is not negative";
+    return "";
+}
+
+class Comparison
+{
+public:
+    Comparison(const DocumentEvent& comparedEvent, const json& comparedPayload, const std::vector<json>* callArguments,
+               const ProductFile& productFile, bool takesEmptyForNone)
+        : event(comparedEvent), payload(comparedPayload), arguments(callArguments), product(productFile),
+          emptyIsNone(takesEmptyForNone)
+    {
+    }
+
+    Findings Result()
+    {
+        for (const DocumentKey& key : event.keys)
+        {
+            if (key.place.empty())
+                Compare(key, payload);
+            else if (places.insert(key.place).second)
+                CompareObject(key.place);
+        }
+        for (const auto& [name, value] : payload.items())
+        {
+            if (!places.contains(name) && Find(name, "") == nullptr)
+                findings.remarks.push_back(name + " is a key that docs/events.json does not have");
+        }
+        return findings;
+    }
+
+private:
+    const DocumentKey* Find(const std::string& name, const std::string& place) const
+    {
+        const auto found = std::find_if(event.keys.begin(), event.keys.end(),
+                                        [&](const DocumentKey& key) { return key.name == name && key.place == place; });
+        return found != event.keys.end() ? &*found : nullptr;
+    }
+
+    // Null when the value is not known.
+    json Expected(const DocumentKey& key) const
+    {
+        if (key.kind == "fixed")
+            return key.fixed;
+        if (arguments == nullptr || key.writtenByLibrary)
+            return nullptr;
+        if (key.kind == "product")
+            return product.levels.at(key.level);
+        return ValueOf(key, arguments->at(key.parameter.value()));
+    }
+
+    bool IsLeftOut(const DocumentKey& key) const
+    {
+        if (!key.leftOut)
+            return false;
+        if (arguments != nullptr)
+            return Expected(*Find(key.leftOut->key, key.leftOut->place)) == key.leftOut->value;
+        const auto object = payload.find(key.leftOut->place);
+        return object != payload.end() && object->is_object() &&
+               object->value(key.leftOut->key, json()) == key.leftOut->value;
+    }
+
+    // Whether the library may have left it out because the text is empty.
+    bool MayBeEmpty(const DocumentKey& key) const
+    {
+        const json expected = Expected(key);
+        return emptyIsNone && key.kind == "text" && (expected.is_null() || expected == "");
+    }
+
+    void CompareObject(const std::string& place)
+    {
+        const auto object = payload.find(place);
+        const bool isThere = object != payload.end();
+        if (!isThere && std::all_of(event.keys.begin(), event.keys.end(),
+                                    [&](const DocumentKey& key) { return key.place != place || MayBeEmpty(key); }))
+        {
+            findings.remarks.push_back(EmptyTextIsLeftOut);
+            return;
+        }
+        if (!isThere || !object->is_object())
+        {
+            AddFault(findings.faults, place, json::object(), "an object", isThere ? &*object : nullptr);
+            return;
+        }
+        for (const DocumentKey& key : event.keys)
+        {
+            if (key.place == place)
+                Compare(key, *object);
+        }
+        for (const auto& [name, value] : object->items())
+        {
+            const DocumentKey* const key = Find(name, place);
+            if (key == nullptr || IsLeftOut(*key))
+                findings.faults.push_back({place + ": " + name, nullptr, value,
+                                           place + ": " + name + ": not expected, sent " + JsonTextOf(value)});
+        }
+    }
+
+    void Compare(const DocumentKey& key, const json& object)
+    {
+        if (IsLeftOut(key))
+            return;
+        const auto found = object.find(key.name);
+        const json* const sent = found != object.end() ? &*found : nullptr;
+        const std::string name = (key.place.empty() ? "" : key.place + ": ") + key.name;
+        if (sent == nullptr && MayBeEmpty(key))
+        {
+            findings.remarks.push_back(EmptyTextIsLeftOut);
+            return;
+        }
+        const json expected = Expected(key);
+        const std::string wantedForm = sent != nullptr && expected.is_null() ? WantedForm(key, *sent) : "";
+        if (key.isOfTheProduct || key.writtenByLibrary)
+        {
+            if (sent == nullptr)
+                findings.remarks.push_back(name + " did not come");
+            else if (key.type == "integer" ? !sent->is_number_integer() : !sent->is_string())
+                findings.remarks.push_back(name + " came in another form, as " + JsonTextOf(*sent));
+            else if (!wantedForm.empty())
+                AddFault(findings.faults, name, nullptr, "no negative number", sent);
+            else if (!expected.is_null() && *sent != expected)
+                AddFault(findings.productFaults, name, expected, JsonTextOf(expected), sent);
+            return;
+        }
+        if (sent == nullptr && expected.is_null())
+            findings.faults.push_back({name, nullptr, nullptr, name + ": not sent"});
+        else if (expected.is_null() ? !wantedForm.empty() : sent == nullptr || !IsSame(*sent, expected))
+            AddFault(findings.faults, name, expected, expected.is_null() ? wantedForm : JsonTextOf(expected), sent);
+    }
+
+    // 12.0 is not 12 here.
+    static bool IsSame(const json& one, const json& other)
+    {
+        return one == other && one.is_number_float() == other.is_number_float();
+    }
+
+    static void AddFault(std::vector<Fault>& faults, const std::string& name, const json& expected,
+                         const std::string& expectedText, const json* sent)
+    {
+        faults.push_back({name, expected, sent != nullptr ? *sent : json(),
+                          name + ": expected " + expectedText + ", " +
+                              (sent != nullptr ? "sent " + JsonTextOf(*sent) : "not sent")});
+    }
+
+    static constexpr const char* EmptyTextIsLeftOut =
+        "The library takes \"\" for no text: a key whose text is empty is "
+        "not sent";
+
+    const DocumentEvent& event;
+    const json& payload;
+    const std::vector<json>* arguments; // null: not known
+    const ProductFile& product;
+    bool emptyIsNone;
+    std::set<std::string> places;
+    Findings findings;
+};
+
+// A payload that is no object.
+Findings NoObject(const json& payload)
+{
+    const std::string sentence =
+        payload.is_null() ? "the payload is null: the whitelist may not have been downloaded, may have expired, or may "
+                            "lack the waypoint or an attribute"
+                          : "the payload is no object: " + JsonTextOf(payload);
+    return {{{"", json::object(), payload, sentence}}, {}, {}};
+}
+
+} // namespace
+
+Judge::Judge(ProductFile productFile, bool takesEmptyForNone)
+    : product(std::move(productFile)), emptyIsNone(takesEmptyForNone)
+{
+}
+
+Findings Judge::OfCall(const DocumentEvent& event, const std::vector<json>& arguments, const json& payload) const
+{
+    if (!payload.is_object())
+        return NoObject(payload);
+    return Comparison(event, payload, &arguments, product, emptyIsNone).Result();
+}
+
+Findings Judge::OfCaptured(const DocumentEvent& event, const json& payload) const
+{
+    return Comparison(event, payload, nullptr, product, emptyIsNone).Result();
+}
+
+bool LibraryTakesEmptyForNone()
+{
+    using namespace Veltrane::TaviDesktopSDK;
+    TaviString text;
+    text.SetString("");
+    TaviString wideText;
+    wideText.SetStringW(L"");
+    JsonValue value;
+    value.SetString("");
+    return text.c_str() == nullptr || wideText.c_str() == nullptr || value.Compare(JsonValue()) == 0;
+}
+
+std::string JsonTextOf(const json& value)
+{
+    constexpr std::size_t most = 200;
+    const std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
+    if (text.size() <= most)
+        return text;
+    // Not within a letter of several bytes.
+    std::size_t end = most / 2;
+    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80)
+        --end;
+    return text.substr(0, end) + "... (" + std::to_string(text.size()) + " bytes)";
+}
+
+} // namespace Corvane

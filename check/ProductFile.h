@@ -1,0 +1,28 @@
+// The product file, UPI/upiconfig.xml beside the program, read here for itself: what the wrapper makes of it is
+// compared with this.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Corvane
+{
+
+struct ProductFile
+{
+    std::map<std::string, std::string> levels; // the identifiers by level; each of the four is there
+    std::vector<std::string> remarks;          // sentences that name the file: why an identifier is "undefined"
+
+    // Product line, release, master and build joined by "&"; empty when one of them is empty.
+    std::string ProductKey() const;
+};
+
+// The outermost level is the first one of the file; each further one is the first within the one before.
+ProductFile ReadProductFile(const std::filesystem::path& file);
+
+// Of the running program.
+std::filesystem::path ProductFilePath();
+
+} // namespace Corvane
