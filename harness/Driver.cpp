@@ -1,6 +1,5 @@
 #include <harness/Driver.h>
 
-#include <algorithm>
 #include <iostream>
 #include <string>
 
@@ -8,10 +7,10 @@
 
 #include <harness/Catalogue.h>
 #include <harness/NarrowText.h>
+#include <harness/Verification.h>
 #include <telemetry/CorvaneTavi.h>
 
 using Veltrane::TaviDesktopSDK::JsonValue;
-using Veltrane::TaviDesktopSDK::TaviString;
 namespace Sdk = Veltrane::TaviDesktopSDK;
 
 namespace Corvane
@@ -20,58 +19,55 @@ namespace Corvane
 namespace
 {
 
-constexpr int NotOptedIn = 4; // the one answer of IsOptedIn() with a meaning of its own
+constexpr int NotOptedIn = 4; // any other answer of IsOptedIn() means go on
 
-TaviString ProductKey()
-{
-    return NarrowText(CorvaneTavi::Instance().GetProductKey().c_str());
-}
+} // namespace
 
-JsonValue TestingFlags()
+int RunDriver()
 {
+    // Ask first: the wrapper must not start without consent.
+    if (Sdk::IsOptedIn(nullptr) == NotOptedIn)
+    {
+        std::cout << "Must be opted-in to KIVA (Veltrane Orvenna) to run tests for Tavi" << std::endl;
+        return 1;
+    }
+
     JsonValue flags;
     flags[NarrowText("Testing_EnableCallback")] = JsonValue(true);
     flags[NarrowText("Testing_EnableWhitelistDownload")] = JsonValue(true);
     flags[NarrowText("Testing_EnableUpload")] = JsonValue(false);
-    return flags;
-}
 
-} // namespace
-
-std::optional<Refusal> EnterTestMode(int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
-                                     void* context)
-{
-    // Before the wrapper exists.
-    if (Sdk::IsOptedIn(nullptr) == NotOptedIn)
-        return Refusal{"Must be opted-in to KIVA (Veltrane Orvenna) to run tests for Tavi", std::nullopt};
-
-    const JsonValue flags = TestingFlags();
-    if (const int status = Sdk::SetTestingFlags(ProductKey(), flags); status != 0)
-        return Refusal{"Error occurred setting testing flags", status};
-    if (const int status = Sdk::SetTestingCallback(ProductKey(), callback, context); status != 0)
-        return Refusal{"Error occurred setting testing callback", status};
-    return std::nullopt;
-}
-
-int RunDriver()
-{
-    TestResultList results;
-    if (const std::optional<Refusal> refusal = EnterTestMode(VerifyPayloadCallback, &results))
+    std::string productKey = CorvaneTavi::Instance().GetProductKey();
+    int status = Sdk::SetTestingFlags(NarrowText(productKey.c_str()), flags);
+    if (status != 0)
     {
-        std::cout << refusal->sentence << std::endl;
-        return refusal->status.value_or(1);
+        std::cout << "Error occurred setting testing flags" << std::endl;
+        return status;
     }
-    RunTests(results);
-    return PrintSummary(results);
-}
 
-int PrintSummary(const TestResultList& results)
-{
-    const bool passed =
-        std::all_of(results.begin(), results.end(), [](const TestResult& result) { return result.passed; });
+    TestResultList results;
+    // Taken afresh: this access starts the wrapper if the first one could not.
+    productKey = CorvaneTavi::Instance().GetProductKey();
+    status = Sdk::SetTestingCallback(NarrowText(productKey.c_str()), VerifyPayloadCallback, &results);
+    if (status != 0)
+    {
+        std::cout << "Error occurred setting testing callback" << std::endl;
+        return status;
+    }
+
+    RunTests(results);
+
+    for (const TestResult& result : results)
+    {
+        if (result.passed)
+            continue;
+        std::cout << std::endl;
+        std::cout << "Errors occured during testing" << std::endl;
+        return 1;
+    }
     std::cout << std::endl;
-    std::cout << (passed ? "All tests passed" : "Errors occured during testing") << std::endl;
-    return passed ? 0 : 1;
+    std::cout << "All tests passed" << std::endl;
+    return 0;
 }
 
 } // namespace Corvane

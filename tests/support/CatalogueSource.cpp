@@ -1,30 +1,32 @@
 #include "CatalogueSource.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <regex>
 
 #include "Program.h"
 #include "Utf8Path.h"
 
+// A test is a block of lines; an empty line ends it.
 std::vector<CatalogueCall> ReadCatalogueSource()
 {
     const std::string source = ReadFile(PathOf(SOURCE_DIR "/harness/Catalogue.cpp"));
-    const std::regex titleOrCall(R"re(\btest\(\s*"(\w+)"|\b(?:tavi|Instance\(\))\.(\w+)\()re");
+    const std::regex titlePattern(R"re((?:RunTest\(results, |PrintTitle\()"(\w+)")re");
+    const std::regex callPattern(R"re(\b(?:tavi|Instance\(\))\.(\w+)\()re");
     std::vector<CatalogueCall> tests;
-    for (std::sregex_iterator match(source.begin(), source.end(), titleOrCall), end; match != end; ++match)
+    for (std::size_t begin = 0, end = 0; begin < source.size(); begin = end + 2)
     {
-        const auto& title = (*match)[1];
-        const auto& method = (*match)[2];
-        if (title.matched)
-        {
-            const auto lineEnds = std::count(source.begin(), title.first, '\n');
-            tests.push_back({"Testing " + title.str(), "", 1 + static_cast<int>(lineEnds), {}});
-        }
-        else if (!tests.empty()) // what stands above the first test belongs to none
-        {
-            tests.back().method = method;
-            tests.back().calls.push_back(method);
-        }
+        end = std::min(source.find("\n\n", begin), source.size());
+        const std::string block = source.substr(begin, end - begin);
+        std::smatch title;
+        if (!std::regex_search(block, title, titlePattern))
+            continue;
+        const auto titleBegins = source.begin() + static_cast<std::ptrdiff_t>(begin) + title.position();
+        CatalogueCall test{"Testing " + title[1].str(), "", 1, {}};
+        test.line += static_cast<int>(std::count(source.begin(), titleBegins, '\n'));
+        for (std::sregex_iterator call(block.begin(), block.end(), callPattern), none; call != none; ++call)
+            test.calls.push_back(test.method = (*call)[1]);
+        tests.push_back(test);
     }
     return tests;
 }
