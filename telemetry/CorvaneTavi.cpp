@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <telemetry/Attribute.h>
+#include <telemetry/EventCodes.h>
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
@@ -71,8 +72,8 @@ std::string CorvaneTavi::GetProductKey() const
 void CorvaneTavi::TrackWaypoint(const TaviString& componentName, const AttributeMap& attributes)
 {
     Facet::Core core;
-    SetEventType(core, EventType::Component);
-    SetEventScope(core, EventScope::Component);
+    SetEventType(core, EventTypes::Component);
+    SetEventScope(core, EventScopes::Component);
     Facet::Base& component = ComponentFacet(core);
     SetFacetEntry(component, TextOf(FacetFields::component_type), "waypoint");
     SetComponentName(component, componentName);
@@ -80,123 +81,126 @@ void CorvaneTavi::TrackWaypoint(const TaviString& componentName, const Attribute
     Send(core, "CorvaneTavi::TrackWaypoint");
 }
 
+void CorvaneTavi::TrackWaypoint(const std::wstring& name, std::initializer_list<Attribute> attributes)
+{
+    // Two statements: in one, the compiler would choose which is converted first.
+    const AttributeMap gathered = Attributes(attributes);
+    TrackWaypoint(TextOf(name), gathered);
+}
+
 void CorvaneTavi::TrackExportPublish(const std::wstring& name, const std::wstring& extension)
 {
-    TrackWaypoint(TextOf(CV_EXPORT_PUBLISH),
-                  Attributes({{CV_EXPORT_PUBLISH_NAME, name}, {CV_EXPORT_PUBLISH_EXTENSION, extension}}));
+    TrackWaypoint(CV_EXPORT_PUBLISH, {{CV_EXPORT_PUBLISH_NAME, name}, {CV_EXPORT_PUBLISH_EXTENSION, extension}});
 }
 
 void CorvaneTavi::TrackHelpDialog(const std::wstring& className, const std::wstring& context)
 {
-    TrackWaypoint(TextOf(CV_HELP_FROM_DIALOG),
-                  Attributes({{CV_HELP_FROM_DIALOG_CLASSNAME, className}, {CV_HELP_FROM_DIALOG_CONTEXT, context}}));
+    TrackWaypoint(CV_HELP_FROM_DIALOG,
+                  {{CV_HELP_FROM_DIALOG_CLASSNAME, className}, {CV_HELP_FROM_DIALOG_CONTEXT, context}});
 }
 
 void CorvaneTavi::TrackMaterialSelection(const std::wstring& file, const std::wstring& type, std::uint64_t materialId,
                                          const std::wstring& manufacturer, const std::wstring& tradeName,
                                          const std::wstring& familyName, const std::wstring& genericClass)
 {
-    TrackWaypoint(TextOf(CV_UI_MATERIAL_SELECTION), Attributes({{CV_MATERIAL_SELECTION_FILE, file},
-                                                                {CV_MATERIAL_SELECTION_TYPE, type},
-                                                                {CV_MATERIAL_ID, materialId},
-                                                                {CV_MATERIAL_MANUFACTURER, manufacturer},
-                                                                {CV_MATERIAL_TRADE_NAME, tradeName},
-                                                                {CV_MATERIAL_FAMILY_NAME, familyName},
-                                                                {CV_MATERIAL_GENERIC_CLASS, genericClass}}));
+    TrackWaypoint(CV_UI_MATERIAL_SELECTION, {{CV_MATERIAL_SELECTION_FILE, file},
+                                             {CV_MATERIAL_SELECTION_TYPE, type},
+                                             {CV_MATERIAL_ID, materialId},
+                                             {CV_MATERIAL_MANUFACTURER, manufacturer},
+                                             {CV_MATERIAL_TRADE_NAME, tradeName},
+                                             {CV_MATERIAL_FAMILY_NAME, familyName},
+                                             {CV_MATERIAL_GENERIC_CLASS, genericClass}});
 }
 
 void CorvaneTavi::TrackReport(const std::wstring& name, const std::wstring& extension, std::uint64_t studyCount,
                               std::uint64_t analysisCount)
 {
-    TrackWaypoint(TextOf(CV_REPORT), Attributes({{CV_REPORT_NAME, name},
-                                                 {CV_REPORT_EXTENSION, extension},
-                                                 {CV_REPORT_STUDY_COUNTS, studyCount},
-                                                 {CV_REPORT_ANALYSIS_COUNTS, analysisCount}}));
+    TrackWaypoint(CV_REPORT, {{CV_REPORT_NAME, name},
+                              {CV_REPORT_EXTENSION, extension},
+                              {CV_REPORT_STUDY_COUNTS, studyCount},
+                              {CV_REPORT_ANALYSIS_COUNTS, analysisCount}});
 }
 
 void CorvaneTavi::TrackResultsUsage(const std::wstring& resultName, const std::wstring& plotName)
 {
-    TrackWaypoint(TextOf(CV_RESULT_USAGE),
-                  Attributes({{CV_RESULTS_USAGE_NAME, resultName}, {CV_RESULTS_USAGE_PLOTNAME, plotName}}));
+    TrackWaypoint(CV_RESULT_USAGE, {{CV_RESULTS_USAGE_NAME, resultName}, {CV_RESULTS_USAGE_PLOTNAME, plotName}});
 }
 
 void CorvaneTavi::TrackAnalysisPropertyChanged(const std::wstring& previousValue, const std::wstring& newValue)
 {
-    TrackWaypoint(TextOf(SIMULATION_SOLVE_PROPERTY_CHANGED),
-                  Attributes({{SIMULATION_SOLVE_PROPERTY_PREV_VALUE, previousValue},
-                              {SIMULATION_SOLVE_PROPERTY_NEW_VALUE, newValue}}));
+    TrackWaypoint(SIMULATION_SOLVE_PROPERTY_CHANGED, {{SIMULATION_SOLVE_PROPERTY_PREV_VALUE, previousValue},
+                                                      {SIMULATION_SOLVE_PROPERTY_NEW_VALUE, newValue}});
 }
 
 void CorvaneTavi::TrackAnalysisDetails(const std::wstring& processName, const std::wstring& sequenceName,
                                        std::int32_t parallelType, const std::wstring& parallelTypeDescription,
                                        std::int32_t customThreadNumber)
 {
-    TrackWaypoint(TextOf(SIMULATION_SOLVE),
-                  Attributes({{SIMULATION_SOLVE_MOLDING_PROCESS_NAME, processName},
-                              {SIMULATION_SOLVE_SEQUENCE_NAME, sequenceName},
-                              {SIMULATION_SOLVE_PARALLEL_TYPE, parallelType},
-                              {SIMULATION_SOLVE_PARALLEL_TYPEDESC, parallelTypeDescription},
-                              {SIMULATION_SOLVE_PARALLEL_CUSTOM_THREADNUM, customThreadNumber}}));
+    TrackWaypoint(SIMULATION_SOLVE, {{SIMULATION_SOLVE_MOLDING_PROCESS_NAME, processName},
+                                     {SIMULATION_SOLVE_SEQUENCE_NAME, sequenceName},
+                                     {SIMULATION_SOLVE_PARALLEL_TYPE, parallelType},
+                                     {SIMULATION_SOLVE_PARALLEL_TYPEDESC, parallelTypeDescription},
+                                     {SIMULATION_SOLVE_PARALLEL_CUSTOM_THREADNUM, customThreadNumber}});
 }
 
 void CorvaneTavi::TrackMeshSize(std::uint64_t elementCount, std::uint64_t nodeCount)
 {
-    TrackWaypoint(TextOf(CV_MESH_SIZE_COUNT),
-                  Attributes({{CV_MESH_SIZE_ELEMENTS, elementCount}, {CV_MESH_SIZE_NODES, nodeCount}}));
+    TrackWaypoint(CV_MESH_SIZE_COUNT, {{CV_MESH_SIZE_ELEMENTS, elementCount}, {CV_MESH_SIZE_NODES, nodeCount}});
 }
 
 void CorvaneTavi::TrackMeshPropertyChanged(const std::wstring& propertyName, const std::wstring& previousValue,
                                            const std::wstring& newValue)
 {
-    TrackWaypoint(TextOf(CV_MESH_PROPERTY_CHANGED), Attributes({{CV_MESH_PROPERTY_NAME, propertyName},
-                                                                {CV_MESH_PROPERTY_PREV_VALUE, previousValue},
-                                                                {CV_MESH_PROPERTY_NEW_VALUE, newValue}}));
+    TrackWaypoint(CV_MESH_PROPERTY_CHANGED, {{CV_MESH_PROPERTY_NAME, propertyName},
+                                             {CV_MESH_PROPERTY_PREV_VALUE, previousValue},
+                                             {CV_MESH_PROPERTY_NEW_VALUE, newValue}});
 }
 
 void CorvaneTavi::TrackMoldPropertyChanged(const std::wstring& propertyName, const std::wstring& previousValue,
                                            const std::wstring& newValue)
 {
-    TrackWaypoint(TextOf(CV_MOLD_PROPERTY_CHANGED), Attributes({{CV_MOLD_PROPERTY_NAME, propertyName},
-                                                                {CV_MOLD_PROPERTY_PREV_VALUE, previousValue},
-                                                                {CV_MOLD_PROPERTY_NEW_VALUE, newValue}}));
+    TrackWaypoint(CV_MOLD_PROPERTY_CHANGED, {{CV_MOLD_PROPERTY_NAME, propertyName},
+                                             {CV_MOLD_PROPERTY_PREV_VALUE, previousValue},
+                                             {CV_MOLD_PROPERTY_NEW_VALUE, newValue}});
 }
 
 void CorvaneTavi::Track3DCKeyPressed(const std::wstring& key)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_3DC_KEY_PRESSED), Attributes({{COMMON_ZEPH_3DC_KEY, key}}));
+    TrackWaypoint(COMMON_ZEPH_3DC_KEY_PRESSED, {{COMMON_ZEPH_3DC_KEY, key}});
 }
 
 void CorvaneTavi::Track3DCModeActivated(const std::wstring& activeMode)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_3DC_MODE_ACTIVATED), Attributes({{COMMON_ZEPH_3DC_ACTIVE_MODE, activeMode}}));
+    TrackWaypoint(COMMON_ZEPH_3DC_MODE_ACTIVATED, {{COMMON_ZEPH_3DC_ACTIVE_MODE, activeMode}});
 }
 
 void CorvaneTavi::Track3DCUsed(const std::wstring& deviceType)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_3DC_USED), Attributes({{COMMON_ZEPH_3DC_DEVICE_TYPE, deviceType}}));
+    TrackWaypoint(COMMON_ZEPH_3DC_USED, {{COMMON_ZEPH_3DC_DEVICE_TYPE, deviceType}});
 }
 
 void CorvaneTavi::TrackNavBarClosed()
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_NB_CLOSED), {});
+    TrackWaypoint(COMMON_ZEPH_NB_CLOSED, {});
 }
 
 void CorvaneTavi::TrackNavBarCustomizationClicked()
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_NB_CUSTOMIZATION_CLICKED), {});
+    TrackWaypoint(COMMON_ZEPH_NB_CUSTOMIZATION_CLICKED, {});
 }
 
 void CorvaneTavi::TrackNavBarDragMove(const std::string& waypointName, bool linkedToDorvel,
                                       const std::wstring& position, bool ribbonVisible)
 {
-    TrackWaypoint(TextOf(waypointName), Attributes({{COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
-                                                    {COMMON_ZEPH_NB_POSITION, position},
-                                                    {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}}));
+    const AttributeMap attributes = Attributes({{COMMON_ZEPH_NB_LINKED_TO_DORVEL, linkedToDorvel},
+                                                {COMMON_ZEPH_NB_POSITION, position},
+                                                {COMMON_ZEPH_NB_RIBBON_VISIBLE, ribbonVisible}});
+    TrackWaypoint(TextOf(waypointName), attributes);
 }
 
 void CorvaneTavi::TrackNavBarMoreControlsClicked()
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_NB_MORE_CONTROLS_CLICKED), {});
+    TrackWaypoint(COMMON_ZEPH_NB_MORE_CONTROLS_CLICKED, {});
 }
 
 void CorvaneTavi::TrackNavBarStartup(bool moreControlsVisible, bool linkedToDorvel, const std::wstring& position,
@@ -220,36 +224,34 @@ void CorvaneTavi::TrackNavBarStartup(bool moreControlsVisible, bool linkedToDorv
 
 void CorvaneTavi::TrackNavBarToolClicked(const std::wstring& toolName, bool activated)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_NB_TOOL_CLICKED),
-                  Attributes({{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_TOOL_ACTIVATED, activated}}));
+    TrackWaypoint(COMMON_ZEPH_NB_TOOL_CLICKED,
+                  {{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_TOOL_ACTIVATED, activated}});
 }
 
 void CorvaneTavi::TrackNavBarToolRightClicked(const std::wstring& toolName, const std::wstring& menuItem)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_NB_TOOL_RIGHT_CLICKED),
-                  Attributes({{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_MENU_ITEM, menuItem}}));
+    TrackWaypoint(COMMON_ZEPH_NB_TOOL_RIGHT_CLICKED,
+                  {{COMMON_ZEPH_NB_TOOL_NAME, toolName}, {COMMON_ZEPH_NB_MENU_ITEM, menuItem}});
 }
 
 void CorvaneTavi::TrackSteerWheelActivated(const std::wstring& wheelType)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_SW_ACTIVATED), Attributes({{COMMON_ZEPH_SW_TYPE, wheelType}}));
+    TrackWaypoint(COMMON_ZEPH_SW_ACTIVATED, {{COMMON_ZEPH_SW_TYPE, wheelType}});
 }
 
 void CorvaneTavi::TrackSteerWheelClicked(const std::wstring& wheelType, const std::wstring& zone)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_SW_CLICKED),
-                  Attributes({{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}}));
+    TrackWaypoint(COMMON_ZEPH_SW_CLICKED, {{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}});
 }
 
 void CorvaneTavi::TrackSteerWheelDragBegin(const std::wstring& wheelType, const std::wstring& zone)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_SW_DRAG_BEGIN),
-                  Attributes({{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}}));
+    TrackWaypoint(COMMON_ZEPH_SW_DRAG_BEGIN, {{COMMON_ZEPH_SW_TYPE, wheelType}, {COMMON_ZEPH_SW_ZONE, zone}});
 }
 
 void CorvaneTavi::TrackSteerWheelKeyUp(const std::wstring& keyId)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_SW_KEY_UP), Attributes({{COMMON_ZEPH_KEY_ID, keyId}}));
+    TrackWaypoint(COMMON_ZEPH_SW_KEY_UP, {{COMMON_ZEPH_KEY_ID, keyId}});
 }
 
 void CorvaneTavi::TrackSteerWheelLoadOption(bool alwaysShowWelcome, bool haveShownWelcome, std::int32_t miniWheelSize,
@@ -259,37 +261,36 @@ void CorvaneTavi::TrackSteerWheelLoadOption(bool alwaysShowWelcome, bool haveSho
                                             bool incrementalZoom, bool preserveSceneUp, bool selectionSensitivity,
                                             bool flyPlanarMotion)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_SW_LOAD_OPTS),
-                  Attributes({{COMMON_ZEPH_SW_OPTS_ALWAYSSHOWWELCOME, alwaysShowWelcome},
-                              {COMMON_ZEPH_SW_OPTS_HAVESHOWNWELCOME, haveShownWelcome},
-                              {COMMON_ZEPH_SW_OPTS_MINIWHEELSIZE, miniWheelSize},
-                              {COMMON_ZEPH_SW_OPTS_LARGEWHEELSIZE, largeWheelSize},
-                              {COMMON_ZEPH_SW_OPTS_LARGEWHEELOPACITYFACTOR, largeWheelOpacityFactor},
-                              {COMMON_ZEPH_SW_OPTS_MINIWHEELOPACITYFACTOR, miniWheelOpacityFactor},
-                              {COMMON_ZEPH_SW_OPTS_SHOWHUDMESSAGES, showHudMessages},
-                              {COMMON_ZEPH_SW_OPTS_SHOWTOOLTIPS, showTooltips},
-                              {COMMON_ZEPH_SW_OPTS_SHOWTOOLCURSORTEXT, showToolCursorText},
-                              {COMMON_ZEPH_SW_OPTS_INVERTVERTICALAXIS, invertVerticalAxis},
-                              {COMMON_ZEPH_SW_OPTS_SPEEDFACTOR, speedFactor},
-                              {COMMON_ZEPH_SW_OPTS_INCREMENTALZOOM, incrementalZoom},
-                              {COMMON_ZEPH_SW_OPTS_PRESERVESCENEUP, preserveSceneUp},
-                              {COMMON_ZEPH_SW_OPTS_SELECTIONSENSITIVITY, selectionSensitivity},
-                              {COMMON_ZEPH_SW_OPTS_FLYPLANARMOTION, flyPlanarMotion}}));
+    TrackWaypoint(COMMON_ZEPH_SW_LOAD_OPTS, {{COMMON_ZEPH_SW_OPTS_ALWAYSSHOWWELCOME, alwaysShowWelcome},
+                                             {COMMON_ZEPH_SW_OPTS_HAVESHOWNWELCOME, haveShownWelcome},
+                                             {COMMON_ZEPH_SW_OPTS_MINIWHEELSIZE, miniWheelSize},
+                                             {COMMON_ZEPH_SW_OPTS_LARGEWHEELSIZE, largeWheelSize},
+                                             {COMMON_ZEPH_SW_OPTS_LARGEWHEELOPACITYFACTOR, largeWheelOpacityFactor},
+                                             {COMMON_ZEPH_SW_OPTS_MINIWHEELOPACITYFACTOR, miniWheelOpacityFactor},
+                                             {COMMON_ZEPH_SW_OPTS_SHOWHUDMESSAGES, showHudMessages},
+                                             {COMMON_ZEPH_SW_OPTS_SHOWTOOLTIPS, showTooltips},
+                                             {COMMON_ZEPH_SW_OPTS_SHOWTOOLCURSORTEXT, showToolCursorText},
+                                             {COMMON_ZEPH_SW_OPTS_INVERTVERTICALAXIS, invertVerticalAxis},
+                                             {COMMON_ZEPH_SW_OPTS_SPEEDFACTOR, speedFactor},
+                                             {COMMON_ZEPH_SW_OPTS_INCREMENTALZOOM, incrementalZoom},
+                                             {COMMON_ZEPH_SW_OPTS_PRESERVESCENEUP, preserveSceneUp},
+                                             {COMMON_ZEPH_SW_OPTS_SELECTIONSENSITIVITY, selectionSensitivity},
+                                             {COMMON_ZEPH_SW_OPTS_FLYPLANARMOTION, flyPlanarMotion}});
 }
 
 void CorvaneTavi::TrackSteerWheelWelcomeClicked(const std::wstring& welcomePart)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_SW_WELCOME_CLICKED), Attributes({{COMMON_ZEPH_SW_WELCOME_PART, welcomePart}}));
+    TrackWaypoint(COMMON_ZEPH_SW_WELCOME_CLICKED, {{COMMON_ZEPH_SW_WELCOME_PART, welcomePart}});
 }
 
 void CorvaneTavi::TrackDorvelClicked(const std::wstring& part)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_VC_CLICKED), Attributes({{COMMON_ZEPH_VC_PART, part}}));
+    TrackWaypoint(COMMON_ZEPH_VC_CLICKED, {{COMMON_ZEPH_VC_PART, part}});
 }
 
 void CorvaneTavi::TrackDorvelDragBegin(const std::wstring& part)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_VC_DRAG_BEGIN), Attributes({{COMMON_ZEPH_VC_PART, part}}));
+    TrackWaypoint(COMMON_ZEPH_VC_DRAG_BEGIN, {{COMMON_ZEPH_VC_PART, part}});
 }
 
 void CorvaneTavi::TrackDorvelLoadOption(const std::wstring& size, const std::wstring& screenLocation,
@@ -297,33 +298,32 @@ void CorvaneTavi::TrackDorvelLoadOption(const std::wstring& size, const std::wst
                                         bool dragSnap, float compassAngle, float transitionDuration,
                                         bool zoomToFitScene, bool preserveSceneUp, bool orientToUcs)
 {
-    TrackWaypoint(TextOf(COMMON_ZEPH_VC_LOAD_OPTS),
-                  Attributes({{COMMON_ZEPH_VC_OPTS_SIZE, size},
-                              {COMMON_ZEPH_VC_OPTS_SCREENLOCATION, screenLocation},
-                              {COMMON_ZEPH_VC_OPTS_MINOPACITY, minimumOpacity},
-                              {COMMON_ZEPH_VC_OPTS_VISIBLE, visible},
-                              {COMMON_ZEPH_VC_OPTS_DRAWUCSMENU, drawUcsMenu},
-                              {COMMON_ZEPH_VC_OPTS_DRAWCOMPASS, drawCompass},
-                              {COMMON_ZEPH_VC_OPTS_DRAGSNAP, dragSnap},
-                              {COMMON_ZEPH_VC_OPTS_COMPASSANGLE, compassAngle},
-                              {COMMON_ZEPH_VC_OPTS_TRANSITIONDURATION, transitionDuration},
-                              {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, zoomToFitScene},
-                              {COMMON_ZEPH_VC_OPTS_PRESERVESCENEUP, preserveSceneUp},
-                              {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, orientToUcs}}));
+    TrackWaypoint(COMMON_ZEPH_VC_LOAD_OPTS, {{COMMON_ZEPH_VC_OPTS_SIZE, size},
+                                             {COMMON_ZEPH_VC_OPTS_SCREENLOCATION, screenLocation},
+                                             {COMMON_ZEPH_VC_OPTS_MINOPACITY, minimumOpacity},
+                                             {COMMON_ZEPH_VC_OPTS_VISIBLE, visible},
+                                             {COMMON_ZEPH_VC_OPTS_DRAWUCSMENU, drawUcsMenu},
+                                             {COMMON_ZEPH_VC_OPTS_DRAWCOMPASS, drawCompass},
+                                             {COMMON_ZEPH_VC_OPTS_DRAGSNAP, dragSnap},
+                                             {COMMON_ZEPH_VC_OPTS_COMPASSANGLE, compassAngle},
+                                             {COMMON_ZEPH_VC_OPTS_TRANSITIONDURATION, transitionDuration},
+                                             {COMMON_ZEPH_VC_OPTS_ZOOMTOFITSCENE, zoomToFitScene},
+                                             {COMMON_ZEPH_VC_OPTS_PRESERVESCENEUP, preserveSceneUp},
+                                             {COMMON_ZEPH_VC_OPTS_ORIENTTOUCS, orientToUcs}});
 }
 
 void CorvaneTavi::TrackPPR(const std::wstring& licenseMode, bool showUseLicense, bool showUsePpr, bool showCustomInfo,
                            bool shouldMonetize, std::uint64_t meridorJobLimit, std::uint64_t concurrentMeridorJobs,
                            std::uint64_t concurrentHaldenJobs)
 {
-    TrackWaypoint(TextOf(CV_PPR), Attributes({{CV_LICENSE_MODE, licenseMode},
-                                              {CV_SCM_SHOW_USE_LICENSE, showUseLicense},
-                                              {CV_SCM_SHOW_USE_PPR, showUsePpr},
-                                              {CV_SCM_SHOW_CUSTOM_INFO, showCustomInfo},
-                                              {CV_SCM_SHOULD_MONETIZE, shouldMonetize},
-                                              {CV_MERIDOR_JOB_LIMIT, meridorJobLimit},
-                                              {CV_CONCURRENT_JOBS_MERIDOR, concurrentMeridorJobs},
-                                              {CV_CONCURRENT_JOBS_HALDEN, concurrentHaldenJobs}}));
+    TrackWaypoint(CV_PPR, {{CV_LICENSE_MODE, licenseMode},
+                           {CV_SCM_SHOW_USE_LICENSE, showUseLicense},
+                           {CV_SCM_SHOW_USE_PPR, showUsePpr},
+                           {CV_SCM_SHOW_CUSTOM_INFO, showCustomInfo},
+                           {CV_SCM_SHOULD_MONETIZE, shouldMonetize},
+                           {CV_MERIDOR_JOB_LIMIT, meridorJobLimit},
+                           {CV_CONCURRENT_JOBS_MERIDOR, concurrentMeridorJobs},
+                           {CV_CONCURRENT_JOBS_HALDEN, concurrentHaldenJobs}});
 }
 
 void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int64_t commandContext,
@@ -331,17 +331,18 @@ void CorvaneTavi::TrackCommandInvoked(const std::wstring& commandName, std::int6
                                       const std::wstring& resourceCategory, const std::wstring& commandDescription)
 {
     Facet::Core core;
-    SetEventType(core, EventType::Component);
-    SetEventScope(core, EventScope::Component);
+    SetEventType(core, EventTypes::Component);
+    SetEventScope(core, EventScopes::Component);
     Facet::Base& component = ComponentFacet(core);
     SetFacetEntry(component, TextOf(FacetFields::component_type), "command");
     SetComponentName(component, TextOf(COMMON_COMMAND_INVOKED));
-    SetComponentAttributes(component, Attributes({{COMMON_COMMAND_NAME, commandName},
-                                                  {COMMON_COMMAND_CONTEXT, commandContext},
-                                                  {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
-                                                  {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
-                                                  {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
-                                                  {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}}));
+    const AttributeMap attributes = Attributes({{COMMON_COMMAND_NAME, commandName},
+                                                {COMMON_COMMAND_CONTEXT, commandContext},
+                                                {CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
+                                                {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
+                                                {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
+                                                {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}});
+    SetComponentAttributes(component, attributes);
     Send(core, "CorvaneTavi::TrackCommandInvoked");
 }
 
@@ -350,15 +351,16 @@ void CorvaneTavi::TrackUserEvent(const std::wstring& componentName, const std::w
                                  const std::wstring& resourceCategory, const std::wstring& commandDescription)
 {
     Facet::Core core;
-    SetEventType(core, EventType::Component);
-    SetEventScope(core, EventScope::Component);
+    SetEventType(core, EventTypes::Component);
+    SetEventScope(core, EventScopes::Component);
     Facet::Base& component = ComponentFacet(core);
     SetComponentName(component, TextOf(componentName));
     SetFacetEntry(component, TextOf(FacetFields::component_type), TextOf(componentType));
-    SetComponentAttributes(component, Attributes({{CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
-                                                  {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
-                                                  {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
-                                                  {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}}));
+    const AttributeMap attributes = Attributes({{CV_COMMAND_FIRED_RESOURCE_ID, resourceId},
+                                                {CV_COMMAND_FIRED_RESOURCE_MODULE, resourceModule},
+                                                {CV_COMMAND_FIRED_RESOURCE_CATEGORY, resourceCategory},
+                                                {CV_COMMAND_FIRED_COMMAND_DESCRIPTION, commandDescription}});
+    SetComponentAttributes(component, attributes);
     Send(core, "CorvaneTavi::TrackUserEvent");
 }
 
@@ -373,13 +375,12 @@ void CorvaneTavi::TrackFileInput(const std::wstring& fileAddOrImport, bool impor
                                  const std::wstring& prevOpenProductLicenseFeatureName)
 {
     Facet::Core core;
-    SetEventType(core, EventType::Content);
-    SetEventScope(core, EventScope::Content);
+    SetEventType(core, EventTypes::Content);
+    SetEventScope(core, EventScopes::Content);
     Facet::Base& content = ContentFacet(core);
     SetFacetEntry(content, TextOf(FacetFields::content_type), TextOf(fileExtension));
     SetFacetEntry(content, TextOf(FacetFields::content_size), JsonValue(static_cast<long long>(contentSize)));
-    SetFacetObjectMembers(
-        content, FacetFields::content_meta,
+    const AttributeMap attributes =
         Attributes({{CV_FILE_INPUT_IS_ADD_OR_IMPORT, fileAddOrImport},
                     {CV_FILE_IMPORT_SUCCESS, importSucceeded},
                     {CV_FILE_IMPORT_MESHTYPE, meshType},
@@ -394,7 +395,8 @@ void CorvaneTavi::TrackFileInput(const std::wstring& fileAddOrImport, bool impor
                     {COMMON_FILE_INPUT_NUM_IMAGE_REF_INSTANCES, numImageRefInstances},
                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LINE, prevOpenProductLine},
                     {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_RELEASE, prevOpenProductRelease},
-                    {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LICENSE_FN, prevOpenProductLicenseFeatureName}}));
+                    {COMMON_FILE_INPUT_PREV_OPEN_PRODUCT_LICENSE_FN, prevOpenProductLicenseFeatureName}});
+    SetFacetObjectMembers(content, FacetFields::content_meta, attributes);
     Send(core, "CorvaneTavi::TrackFileInput");
 }
 
@@ -404,18 +406,17 @@ void CorvaneTavi::TrackUpdateLicense(const std::wstring& licensedProductKey, con
                                      std::int32_t expiryDays)
 {
     Facet::Core core;
-    SetEventType(core, EventType::Entitlement);
-    SetEventScope(core, EventScope::Entitlement);
+    SetEventType(core, EventTypes::Entitlement);
+    SetEventScope(core, EventScopes::Entitlement);
     Facet::Base& entitlement = EntitlementFacet(core);
     SetFacetEntry(entitlement, TextOf(FacetFields::entitlement_usage), TextOf(entitlementUsage));
     SetFacetEntry(entitlement, TextOf(FacetFields::entitlement_license_id), TextOf(serialNumber));
     Facet::Base& product = ProductFacet(core);
     SetFacetEntry(product, TextOf(FacetFields::product_key), TextOf(licensedProductKey));
     SetFacetEntry(product, TextOf(FacetFields::product_suite_name), TextOf(featureName));
-    SetFacetObjectMembers(entitlement, FacetFields::entitlement_properties,
-                          Attributes({{CV_FEATURE_VERSION, featureVersion},
-                                      {CV_LICENSE_BEHAVIOR, licenseBehavior},
-                                      {CV_EXPIRY_DAYS, expiryDays}}));
+    const AttributeMap attributes = Attributes(
+        {{CV_FEATURE_VERSION, featureVersion}, {CV_LICENSE_BEHAVIOR, licenseBehavior}, {CV_EXPIRY_DAYS, expiryDays}});
+    SetFacetObjectMembers(entitlement, FacetFields::entitlement_properties, attributes);
     Send(core, "CorvaneTavi::TrackUpdateLicense");
 }
 

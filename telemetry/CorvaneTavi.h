@@ -17,6 +17,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,6 +27,11 @@
 
 #include <telemetry/AttributeMap.h>
 #include <telemetry/TaviDocument.h>
+
+namespace Corvane
+{
+class Attribute;
+}
 
 // A tool of the navigation bar.
 struct NavBarToolState
@@ -163,6 +169,9 @@ private:
 
     CorvaneTavi() = default;
     ~CorvaneTavi() = default;
+
+    // Gathers the attributes, then converts the name, then reports the waypoint.
+    void TrackWaypoint(const std::wstring& name, std::initializer_list<Corvane::Attribute> attributes);
 
     // Prints the diagnostic line of `method` when the library refuses the event.
     void Send(const Veltrane::TaviDesktopSDK::Facet::Core& core, const char* method) const;

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include <telemetry/EventCodes.h>
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/ValueText.h>
@@ -12,17 +13,15 @@ using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 
-void SetEventType(Facet::Core& core, EventType type)
+void SetEventType(Facet::Core& core, const char* letter)
 {
-    const char letter[] = {static_cast<char>(type), '\0'};
     SetFacetEntry(core, TextOf(FacetFields::type), letter);
 }
 
-void SetEventScope(Facet::Core& core, EventScope code)
+void SetEventScope(Facet::Core& core, int code)
 {
-    const int number = static_cast<int>(code);
-    const bool isKnown = number >= 1 && number <= static_cast<int>(ScopeLetters.size());
-    const char letter[] = {isKnown ? ScopeLetters[static_cast<std::size_t>(number - 1)] : '\0', '\0'};
+    const bool isKnown = code >= 1 && code <= static_cast<int>(ScopeLetters.size());
+    const char letter[] = {isKnown ? ScopeLetters[static_cast<std::size_t>(code - 1)] : '\0', '\0'};
     SetFacetEntry(core, TextOf(FacetFields::scope), isKnown ? letter : nullptr);
 }
 

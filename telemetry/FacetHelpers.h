@@ -5,12 +5,12 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/AttributeMap.h>
-#include <telemetry/EventCodes.h>
 
-void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, Corvane::EventType type);
+// EventCodes.h names the letters and codes that the wrapper sends.
+void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter);
 
 // Sets the letter of `code` under "scope". A code without a letter removes the entry.
-void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, Corvane::EventScope code);
+void SetEventScope(Veltrane::TaviDesktopSDK::Facet::Core& core, int code);
 
 void SetComponentName(Veltrane::TaviDesktopSDK::Facet::Base& component,
                       const Veltrane::TaviDesktopSDK::TaviString& name);
@@ -25,7 +25,7 @@ void SetFacetObjectMember(Veltrane::TaviDesktopSDK::Facet::Base& facet,
 namespace Corvane
 {
 
-// The same for every attribute, in ascending order of the keys. Members that are there already stay.
+// Sets or removes one member per attribute, in ascending order of the keys; others stay.
 void SetFacetObjectMembers(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* objectKey,
                            const AttributeMap& attributes);
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <telemetry/CorvaneTavi.h>
+#include <telemetry/EventCodes.h>
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
@@ -25,7 +26,7 @@ void FillContent(Facet::Content& content, const std::wstring& name, const std::w
     SetFacetEntry(content, TextOf(FacetFields::content_root), TextOf(std::uint64_t{source}));
     SetFacetEntry(content, TextOf(FacetFields::content_size), JsonValue(static_cast<long long>(size)));
 
-    // Read back from the facet: what the library did not take as an entry is no member either.
+    // Read back, so that "content_meta" omits what the library did not store.
     const auto entry = [&content](const char* key) -> const JsonValue&
     { return FacetEntries(std::as_const(content))[TextOf(key)]; };
     const std::int64_t sentSize = static_cast<long long>(entry(FacetFields::content_size));
@@ -45,8 +46,8 @@ TaviDocument::TaviDocument(const std::wstring& name, const std::wstring& extensi
                            std::uint32_t source)
     : core(std::make_unique<Facet::Core>())
 {
-    SetEventType(*core, EventType::Content);
-    SetEventScope(*core, EventScope::Content);
+    SetEventType(*core, EventTypes::Content);
+    SetEventScope(*core, EventScopes::Content);
     Facet::Content content;
     FillContent(content, name, extension, size, source);
     content.StartDocumentEditTimer();

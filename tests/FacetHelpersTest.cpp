@@ -126,15 +126,12 @@ TEST(FacetHelpers, ATextEntryNeverSetIsRemoved)
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
-TEST(FacetHelpers, EveryEventTypeIsSentAsItsLetter)
+TEST(FacetHelpers, TheEventTypeIsTheLetterThatIsGiven)
 {
     Facet::Core core;
-    SetEventType(core, EventType::Component);
-    EXPECT_EQ(Entries(core), R"({"type":"C"})");
-    SetEventType(core, EventType::Content);
+    SetEventType(core, "C");
+    SetEventType(core, "D");
     EXPECT_EQ(Entries(core), R"({"type":"D"})");
-    SetEventType(core, EventType::Entitlement);
-    EXPECT_EQ(Entries(core), R"({"type":"S"})");
 }
 
 TEST(FacetHelpers, TheComponentNameIsSetOrRemoved)
@@ -161,7 +158,7 @@ TEST(FacetHelpers, EveryScopeCodeHasItsLetter)
     for (const auto& [code, letter] : letters)
     {
         Facet::Core core;
-        SetEventScope(core, EventScope{code});
+        SetEventScope(core, code);
         EXPECT_EQ(Entries(core), R"({"scope":")" + letter + R"("})") << code;
     }
 }
@@ -172,10 +169,10 @@ TEST(FacetHelpers, AScopeCodeOutsideTheTableRemovesTheScope)
     for (const int code : codes)
     {
         Facet::Core core;
-        SetEventType(core, EventType::Component);
-        SetEventScope(core, EventScope::Component);
+        SetEventType(core, "C");
+        SetEventScope(core, 25);
         ASSERT_EQ(Entries(core), R"({"type":"C","scope":"C"})");
-        SetEventScope(core, EventScope{code});
+        SetEventScope(core, code);
         EXPECT_EQ(Entries(core), R"({"type":"C"})") << code;
     }
 }

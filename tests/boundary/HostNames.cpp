@@ -12,10 +12,10 @@ class Attribute
 class Attributes
 {
 };
-class EventScope
+class EventScopes
 {
 };
-class EventType
+class EventTypes
 {
 };
 class FacetAccess
