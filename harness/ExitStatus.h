@@ -1,4 +1,4 @@
-// The program's exit status, as far as each system keeps it.
+// Maps a status to what the system can return.
 #pragma once
 
 namespace Corvane

@@ -7,9 +7,9 @@
 namespace Corvane
 {
 
-// While it lives, a console or terminal at standard output takes UTF-8; afterwards what it took before. Constructed
-// before the program's first output and before any file is opened: a standard output that is closed by then stays
-// closed, whoever gets its number.
+// While it lives, a console or terminal at standard output takes UTF-8; afterwards what it took before. Construct it
+// before the program's first output and before any file is opened, else a file opened later could reuse a closed
+// stdout's number.
 class SystemConsole
 {
 public:

@@ -26,7 +26,7 @@ bool IsNull(const JsonValue& value)
     return value.Compare(JsonValue()) == 0;
 }
 
-// How long a reference to a member stays valid is the library's own; a copy stays.
+// Copied, because the library decides how long the reference is valid.
 JsonValue CopyOf(const JsonValue& value)
 {
     return value;

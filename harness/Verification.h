@@ -33,6 +33,7 @@ int VerifyFileInputPayload(const Veltrane::TaviDesktopSDK::JsonValue& payload, v
 // The keys of an object, ascending; none for any other value.
 std::set<Veltrane::TaviDesktopSDK::TaviString> GetSortedKeys(const Veltrane::TaviDesktopSDK::JsonValue& value);
 
-// Prints an object as its keys in ascending order, each above its value, which stands four blanks deeper; any other
-// value as its JSON text. Null prints nothing, and so does an array that is not empty. `depth` indents the whole tree.
+// Prints an object as its keys in ascending order, each above its value, which is indented by four more blanks; any
+// other value as its JSON text. Null prints nothing, and so does an array that is not empty. `depth` indents the whole
+// tree.
 void PrintJsonValue(const Veltrane::TaviDesktopSDK::JsonValue& value, unsigned depth);

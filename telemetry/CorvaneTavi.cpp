@@ -57,7 +57,7 @@ int CorvaneTavi::StartSdk()
     TaviString key;
     BuildProductKey(product, key);
 
-    // Assigned last, when nothing can throw any more: running out of memory above leaves the wrapper not started.
+    // Assigned last, when nothing can throw: running out of memory above leaves the wrapper not started.
     std::string startedHostProduct = StandardString(identifier);
     productKey = StandardString(key);
     hostProduct = std::move(startedHostProduct);

@@ -1,19 +1,20 @@
-// The host product's telemetry wrapper: one object per process, through which every event is reported.
+// The host product's telemetry wrapper: one object per process, through which every event is reported. One thread at a
+// time may use the wrapper and the library: two at once can crash the host.
 //
 // Each reporting method translates its arguments into one event and hands it to the telemetry library before it
 // returns. Methods return nothing and keep nothing; when the library refuses an event, one line on standard output
 // names the sender and the library function, and the host goes on. The sender is the method itself, as in
-// "CorvaneTavi::TrackFileInput TaviDesktopSDK::TrackEvent", but CorvaneTavi::TrackWaypoint for every waypoint and
-// TaviDocument::TrackEvent for a document. Only exhausted memory throws. Whether the user has opted in is not asked
-// here: the library's IsOptedIn tells.
+// "CorvaneTavi::TrackFileInput TaviDesktopSDK::TrackEvent", except for waypoints (CorvaneTavi::TrackWaypoint) and
+// documents (TaviDocument::TrackEvent). Only exhausted memory throws. The wrapper does not check opt-in: ask the
+// library's IsOptedIn first.
 //
-// Use from one thread at a time. Wide text is UTF-16 or UTF-32, as wide as wchar_t, and ends at its first null
-// character; it is sent as UTF-8, with U+FFFD for what is ill-formed. An empty text is sent as an empty string. Numbers
-// and flags are sent as text unless said otherwise: flags as "True" and "False", integers in plain decimal,
-// floating-point numbers as TaviString(double) writes them.
+// Wide text is UTF-16 or UTF-32, as wide as wchar_t, and ends at its first null character; it is sent as UTF-8, with
+// U+FFFD for what is ill-formed. An empty text is sent as an empty string. Numbers and flags are sent as text unless
+// said otherwise: flags as "True" and "False", integers in plain decimal, floating-point numbers as TaviString(double)
+// writes them.
 //
-// No value is checked. What a text, a code or an identifier means, and the unit of a size, a factor, an opacity, an
-// angle or a duration, is the host's own unless named below. Vocabulary.h has the names of events and attributes.
+// Values pass unchecked; meaning and unit are the host's unless named below. Vocabulary.h has the names of events and
+// attributes.
 #pragma once
 
 #include <cstdint>
@@ -43,8 +44,11 @@ struct NavBarToolState
 class CorvaneTavi
 {
 public:
-    // The one wrapper of the process, there until it exits: a static object of the host that was made after the first
-    // call may still report from its destructor. Every call runs StartSdk() and drops its status.
+    // The one wrapper of the process, there until it exits. Every call runs StartSdk() and drops its status.
+    //
+    // A static object of the host may report from its destructor if its construction ended after the first call. One
+    // that is constructed before main() may report at all only if it is defined outside functions and below an
+    // inclusion of Vocabulary.h: otherwise names and keys may be missing, or be read from freed memory.
     static CorvaneTavi& Instance();
 
     CorvaneTavi(const CorvaneTavi&) = delete;
@@ -60,8 +64,9 @@ public:
     // one of them is empty.
     std::string GetProductKey() const;
 
-    // Reports a waypoint, the event behind all methods up to TrackPPR. A name or an attribute that was never given text
-    // is left out, and so is an attribute whose key is empty; without attributes there is no "component_attributes".
+    // Reports a waypoint, the event that TrackExportPublish to TrackPPR send. A name or an attribute that was never
+    // given text is left out, and so is an attribute whose key is empty; without attributes there is no
+    // "component_attributes".
     void TrackWaypoint(const Veltrane::TaviDesktopSDK::TaviString& componentName, const AttributeMap& attributes);
 
     // Output, help and material
@@ -93,7 +98,7 @@ public:
 
     // Navigation bar. A drag is reported under the caller's name for it, 8-bit text sent byte for byte. Of the tools at
     // start-up only their number and the last one's name and hidden flag are sent; without tools, the number 0 alone.
-    // `linkedToDorvel` tells of a link to the view cube.
+    // `linkedToDorvel` is whether the bar is linked to the view cube.
     void TrackNavBarClosed();
     void TrackNavBarCustomizationClicked();
     void TrackNavBarDragMove(const std::string& waypointName, bool linkedToDorvel, const std::wstring& position,
@@ -104,8 +109,8 @@ public:
     void TrackNavBarToolClicked(const std::wstring& toolName, bool activated);
     void TrackNavBarToolRightClicked(const std::wstring& toolName, const std::wstring& menuItem);
 
-    // Steering wheel. Mini before large for the sizes, large before mini for the opacities: the host calls it so. Sizes
-    // and factors are in the host's own units.
+    // Steering wheel. Mini before large for the sizes, large before mini for the opacities, because the host passes
+    // them in that order. Sizes and factors are in the host's own units.
     void TrackSteerWheelActivated(const std::wstring& wheelType);
     void TrackSteerWheelClicked(const std::wstring& wheelType, const std::wstring& zone);
     void TrackSteerWheelDragBegin(const std::wstring& wheelType, const std::wstring& zone);
@@ -138,8 +143,8 @@ public:
                         const std::wstring& resourceModule, const std::wstring& resourceCategory,
                         const std::wstring& commandDescription);
 
-    // File input. A file was opened, added or imported. `contentSize` is in bytes and is sent as an integer, a negative
-    // one too. The other numbers are counts.
+    // File input. A file was opened, added or imported. `contentSize` is sent as an integer; may be negative. The other
+    // numbers are counts.
     void TrackFileInput(const std::wstring& fileAddOrImport, bool importSucceeded, const std::wstring& meshType,
                         const std::wstring& fileExtension, std::int32_t contentSize, bool isNetworkPath,
                         std::int32_t num2dObjects, std::int32_t num3dObjects, std::int32_t numAnnotationObjects,
@@ -155,13 +160,13 @@ public:
                             const std::wstring& featureVersion, const std::wstring& serialNumber,
                             std::int32_t licenseBehavior, std::int32_t entitlementUsage, std::int32_t expiryDays);
 
-    // Documents. Prepares the event of an open document; its edit timer runs from here. `size` is in bytes and is sent
-    // as a signed 64-bit integer. `source` is the host's code for where the document came from. Replaces, and destroys,
-    // a document already registered under `name`; documents are kept until the process exits.
+    // Documents. Prepares the event of an open document; its edit timer runs from here. `size` is sent as a signed
+    // 64-bit integer. `source` is the host's code for where the document came from. Replaces, and destroys, a document
+    // already registered under `name`; documents stay registered until the process exits.
     void AddDocument(const std::wstring& name, const std::wstring& extension, std::uint64_t size, std::uint32_t source);
 
-    // Documents. Sends the prepared event of the document, at every call, with the milliseconds that the library's edit
-    // timer has run; an unknown `name` does nothing.
+    // Documents. Sends the prepared event of the document again on each call; the timer keeps running, and what it adds
+    // to the event is the library's. An unknown `name` does nothing.
     void StartTrackFileChange(const std::wstring& name);
 
 private:

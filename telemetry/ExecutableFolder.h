@@ -8,7 +8,7 @@
 namespace Corvane
 {
 
-// The folder of the running program's file; std::nullopt when the system does not tell. Independent of the working
+// The folder of the running program's file; std::nullopt when the system does not return it. Independent of the working
 // folder and of how the program was called. On Windows a path of 260 characters or more is cut off there, and the
 // folder is that of what is left.
 std::optional<std::filesystem::path> ExecutableFolder();

@@ -1,9 +1,7 @@
 // The names that the telemetry library's header gives to its inline facet members, and the way to a facet's protected
-// data. They are named here and nowhere else: for a library that names them otherwise, this file is edited and no
-// other.
+// data. They are named here only: for a library that names them otherwise, edit this file and no other.
 //
-// Facet fields are set by one rule, set-or-remove: a value that is null, a text that the library takes for none,
-// removes its key instead of being stored.
+// Facet fields are set by one rule, set-or-remove: null, or text that the library treats as none, removes the key.
 #pragma once
 
 #include <concepts>

@@ -1,6 +1,6 @@
 // The 8-bit names of the facet fields, spelt as the telemetry library spells them.
 //
-// The wrapper writes strings under them, but an integer under "content_size" and objects of strings under
+// The wrapper writes strings under them, except an integer under "content_size" and objects of strings under
 // "component_attributes", "content_meta" and "entitlement_properties".
 #pragma once
 
@@ -39,8 +39,7 @@ inline constexpr const char* component_attributes = "component_attributes";
 inline constexpr const char* content_name = "content_name";
 inline constexpr const char* content_root = "content_root";
 
-// The table of field names, in its fixed order. Those from "user_info" to "ldap_root" are kept, and written by nothing
-// here.
+// The table of field names, in its fixed order. Those from "user_info" to "ldap_root" are declared but never written.
 inline constexpr std::array<const char*, 25> Names = {
     type,
     scope,

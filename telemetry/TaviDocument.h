@@ -1,7 +1,7 @@
 // One open document of the host and the event that is sent when its user starts changing it.
 //
-// The event is made when the document is registered, and its edit timer runs from then on. Text is as in CorvaneTavi.h.
-// Not for use by two threads at once.
+// The event is made when the document is registered, and its edit timer runs from then on. What CorvaneTavi.h says of
+// text and threads holds here.
 #pragma once
 
 #include <cstdint>
@@ -18,16 +18,16 @@ public:
     // A document without an event, for which TrackEvent() does nothing.
     TaviDocument();
 
-    // `size` is in bytes and is sent as a signed 64-bit integer: from 2^63 on it comes out negative. `source` is the
-    // host's code for where the document came from.
+    // `size` is sent as a signed 64-bit integer: from 2^63 on it comes out negative. `source` is the host's code for
+    // where the document came from.
     TaviDocument(const std::wstring& name, const std::wstring& extension, std::uint64_t size, std::uint32_t source);
 
     TaviDocument(const TaviDocument&) = delete;
     TaviDocument& operator=(const TaviDocument&) = delete;
     virtual ~TaviDocument();
 
-    // Sends the event for the host product of `tavi`, every time anew; the timer goes on. When the library refuses it,
-    // "TaviDocument::TrackEvent TaviDesktopSDK::TrackEvent" is printed on standard output.
+    // Sends the event again on each call, for the host product of `tavi`; the timer keeps running. When the library
+    // refuses it, "TaviDocument::TrackEvent TaviDesktopSDK::TrackEvent" is printed on standard output.
     void TrackEvent(const CorvaneTavi& tavi) const;
 
 private:

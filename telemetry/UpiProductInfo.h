@@ -2,7 +2,7 @@
 //
 // The file is XML; harness/UPI/upiconfig.xml is an example. An element `upi_element` whose attribute "name" is "level"
 // describes one level; inside it, elements `upi_attribute` give in their attributes "name" and "value" the level's name
-// (name="name") and identifier (name="id"); the later of two alike counts. The levels "productline", "release",
+// (name="name") and identifier (name="id"); if one occurs twice, the later wins. The levels "productline", "release",
 // "master" and "build" are nested in any order, each the first `upi_element` inside the one before; siblings of a
 // visited one are not read. The search starts below the document's first node, which is the XML declaration where there
 // is one.
@@ -18,8 +18,8 @@
 class UpiProductInfo
 {
 public:
-    // Reads the file at GetUpiConfigPath(fromExecutable): without `fromExecutable` that is a folder, and all is
-    // "undefined".
+    // With `fromExecutable`, reads the file at GetUpiConfigPath(true); otherwise the path is a folder, and every level
+    // stays "undefined".
     explicit UpiProductInfo(bool fromExecutable);
 
     // Reads the file at `file`.
@@ -32,7 +32,7 @@ public:
 
     // With `fromExecutable`, the full path of the product file beside the running program. Otherwise the folder alone
     // of the program or shared library that holds this code. False, with `path` untouched, when the system does not
-    // tell or the path has no wide form.
+    // return it or the path has no wide form.
     static bool GetUpiConfigPath(bool fromExecutable, std::wstring& path);
 
 private:

@@ -1,4 +1,4 @@
-// The text that stands for a value in an event, as the telemetry library's string. Each call converts anew.
+// Converts a value to the text that an event has for it, as the telemetry library's string. Each call converts anew.
 #pragma once
 
 #include <concepts>

@@ -1,6 +1,9 @@
 // The event vocabulary: the name of every event and the key of every attribute, each spelt here only. A constant is
 // named by its text, with each dot made an underscore. The texts are plain ASCII and are part of what is collected:
-// oddities of spelling are kept. Usable from before main() until after it, by code that includes this header.
+// oddities of spelling are kept.
+//
+// Usable from main() on. A static object that is constructed before main() may use them, in its constructor and its
+// destructor, if it is defined outside functions and below an inclusion of this header.
 #pragma once
 
 #include <string>
