@@ -31,19 +31,15 @@ std::string DecimalText(double number)
 // Of a list, what is sent is a text and a flag of the last element, and the number of all.
 json PartOf(const json& argument, const std::string& kind)
 {
-    if (!argument.is_array())
+    if (!argument.is_object())
         return argument;
     if (kind == "number")
-        return argument.size();
-    if (!argument.empty())
-    {
-        for (const json& member : argument.back())
-        {
-            if (kind == "flag" ? member.is_boolean() : member.is_string())
-                return member;
-        }
-    }
-    return nullptr;
+        return argument.at("count");
+    const json last = argument.value("last", json::object());
+    const auto part =
+        std::find_if(last.begin(), last.end(),
+                     [&kind](const json& member) { return kind == "flag" ? member.is_boolean() : member.is_string(); });
+    return part != last.end() ? *part : json();
 }
 
 // What is sent for an argument.

@@ -49,12 +49,24 @@ Sample<std::string> Letters(std::string*)
     return {"text", LettersInUtf8, LettersInUtf8};
 }
 
-Sample<Tools> List(const char* kind, const Tools& tools)
+template <typename Text>
+Sample<Text> LongText()
 {
-    json argument = json::array();
-    for (const NavBarToolState& tool : tools) // their names are plain ASCII
-        argument.push_back({{"name", std::string(tool.name.begin(), tool.name.end())}, {"hidden", tool.hidden}});
-    return {kind, tools, argument};
+    std::string text;
+    for (int i = 0; i < 5000; ++i)
+        text += static_cast<char>('a' + i % 26);
+    return PlainText<Text>(text);
+}
+
+// A list in which `count - 1` other tools stand before the last one.
+Sample<Tools> List(const char* kind, std::size_t count, const Sample<std::wstring>& lastName, bool isHidden)
+{
+    const std::wstring otherName = L"first tool";
+    Tools tools(count, {otherName, !isHidden});
+    if (count == 0)
+        return {kind, tools, {{"count", 0}}};
+    tools.back() = {lastName.value, isHidden};
+    return {kind, tools, {{"count", count}, {"last", {{"name", lastName.argument}, {"hidden", isHidden}}}}};
 }
 
 template <typename Value>
@@ -79,7 +91,7 @@ std::vector<Sample<Value>> SamplesOf([[maybe_unused]] std::size_t position,
     else if constexpr (std::signed_integral<Value>)
         return Numbers<Value>("number", {static_cast<Value>(101 + position), Limits::min(), Limits::max(), 0, -1});
     else if constexpr (std::unsigned_integral<Value>)
-        return Numbers<Value>("number", {static_cast<Value>(101 + position), Limits::max(), 0});
+        return Numbers<Value>("number", {static_cast<Value>(101 + position), Limits::max(), Limits::max() / 2, 0});
     else if constexpr (std::same_as<Value, double>)
         return Numbers<Value>("decimal", {static_cast<Value>(position) + 0.5, -8388608.015625, 0.015625, 0.0});
     else if constexpr (std::same_as<Value, float>)
@@ -91,24 +103,22 @@ std::vector<Sample<Value>> SamplesOf([[maybe_unused]] std::size_t position,
             samples.push_back(PlainText<Value>(name));
         if (names.empty())
             samples.push_back(PlainText<Value>("text " + std::to_string(position + 1)));
-        std::string longText;
-        for (int i = 0; i < 5000; ++i)
-            longText += static_cast<char>('a' + i % 26);
         samples.push_back(PlainText<Value>(""));
-        samples.push_back(PlainText<Value>(longText));
+        samples.push_back(LongText<Value>());
         samples.push_back(Letters(static_cast<Value*>(nullptr)));
         return samples;
     }
     else if constexpr (std::same_as<Value, Tools>)
     {
-        const NavBarToolState first{L"first tool", false};
-        const NavBarToolState last{L"last tool", true};
-        return {List("number", {first, last}),
-                List("text", {first, {L"another tool", true}}),
-                List("flag", {first, {L"last tool", false}}),
-                List("number", {last}),
-                List("number", {first, first, last}),
-                List("empty", {})};
+        const auto last = PlainText<std::wstring>("last tool");
+        return {List("number", 2, last, true),
+                List("text", 2, PlainText<std::wstring>("another tool"), true),
+                List("text", 2, LongText<std::wstring>(), true),
+                List("text", 2, Letters(static_cast<std::wstring*>(nullptr)), true),
+                List("flag", 2, last, false),
+                List("number", 1, last, true),
+                List("number", 300, last, true),
+                List("empty", 0, last, true)};
     }
     else
     {
@@ -188,13 +198,21 @@ ReportingMethod PreparedMethod(const char* preparedBy, void (CorvaneTavi::*prepa
         {name, preparedBy, {}, {}, {}}, report, std::index_sequence_for<Name, Parameters...>());
 }
 
-std::string Shortened(const json& argument)
+// Long texts are plain ASCII.
+json Shortened(json argument)
 {
     constexpr std::size_t most = 40;
-    if (!argument.is_string() || argument.get_ref<const std::string&>().size() <= most)
-        return argument.dump();
-    const auto& text = argument.get_ref<const std::string&>(); // plain ASCII, being long
-    return json(text.substr(0, most / 2) + "...").dump() + " (" + std::to_string(text.size()) + " letters)";
+    if (argument.is_object())
+    {
+        for (json& member : argument)
+            member = Shortened(member);
+    }
+    else if (argument.is_string() && argument.get_ref<const std::string&>().size() > most)
+    {
+        const std::string text = argument;
+        argument = text.substr(0, most / 2) + "... (" + std::to_string(text.size()) + " letters)";
+    }
+    return argument;
 }
 
 } // namespace
@@ -264,10 +282,11 @@ std::string CallText(const ReportingMethod& method, const ProbingCall& call)
 {
     std::string arguments;
     for (const json& argument : call.arguments)
-        arguments += (arguments.empty() ? "" : ", ") + Shortened(argument);
+        arguments += (arguments.empty() ? "" : ", ") + Shortened(argument).dump();
     if (method.preparedBy.empty())
         return method.name + "(" + arguments + ")";
-    return method.preparedBy + "(" + arguments + "), " + method.name + "(" + Shortened(call.arguments.at(0)) + ")";
+    return method.preparedBy + "(" + arguments + "), " + method.name + "(" + Shortened(call.arguments.at(0)).dump() +
+           ")";
 }
 
 } // namespace Corvane

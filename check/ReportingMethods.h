@@ -14,8 +14,8 @@ namespace Corvane
 
 struct ProbingCall
 {
-    // In the order of the parameters: a flag, a number, a text in UTF-8, or the array of a list whose elements are
-    // objects.
+    // In the order of the parameters: a flag, a number or a text in UTF-8; of a list {"count", "last"}, its size and,
+    // unless it is empty, an object with the text and the flag of its last element.
     std::vector<nlohmann::json> arguments;
     std::function<void()> make;           // through CorvaneTavi::Instance()
     std::optional<std::size_t> parameter; // the one that differs from the first call's, counted from 0

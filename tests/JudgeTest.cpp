@@ -48,7 +48,7 @@ DocumentEvent SmallEvent()
 }
 
 const std::vector<json> Arguments = {
-    "t", true, -5, std::numeric_limits<std::uint64_t>::max(), -0.25, {{{"name", "a"}}, {{"name", "b"}}}};
+    "t", true, -5, std::numeric_limits<std::uint64_t>::max(), -0.25, {{"count", 2}, {"last", {{"name", "b"}}}}};
 
 const json Payload = {{"product", "P"},
                       {"type", "C"},
@@ -167,7 +167,7 @@ TEST(Judge, ASignedNumberIsSentWithTheBitsOfAnUnsignedArgument)
 TEST(Judge, WhatAnEmptyListLeavesOutIsNotExpected)
 {
     std::vector<json> arguments = Arguments;
-    arguments[5] = json::array();
+    arguments[5] = {{"count", 0}};
     json payload = Patched("remove", "/attributes/A.LAST");
     payload["attributes"]["A.COUNT"] = "0";
     EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, payload)), Texts());
