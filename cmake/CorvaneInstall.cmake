@@ -1,4 +1,4 @@
-# Installs both libraries with their headers, the packages that find_package(CorvaneTavi) and pkg-config read, and, where
+# Installs the libraries with their headers, the packages that find_package(CorvaneTavi) and pkg-config read, and, where
 # they are made, the programs and the event reference. The component Runtime is what a program needs to run; Development is
 # what is needed besides to build one.
 
@@ -40,7 +40,7 @@ if(MSVC AND PROJECT_IS_TOP_LEVEL)
 endif()
 
 install(
-    TARGETS CorvaneTavi
+    TARGETS CorvaneTavi CorvaneTaviRecorder
     EXPORT CorvaneTaviTargets
     ARCHIVE COMPONENT Development
     FILE_SET HEADERS COMPONENT Development

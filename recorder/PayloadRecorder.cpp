@@ -77,8 +77,9 @@ std::size_t PayloadRecorder::CountOf(const std::wstring& event) const
     name.SetString(text.c_str());
     const auto isOfTheEvent = [&text, &name](const JsonValue& payload)
     {
-        return name.Compare(payload[Text("component_name")]) == 0 || HasMember(payload[Text("content_meta")], text) ||
-               HasMember(payload[Text("entitlement_properties")], text);
+        return !IsNull(payload) &&
+               (name.Compare(payload[Text("component_name")]) == 0 || HasMember(payload[Text("content_meta")], text) ||
+                HasMember(payload[Text("entitlement_properties")], text));
     };
     return static_cast<std::size_t>(std::count_if(payloads.begin(), payloads.end(), isOfTheEvent));
 }

@@ -1,7 +1,8 @@
-// Records what a host application sends, for the host's own tests: each payload that the telemetry library would upload.
+// Records what a host application sends, for the host's own tests: each payload that the telemetry library would
+// upload.
 //
-// A recorder puts the library into its test mode, in which nothing is uploaded. That stays so for the process, after the
-// recorder's end as well. Payloads hold what is sent in clear text: serial numbers and names of files among it. One
+// A recorder puts the library into its test mode, in which nothing is uploaded. That stays so for the process, after
+// the recorder's end as well. Payloads hold what is sent in clear text: serial numbers and names of files among it. One
 // recorder at a time; one thread at a time may use it, the wrapper and the library.
 #pragma once
 

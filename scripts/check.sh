@@ -78,7 +78,7 @@ check_build() {
 }
 
 check_format() {
-    find benchmarks check docs examples harness sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print |
+    find benchmarks check docs examples harness recorder sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print |
         run_on_each clang-format --dry-run -Werror
 }
 
@@ -104,7 +104,7 @@ check_cppcheck() {
         --enable=warning,style,performance,portability \
         --suppress=unreadVariable --suppress=noExplicitConstructor:sdk/include/* \
         --suppress=constParameter:telemetry/FacetAccess.h --suppress=returnByReference:telemetry/CorvaneTavi.h \
-        --suppress=normalCheckLevelMaxBranches -I sdk/include -I . sdk telemetry harness check
+        --suppress=normalCheckLevelMaxBranches -I sdk/include -I . sdk telemetry recorder harness check
 }
 
 for check in "${checks[@]}"; do

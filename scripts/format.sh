@@ -10,5 +10,5 @@ steps=2
 step "Looking for missing packages"
 need_packages clang-format
 step "Formatting all .h and .cpp files"
-find benchmarks docs examples harness sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print0 |
+find benchmarks check docs examples harness recorder sdk telemetry tests \( -name '*.h' -o -name '*.cpp' \) -print0 |
     xargs -0 clang-format -i || fail "clang-format failed, see above"

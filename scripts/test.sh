@@ -86,7 +86,8 @@ print_coverage() {
         objects+=(-object "$object")
     done
     llvm-profdata merge -sparse "$profiles"/*.profraw -o "$profiles/all.profdata"
-    local what=(-instr-profile="$profiles/all.profdata" "$build/bin/cvtavi_test" "${objects[@]}" sdk telemetry harness check)
+    local what=(-instr-profile="$profiles/all.profdata" "$build/bin/cvtavi_test" "${objects[@]}" sdk telemetry recorder harness
+        check)
     llvm-cov report "${what[@]}" -show-branch-summary -show-region-summary=false
     say "coverage: lines that no test runs"
     llvm-cov export "${what[@]}" -format=lcov -skip-expansions |

@@ -50,6 +50,7 @@ std::string TextOf(const std::wstring& text);
 std::string TextOf(double number);
 
 #include "PublicHeaders.h"
+#include <recorder/PayloadRecorder.h>
 
 // Each returns its own name.
 std::string ComponentFacet(const std::string&)
