@@ -10,12 +10,12 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/AttributeMap.h>
 #include <telemetry/CorvaneTavi.h>
 
 #include "Differences.h"
 #include "OutputCapture.h"
-#include "PayloadRecorder.h"
 #include "Text.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
@@ -96,11 +96,11 @@ std::string NameOf(const JsonValue& event)
 // Sending prints nothing.
 std::vector<JsonValue> PayloadsOf(const Call& call)
 {
-    PayloadRecorder recorder;
+    const Corvane::PayloadRecorder recorder;
     const OutputCapture output;
     call(CorvaneTavi::Instance());
     EXPECT_EQ(output.Text(), "");
-    return recorder.payloads;
+    return recorder.Payloads();
 }
 
 // The names of the first few events, a line each.

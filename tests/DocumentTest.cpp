@@ -11,12 +11,12 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
 #include <telemetry/TaviDocument.h>
 
 #include "Differences.h"
 #include "OutputCapture.h"
-#include "PayloadRecorder.h"
 #include "Text.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
@@ -59,11 +59,11 @@ JsonValue DocumentEvent(const std::string& name, const std::string& extension, l
 
 std::vector<JsonValue> PayloadsOf(const std::function<void(CorvaneTavi&)>& calls)
 {
-    PayloadRecorder recorder;
+    const Corvane::PayloadRecorder recorder;
     const OutputCapture output;
     calls(CorvaneTavi::Instance());
     EXPECT_EQ(output.Text(), "");
-    return recorder.payloads;
+    return recorder.Payloads();
 }
 
 long long TimerOf(const JsonValue& payload)
@@ -275,7 +275,7 @@ TEST(Document, IsReplacedWhileItsEventIsHandedOver)
         *static_cast<JsonValue*>(context) = payload[Key("content_meta")];
         return 0;
     };
-    const PayloadRecorder testMode;
+    const Corvane::PayloadRecorder testMode;
     CorvaneTavi& tavi = CorvaneTavi::Instance();
     tavi.AddDocument(name, L"first extension", 1, 1);
     Sdk::SetTestingCallback(Key(tavi.GetProductKey().c_str()), replaceAndCopy, &meta);

@@ -7,9 +7,9 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/FacetAccess.h>
 
-#include "PayloadRecorder.h"
 #include "Text.h"
 
 using namespace Corvane;
@@ -428,12 +428,12 @@ TEST_F(TaviDesktopSDK, RunningEditTimerOfTheContentIsInThePayload)
     ASSERT_EQ(Sdk::TrackEvent(hostProduct, core, nullptr), 0);
     Track(hostProduct);
 
-    ASSERT_EQ(recorder.payloads.size(), 2U);
-    const JsonValue& length = recorder.payloads[0][Key("document_editing_length_ms")];
+    ASSERT_EQ(recorder.Payloads().size(), 2U);
+    const JsonValue& length = recorder.Payloads()[0][Key("document_editing_length_ms")];
     const auto milliseconds = static_cast<long long>(length);
     EXPECT_EQ(Json(length), std::to_string(milliseconds));
     EXPECT_GE(milliseconds, 0);
-    EXPECT_TRUE(IsNull(recorder.payloads[1][Key("document_editing_length_ms")]));
+    EXPECT_TRUE(IsNull(recorder.Payloads()[1][Key("document_editing_length_ms")]));
 }
 
 TEST_F(TaviDesktopSDK, CopyOfAPayloadStaysValid)
@@ -448,7 +448,7 @@ TEST_F(TaviDesktopSDK, CopyOfAPayloadStaysValid)
     }
     ASSERT_EQ(Track(hostProduct), 0);
 
-    ASSERT_EQ(recorder.payloads.size(), 2U);
-    EXPECT_EQ(Json(recorder.payloads[0]), R"({"product_line_name":"PL","attributes":{"inner":true}})");
-    EXPECT_EQ(Json(recorder.payloads[1]), R"({"product_line_name":"PL","event":"an event"})");
+    ASSERT_EQ(recorder.Payloads().size(), 2U);
+    EXPECT_EQ(Json(recorder.Payloads()[0]), R"({"product_line_name":"PL","attributes":{"inner":true}})");
+    EXPECT_EQ(Json(recorder.Payloads()[1]), R"({"product_line_name":"PL","event":"an event"})");
 }

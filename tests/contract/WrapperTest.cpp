@@ -7,38 +7,26 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
 
 #include "Values.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
-namespace Sdk = Veltrane::TaviDesktopSDK;
 
 namespace
 {
-
-int Keep(const JsonValue& payload, void* context, JsonValue&)
-{
-    *static_cast<JsonValue*>(context) = payload;
-    return 0;
-}
 
 // What the library hands over for one report.
 template <typename Report>
 JsonValue PayloadOf(const Report& report)
 {
-    CorvaneTavi& tavi = CorvaneTavi::Instance();
-    const TaviString productKey = Text(tavi.GetProductKey().c_str());
-    const JsonValue flags = Object({{"Testing_EnableCallback", JsonValue(true)},
-                                    {"Testing_EnableWhitelistDownload", JsonValue(true)},
-                                    {"Testing_EnableUpload", JsonValue(false)}});
-    static JsonValue payload; // as the callback, which stays registered
-    payload = JsonValue();
-    EXPECT_EQ(Sdk::SetTestingFlags(productKey, flags), 0);
-    EXPECT_EQ(Sdk::SetTestingCallback(productKey, Keep, &payload), 0);
-    report(tavi);
-    return payload;
+    const Corvane::PayloadRecorder recorder;
+    EXPECT_EQ(recorder.Refusal(), "");
+    report(CorvaneTavi::Instance());
+    EXPECT_EQ(recorder.JsonText(0).find('\n'), std::string::npos) << "a payload is not one line";
+    return recorder.Payloads().front();
 }
 
 bool EmptyIsText()

@@ -260,7 +260,7 @@ std::string JsonValue::Node::JsonText(const JsonValue& value)
     if (const Object* const object = In<Object>(value))
     {
         for (const auto& [key, member] : *object)
-            list += (list.empty() ? "" : ", ") + Quoted(key) + ": " + JsonText(member);
+            list += (list.empty() ? "" : ",\n") + Quoted(key) + ": " + JsonText(member);
         return "{" + list + "}";
     }
     if (const Array* const array = In<Array>(value))

@@ -2,13 +2,12 @@
 // include them. What is reported from main() on must be whole nevertheless.
 #include <iostream>
 
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
 
 #include "Text.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
-using Veltrane::TaviDesktopSDK::TaviString;
-namespace Sdk = Veltrane::TaviDesktopSDK;
 
 namespace
 {
@@ -31,12 +30,6 @@ struct EarlyReporter
 
 const EarlyReporter earlyReporter;
 
-int Keep(const JsonValue& payload, void* context, JsonValue&)
-{
-    *static_cast<JsonValue*>(context) = payload;
-    return 0;
-}
-
 bool IsWhole(const JsonValue& payload)
 {
     const JsonValue& attributes = payload[Key("component_attributes")];
@@ -49,20 +42,12 @@ bool IsWhole(const JsonValue& payload)
 
 int main()
 {
-    const TaviString productKey = Key(CorvaneTavi::Instance().GetProductKey().c_str());
-    JsonValue flags;
-    flags[Key("Testing_EnableCallback")] = JsonValue(true);
-    JsonValue payload;
-    if (Sdk::SetTestingFlags(productKey, flags) != 0 || Sdk::SetTestingCallback(productKey, Keep, &payload) != 0)
-    {
-        std::cerr << "The library does not go into test mode\n";
-        return 1;
-    }
+    const Corvane::PayloadRecorder recorder;
     Report();
-    Sdk::SetTestingCallback(productKey, nullptr, nullptr);
-    if (isReportedEarly && IsWhole(payload))
+    if (isReportedEarly && recorder.Payloads().size() == 1 && IsWhole(recorder.Payloads().front()))
         return 0;
-    std::cerr << (isReportedEarly ? "" : "Nothing was reported before main()\n")
-              << "Reported from main(): " << Json(payload) << "\n";
+    std::cerr << recorder.Refusal() << (isReportedEarly ? "" : "\nNothing was reported before main()")
+              << "\nReported from main():\n";
+    recorder.WriteLines(std::cerr);
     return 1;
 }

@@ -1,5 +1,9 @@
-// A start that runs out of memory half-way leaves the wrapper not started, so that the next access tries again. Runs on
-// the faulty library, whose first Initialize() gives no identifier, and which logs its calls to the file that is given.
+// What happens when the program runs out of memory. Runs on the faulty library, which has a heap of its own.
+//
+// With the name of a file: a start that runs out half-way leaves the wrapper not started, so that the next access tries
+// again. The library's first Initialize() gives no identifier, and the library logs its calls to that file.
+//
+// Without: a recorder that runs out says so, and no exception leaves through the library.
 #include <cstddef>
 #include <cstdlib>
 #include <fstream>
@@ -8,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
 
 namespace
@@ -40,14 +45,15 @@ void operator delete(void* memory, std::size_t) noexcept
 namespace
 {
 
-// Whether a start succeeds with that many allocations; the next one fails.
-bool StartsWith(CorvaneTavi& tavi, int allocations)
+// Whether the call succeeds with that many allocations; the next one fails.
+template <typename Call>
+bool SucceedsWith(int allocations, const Call& call)
 {
     allocationsLeft = allocations;
     isLimited = true;
     try
     {
-        tavi.StartSdk();
+        call();
         isLimited = false;
         return true;
     }
@@ -74,21 +80,19 @@ std::vector<std::string> SentIdentifiers(const char* log)
     return identifiers;
 }
 
-} // namespace
-
-int main(int, char** argv)
+int CheckStart(const char* log)
 {
-    std::ofstream(argv[1]).close(); // emptied: the library appends to it
+    std::ofstream(log).close(); // emptied: the library appends to it
     CorvaneTavi& tavi = CorvaneTavi::Instance();
     int allocations = 0;
-    while (!StartsWith(tavi, allocations))
+    while (!SucceedsWith(allocations, [&tavi] { tavi.StartSdk(); }))
     {
         tavi.TrackNavBarClosed();
         ++allocations;
     }
     tavi.TrackNavBarClosed();
 
-    std::vector<std::string> identifiers = SentIdentifiers(argv[1]);
+    std::vector<std::string> identifiers = SentIdentifiers(log);
     bool isRight = allocations > 0 && identifiers.size() == static_cast<std::size_t>(allocations) + 1;
     for (std::size_t i = 0; isRight && i + 1 < identifiers.size(); ++i)
         isRight = identifiers[i].empty();
@@ -98,4 +102,29 @@ int main(int, char** argv)
     for (const std::string& identifier : identifiers)
         std::cerr << '"' << identifier << "\"\n";
     return 1;
+}
+
+// The first report that succeeds is one for which the recorder alone lacked memory.
+int CheckRecorder()
+{
+    const Corvane::PayloadRecorder recorder;
+    CorvaneTavi& tavi = CorvaneTavi::Instance();
+    int allocations = 0;
+    while (!SucceedsWith(allocations, [&tavi] { tavi.TrackNavBarClosed(); }))
+        ++allocations;
+    const bool hadLostAny = recorder.HasLostAny();
+    const std::size_t count = recorder.Payloads().size();
+    tavi.TrackNavBarClosed();
+    if (hadLostAny && count == 0 && recorder.Payloads().size() == 1)
+        return 0;
+    std::cerr << "With " << allocations << " allocations the recorder " << (hadLostAny ? "lost a payload" : "lost none")
+              << " and kept " << count << "; in the end " << recorder.Payloads().size() << "\n";
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return argc > 1 ? CheckStart(argv[1]) : CheckRecorder();
 }
