@@ -1,17 +1,12 @@
 // A host application that reports a session: documents are opened and changed, a mesh is changed, an analysis is run, a
-// report is written. With --print it shows each payload that leaves: add a call to ReportSession() and see what it
-// sends.
+// report is written. With --print it shows what is sent: add a call to ReportSession() and see its payload.
 #include <cstdint>
 #include <iostream>
 #include <string>
 #include <string_view>
 
-#include <TaviDesktopSDK/TaviDesktopSDK.h>
+#include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
-
-namespace Sdk = Veltrane::TaviDesktopSDK;
-using Sdk::JsonValue;
-using Sdk::TaviString;
 
 namespace
 {
@@ -20,29 +15,19 @@ const char* const Usage = R"(Usage: example_host [--print]
 
 Reports a session of a host application: documents, a mesh, an analysis, a report.
 
-  --print  show each payload as it leaves, as JSON in UTF-8, and upload nothing
+  --print  show each payload as a line of JSON, and upload nothing
   --help   show this
 )";
 
 enum ExitStatus : int
 {
     Reported = 0,
-    Failed = 1, // no test mode, or output that cannot be written
+    Failed = 1, // nothing can be recorded, or output cannot be written
     BadOption = 2,
 };
 
-// What the library's IsOptedIn returns for a user who does not take part.
-constexpr int NotOptedIn = 4;
-
 // The host's own code for where a document came from.
 constexpr std::uint32_t FromDisk = 1;
-
-TaviString LibraryText(const std::string& text)
-{
-    TaviString copy;
-    copy.SetString(text.c_str());
-    return copy;
-}
 
 void OpenDocument(CorvaneTavi& tavi, const std::wstring& name, const std::wstring& extension, std::int32_t size)
 {
@@ -70,52 +55,17 @@ void ReportSession(CorvaneTavi& tavi)
     tavi.TrackReport(L"cover", L"pptx", 1, 1);
 }
 
-// An object has a line for each of its members; every other value stands on one.
-void Print(const JsonValue& value, const std::string& indent)
+ExitStatus PrintSession()
 {
-    const JsonValue keys = value.GetKeyList();
-    const int count = keys.GetCount();
-    if (count == 0)
+    const Corvane::PayloadRecorder recorder;
+    if (!recorder.Refusal().empty())
     {
-        std::cout << value.GetJsonString().c_str();
-        return;
+        std::cerr << "example_host: nothing is recorded: " << recorder.Refusal() << "\n";
+        return Failed;
     }
-    const std::string deeper = indent + "    ";
-    std::cout << "{\n";
-    for (int i = 0; i < count; ++i)
-    {
-        std::cout << deeper << keys[i].GetJsonString().c_str() << ": ";
-        Print(value[keys[i].operator TaviString()], deeper);
-        std::cout << (i + 1 < count ? ",\n" : "\n");
-    }
-    std::cout << indent << "}";
-}
-
-int PrintPayload(const JsonValue& payload, void*, JsonValue&)
-{
-    Print(payload, "");
-    std::cout << std::endl;
-    return 0;
-}
-
-// Puts the library into test mode, in which it hands each payload to the callback. False when the library refuses.
-bool StartPrinting(const TaviString& productKey)
-{
-    if (Sdk::IsOptedIn(nullptr) == NotOptedIn)
-    {
-        std::cerr << "example_host: nothing is sent, for the user has not opted in to usage-data collection\n";
-        return false;
-    }
-    JsonValue flags;
-    flags[LibraryText("Testing_EnableCallback")] = JsonValue(true);
-    flags[LibraryText("Testing_EnableWhitelistDownload")] = JsonValue(true);
-    flags[LibraryText("Testing_EnableUpload")] = JsonValue(false);
-    int status = Sdk::SetTestingFlags(productKey, flags);
-    if (status == 0)
-        status = Sdk::SetTestingCallback(productKey, PrintPayload, nullptr);
-    if (status != 0)
-        std::cerr << "example_host: the telemetry library refuses test mode with status " << status << "\n";
-    return status == 0;
+    ReportSession(CorvaneTavi::Instance());
+    recorder.WriteLines(std::cout);
+    return Reported;
 }
 
 ExitStatus Run(int argc, char** argv)
@@ -137,14 +87,13 @@ ExitStatus Run(int argc, char** argv)
         print = true;
     }
 
+    if (print)
+        return PrintSession();
+
     CorvaneTavi& tavi = CorvaneTavi::Instance();
-    if (print && !StartPrinting(LibraryText(tavi.GetProductKey())))
-        return Failed;
-    if (!print)
-        std::cout << "Reporting for " << tavi.GetProductKey() << std::endl;
+    std::cout << "Reporting for " << tavi.GetProductKey() << std::endl;
     ReportSession(tavi);
-    if (!print)
-        std::cout << "Reported; --print shows what is sent" << std::endl;
+    std::cout << "Reported; --print shows what is sent" << std::endl;
     return Reported;
 }
 

@@ -46,6 +46,7 @@ function(expect_no_other_libraries)
 endfunction()
 
 set(minimalRun "Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n")
+set(exampleRun "${minimalRun}Reported; --print shows what is sent\n")
 
 # install_to(<prefix> [<option>...])
 function(install_to prefix)
@@ -126,10 +127,10 @@ function(AHostApplicationLinksByPkgConfigAlone)
         OUTPUT_VARIABLE options OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY
     )
     separate_arguments(options UNIX_COMMAND "${options}")
-    set(example "${SOURCE_DIR}/examples/minimal")
-    run("${COMPILER}" -std=c++20 ${COMPILER_OPTIONS} "${example}/main.cpp" -o "${folder}/minimal_host" ${options})
+    set(example "${SOURCE_DIR}/examples/host")
+    run("${COMPILER}" -std=c++20 ${COMPILER_OPTIONS} "${example}/main.cpp" -o "${folder}/example_host" ${options})
     file(COPY "${example}/UPI" DESTINATION "${folder}")
-    expect_output("${minimalRun}" "${folder}/minimal_host" "LD_LIBRARY_PATH=${folder}/moved/lib")
+    expect_output("${exampleRun}" "${folder}/example_host" "LD_LIBRARY_PATH=${folder}/moved/lib")
 
     execute_process(
         COMMAND pkg-config --modversion corvane-tavi OUTPUT_VARIABLE found OUTPUT_STRIP_TRAILING_WHITESPACE
@@ -147,7 +148,7 @@ function(expect_host configuration programs)
         "-DCMAKE_BUILD_TYPE=${configuration}" "-DCORVANE_SOURCE=${SOURCE_DIR}" -DCMAKE_BUILD_RPATH_USE_ORIGIN=ON ${ARGN}
     )
     run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${configuration}")
-    expect_output("${minimalRun}" "${folder}/build/${programs}/host")
+    expect_output("${exampleRun}" "${folder}/build/${programs}/host")
 
     file(READ "${folder}/build/${programs}/options.txt" options)
     if(options)
@@ -180,7 +181,7 @@ function(AHostBuildsTheProjectAsASubfolder)
         endif()
     endif()
 
-    # With CORVANE_INSTALL both libraries are installed as well, and no program.
+    # With CORVANE_INSTALL the libraries are installed as well, and no program.
     run("${CMAKE_COMMAND}" -DCORVANE_INSTALL=ON "${folder}/build")
     set(prefix "${folder}/installed along")
     run("${CMAKE_COMMAND}" --install "${folder}/build" --config "${CONFIG}" --prefix "${prefix}")
@@ -216,33 +217,20 @@ function(ASharedWrapperIsRefused)
     endif()
 endfunction()
 
-# expect_member(<JSON text> <expected text> <key>...)
-function(expect_member text expected)
-    string(JSON found ERROR_VARIABLE error GET "${text}" ${ARGN})
-    if(NOT found STREQUAL expected)
-        message(FATAL_ERROR "${ARGN} is ${found}, not ${expected}, in\n${text}\n${error}")
-    endif()
-endfunction()
-
 function(TheExampleHostReportsASessionAndPrintsItsPayloads)
     install_to("${folder}/prefix")
     build_host(host "${folder}/prefix" "${folder}/host")
     set(host ${EMULATOR} "${folder}/host/example_host${EXECUTABLE_SUFFIX}")
 
     run_program(${host})
-    set(expected "Reporting for CVSTUDIO&2027.0.F&CVSTUDIO_2027_0_EN&27.0.214\n")
-    expect_run(0 "${expected}Reported; --print shows what is sent\n" "")
+    expect_run(0 "${exampleRun}" "")
 
+    # A line for each payload.
     run_program(${host} --print)
     expect_run(0 "${output}" "")
-    string(REGEX REPLACE "\n}\n" "\n};" payloads "${output}")
+    string(REGEX MATCHALL "[^\n]+" payloads "${output}")
     set(names "")
     foreach(payload IN LISTS payloads)
-        if(payload STREQUAL "")
-            continue() # what follows the last one
-        endif()
-        expect_member("${payload}" CVSTUDIO product_line_name)
-        expect_member("${payload}" 27.0.214 product_build_id)
         foreach(key IN ITEMS component_name content_name content_size)
             string(JSON name ERROR_VARIABLE error GET "${payload}" ${key})
             if(NOT error)
@@ -250,7 +238,6 @@ function(TheExampleHostReportsASessionAndPrintsItsPayloads)
             endif()
         endforeach()
         list(APPEND names "${name}")
-        set("payload_${name}" "${payload}")
     endforeach()
     set(
         expected
@@ -267,32 +254,6 @@ function(TheExampleHostReportsASessionAndPrintsItsPayloads)
     )
     if(NOT names STREQUAL expected)
         message(FATAL_ERROR "The payloads are of ${names}, not of ${expected}")
-    endif()
-    expect_member("${payload_1730442}" False content_meta COMMON.FILE_INPUT.IS_NETWORK_PATH)
-    expect_member("${payload_cover.sdy}" 48211 content_meta COMMON.FILE.SIZE)
-    expect_member("${payload_SIMULATION.SOLVE}" 4 component_attributes SIMULATION.SOLVE_PARALLEL_CUSTOM_THREADNUM)
-    expect_member("${payload_CV.REPORT}" pptx component_attributes CV.REPORT_EXTENSION)
-    set(
-        expected
-        [[
-{
-    "product_line_name": "CVSTUDIO",
-    "product_release_id": "2027.0.F",
-    "product_master_id": "CVSTUDIO_2027_0_EN",
-    "product_build_id": "27.0.214",
-    "product_id_provider": "upi1",
-    "type": "C",
-    "scope": "C",
-    "component_type": "waypoint",
-    "component_name": "CV.MESH_SIZE_COUNT",
-    "component_attributes": {
-        "CV.MESH_SIZE_ELEMENTS": "128000",
-        "CV.MESH_SIZE_NODES": "64500"
-    }
-}]]
-    )
-    if(NOT "${payload_CV.MESH_SIZE_COUNT}" STREQUAL expected)
-        message(FATAL_ERROR "A payload is printed as\n${payload_CV.MESH_SIZE_COUNT}\nand not as\n${expected}")
     endif()
 endfunction()
 
@@ -329,11 +290,11 @@ function(TheExampleHostSaysWhatIsWrong)
     endif()
     file(WRITE "${folder}/notOptedIn" "{\"IsOptedIn\": {\"1\": {\"status\": 4}}}")
     run_program("TAVI_FAULT_SCRIPT=${folder}/notOptedIn" ${host} --print)
-    expect_run(1 "" "example_host: nothing is sent, for the user has not opted in to usage-data collection\n")
+    expect_run(1 "" "example_host: nothing is recorded: the user has not opted in to usage-data collection\n")
     foreach(function IN ITEMS SetTestingFlags SetTestingCallback)
         file(WRITE "${folder}/refused" "{\"${function}\": {\"1\": {\"status\": 7}}}")
         run_program("TAVI_FAULT_SCRIPT=${folder}/refused" ${host} --print)
-        expect_run(1 "" "example_host: the telemetry library refuses test mode with status 7\n")
+        expect_run(1 "" "example_host: nothing is recorded: ${function} returned 7\n")
     endforeach()
 endfunction()
 
@@ -421,11 +382,11 @@ endfunction()
 function(AnotherLibraryTakesTheStandInsPlace)
     # Inside the build folder, so that the linker gets no absolute path, see build_host().
     install_to("${folder}/build/library")
-    foreach(path IN ITEMS "bin/cvtavi_test${EXECUTABLE_SUFFIX}" "bin/tavi_check${EXECUTABLE_SUFFIX}" bin/UPI include/telemetry
-                          lib/cmake lib/pkgconfig "${STATIC_LIBRARY}"
+    file(GLOB others "${folder}/build/library/bin/UPI" "${folder}/build/library/bin/*${EXECUTABLE_SUFFIX}"
+         "${folder}/build/library/include/recorder" "${folder}/build/library/include/telemetry"
+         "${folder}/build/library/lib/*CorvaneTavi*" "${folder}/build/library/lib/cmake" "${folder}/build/library/lib/pkgconfig"
     )
-        file(REMOVE_RECURSE "${folder}/build/library/${path}")
-    endforeach()
+    file(REMOVE_RECURSE ${others})
     run(
         "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS}
         "-DTAVI_SDK_DIR=${folder}/build/library" -DBUILD_TESTING=OFF
