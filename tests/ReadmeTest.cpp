@@ -45,13 +45,13 @@ std::string Joined(const std::vector<std::string>& lines)
 
 } // namespace
 
-TEST(Readme, ShowsTheMinimalHostApplicationAsItIs)
+TEST(Readme, ShowsTheExamplesAsTheyAre)
 {
     const std::string readme = ReadFile(PathOf(SOURCE_DIR "/README.md"));
-    EXPECT_NE(readme.find("```cpp\n" + ReadFile(PathOf(SOURCE_DIR "/examples/minimal/main.cpp")) + "```\n"),
-              std::string::npos);
-    EXPECT_NE(readme.find("```cmake\n" + ReadFile(PathOf(SOURCE_DIR "/examples/minimal/CMakeLists.txt")) + "```\n"),
-              std::string::npos);
+    for (const std::string& block : {"```cpp\n" + ReadFile(PathOf(SOURCE_DIR "/examples/minimal/main.cpp")),
+                                     "```cmake\n" + ReadFile(PathOf(SOURCE_DIR "/examples/minimal/CMakeLists.txt")),
+                                     "```cpp\n" + ReadFile(PathOf(SOURCE_DIR "/examples/host_test/MeshTest.cpp"))})
+        EXPECT_NE(readme.find(block + "```\n"), std::string::npos) << block;
 }
 
 TEST(Readme, OpensWithAPictureOfAGoodRun)

@@ -90,6 +90,12 @@ function(AHostApplicationBuildsWithThePackageAloneAndRuns)
     expect_output("Reporting for undefined&undefined&undefined&undefined\n" "${folder}/host/minimal_host")
 endfunction()
 
+function(AHostsOwnTestRecordsWhatTheHostReports)
+    install_to("${folder}/prefix")
+    build_host(host_test "${folder}/prefix" "${folder}/host")
+    run(${EMULATOR} "${folder}/host/host_test${EXECUTABLE_SUFFIX}")
+endfunction()
+
 function(EachComponentIsEnoughForItsUse)
     install_to("${folder}/runtime" --component Runtime)
     expect_output("${goodRun}" "${folder}/runtime/bin/cvtavi_test")
