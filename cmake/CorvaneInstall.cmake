@@ -8,8 +8,12 @@ include(GNUInstallDirs)
 set(packageDir "${CMAKE_INSTALL_LIBDIR}/cmake/CorvaneTavi")
 set(pkgConfigDir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
+foreach(program IN ITEMS cvtavi_test tavi_check)
+    if(TARGET ${program})
+        install(TARGETS ${program} RUNTIME COMPONENT Runtime)
+    endif()
+endforeach()
 if(TARGET cvtavi_test)
-    install(TARGETS cvtavi_test tavi_check RUNTIME COMPONENT Runtime)
     install(
         DIRECTORY "${PROJECT_SOURCE_DIR}/harness/UPI"
         DESTINATION "${CMAKE_INSTALL_BINDIR}"

@@ -417,6 +417,29 @@ function(AnotherLibraryTakesTheStandInsPlace)
     expect_output("${minimalRun}" "${folder}/host/minimal_host")
 endfunction()
 
+# expect_left_out(<what> <option>...): configuring without the other packages says so.
+function(expect_left_out what)
+    foreach(package IN ITEMS CLI11 nlohmann_json GTest)
+        list(APPEND ARGN -DCMAKE_DISABLE_FIND_PACKAGE_${package}=ON)
+    endforeach()
+    run_program("${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${folder}/build" ${CONFIGURE_OPTIONS} ${ARGN})
+    if(NOT status EQUAL 0 OR NOT output MATCHES "\n-- Left out: ${what}, for lack of CLI11, nlohmann_json, GTest\n")
+        message(FATAL_ERROR "Configuring ended with ${status} and said:\n${output}${errors}")
+    endif()
+endfunction()
+
+function(TheTestProgramTakesMiniXmlAlone)
+    expect_left_out("tavi_check and the tests")
+    # What is built is the same with the stand-in, which is not built here once more.
+    install_to("${folder}/build/library")
+    expect_left_out("tavi_check and the contract tests" "-DTAVI_SDK_DIR=${folder}/build/library")
+    run("${CMAKE_COMMAND}" --build "${folder}/build" --config "${CONFIG}")
+    run_program("${tools}/ctest" --test-dir "${folder}/build" -C "${CONFIG}")
+    if(NOT status EQUAL 0 OR NOT output MATCHES "Program\\.PassesWithTheGivenLibrary .*100% tests passed, 0 tests failed out of 1\n")
+        message(FATAL_ERROR "The tests are\n${output}${errors}")
+    endif()
+endfunction()
+
 # expect_product_line(<folder of the program> <product line>): that the program there reports, as the faulty library logs it.
 function(expect_product_line place line)
     set(log "${folder}/calls.log")
