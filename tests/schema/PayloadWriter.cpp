@@ -1,63 +1,41 @@
-// Prints payloads, one JSON object a line: those of the catalogue, those of calls with arbitrary arguments, and
-// mutants.
+// Prints payloads, one JSON object a line: those of the catalogue, those of the prober's calls and of calls with other
+// samples put together, and mutants of the catalogue's.
 //
 //     {"kind": "catalogue", "event": "TrackMeshSize", "payload": {...}}
 //     {"kind": "call", "event": "TrackMeshSize", "payload": {...}}
 //     {"kind": "mutant", "event": "TrackMeshSize", "payload": {...}, "what": "/scope removed"}
-#include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <random>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "ArbitraryCalls.h"
+#include <check/ReportingMethods.h>
+#include <recorder/PayloadRecorder.h>
+
 #include "CatalogueModel.h"
-#include "CatalogueSource.h"
 #include "Mutants.h"
-#include "PayloadRecorder.h"
-#include "Text.h"
 
 using nlohmann::json;
+using namespace Corvane;
 
 namespace
 {
 
-constexpr int CallsOfEachMethod = 200;
-
-// By index in the catalogue.
-std::vector<std::string> MethodsOfTheCatalogue()
-{
-    const std::vector<CatalogueCall> calls = ReadCatalogueSource();
-    std::vector<std::string> methods;
-    for (const CatalogueTest& test : TheCatalogue())
-    {
-        const auto call =
-            std::find_if(calls.begin(), calls.end(),
-                         [&test](const CatalogueCall& candidate) { return candidate.title == test.title; });
-        if (call == calls.end())
-            throw std::runtime_error("harness/Catalogue.cpp has no \"" + test.title + "\"");
-        methods.push_back(call->method);
-    }
-    return methods;
-}
+constexpr int MixedCallsOfEachMethod = 100;
 
 void WriteCatalogue()
 {
-    const std::vector<std::string> methods = MethodsOfTheCatalogue();
-    for (std::size_t test = 0; test < methods.size(); ++test)
-        std::cout << json{{"kind", "catalogue"}, {"event", methods[test]}, {"payload", TheCatalogue()[test].payload}}
-                  << '\n';
+    for (const CatalogueTest& test : TheCatalogue())
+        std::cout << json{{"kind", "catalogue"}, {"event", test.method}, {"payload", test.payload}} << '\n';
     for (const std::vector<Mutant>& mutants : {MutantsOfExpectations(), FurtherMutants()})
     {
         for (const Mutant& mutant : mutants)
             std::cout << json{{"kind", "mutant"},
-                              {"event", methods.at(mutant.test)},
+                              {"event", TheCatalogue()[mutant.test].method},
                               {"what", mutant.what},
                               {"payload", mutant.payload}}
                       << '\n';
@@ -67,21 +45,23 @@ void WriteCatalogue()
 // The payloads' texts are the library's.
 void WriteCalls()
 {
-    std::mt19937_64 generator(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same numbers every time
-    const NumberSource source = [&generator](std::uint64_t greatest)
-    { return greatest == std::mt19937_64::max() ? generator() : generator() % (greatest + 1); };
-    PayloadRecorder recorder;
-    for (int i = 0; i < CallsOfEachMethod; ++i)
+    std::mt19937 generator(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same numbers every time
+    const PayloadRecorder recorder;
+    for (const ReportingMethod& method : ReportingMethods())
     {
-        for (const ArbitraryReport& report : ArbitraryReports())
+        std::vector<ProbingCall> calls = ProbingCalls(method);
+        for (int i = 0; i < MixedCallsOfEachMethod && method.samples.size() > 1; ++i)
         {
-            recorder.payloads.clear();
-            report.report(source);
-            if (recorder.payloads.size() != 1)
-                throw std::runtime_error(report.method + " sends " + std::to_string(recorder.payloads.size()) +
-                                         " events, not one");
-            std::cout << R"({"kind": "call", "event": ")" << report.method << R"(", "payload": )"
-                      << Json(recorder.payloads.front()) << "}\n";
+            std::vector<std::size_t> chosen;
+            for (const std::vector<std::string>& samples : method.samples)
+                chosen.push_back(generator() % samples.size());
+            calls.push_back(method.call(chosen));
+        }
+        for (const ProbingCall& call : calls)
+        {
+            call.make();
+            std::cout << R"({"kind": "call", "event": ")" << method.name << R"(", "payload": )"
+                      << recorder.JsonText(recorder.Payloads().size() - 1) << "}\n";
         }
     }
 }

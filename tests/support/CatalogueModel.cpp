@@ -1,49 +1,48 @@
 #include "CatalogueModel.h"
 
-#include <sstream>
-
-#include <TaviDesktopSDK/TaviDesktopSDK.h>
+#include <functional>
+#include <stdexcept>
 
 #include <harness/Catalogue.h>
+#include <recorder/PayloadRecorder.h>
+#include <telemetry/CorvaneTavi.h>
 
 #include "Differences.h"
 #include "OutputCapture.h"
-#include "Program.h"
 #include "Text.h"
 
 using nlohmann::json;
-namespace Sdk = Veltrane::TaviDesktopSDK;
 
 namespace
 {
 
+// The catalogue is run in this process, where nothing is judged but the document's test.
 std::vector<CatalogueTest> ReadCatalogue()
 {
-    // The records, from the catalogue itself. No callback is enabled, so that nothing is judged.
     TestResultList results;
-    std::string output;
+    std::vector<json> payloads;
+    const auto record = [&payloads](const std::function<void()>& reports)
     {
         const OutputCapture capture;
-        RunTests(results);
-        output = capture.Text();
-    }
-    Sdk::SetTestingCallback(Sdk::TaviString(), nullptr, nullptr);
+        const Corvane::PayloadRecorder recorder;
+        reports();
+        for (std::size_t i = 0; i < recorder.Payloads().size(); ++i)
+            payloads.push_back(json::parse(recorder.JsonText(i)));
+    };
+    record([&results] { RunTests(results); });
+    // The last test registered a callback of its own. Its document is sent once more.
+    record([] { CorvaneTavi::Instance().StartTrackFileChange(L"fileName1"); });
 
+    const std::vector<Corvane::ReportingMethod>& methods = Corvane::ReportingMethods();
+    if (results.size() != methods.size())
+        throw std::runtime_error("harness/Catalogue.cpp has " + std::to_string(results.size()) +
+                                 " tests and check/ReportingMethods.cpp " + std::to_string(methods.size()) +
+                                 " methods");
     std::vector<CatalogueTest> tests;
-    std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);)
-    {
-        if (line.starts_with("Testing "))
-            tests.push_back({line, json::parse(Json(results.at(tests.size()).expected)), {}, false});
-    }
+    for (std::size_t i = 0; i < methods.size(); ++i)
+        tests.push_back({methods[i].name, TitleOf(methods[i]), json::parse(Json(results[i].expected)),
+                         payloads.size() == methods.size() ? payloads[i] : json()});
     tests.back().isDocument = true;
-
-    // The payloads, from what the program really sends.
-    const ProgramCopy copy(ProgramCopy::Library::Faulty);
-    copy.Run();
-    const std::vector<json> events = copy.Calls("TrackEvent");
-    for (std::size_t i = 0; i < tests.size() && events.size() == tests.size(); ++i)
-        tests[i].payload = events[i]["payload"];
     return tests;
 }
 
@@ -80,6 +79,12 @@ bool DocumentMatches(const json& expected, const json& payload)
 }
 
 } // namespace
+
+std::string TitleOf(const Corvane::ReportingMethod& method)
+{
+    const std::string prefix = "Track";
+    return "Testing " + method.name.substr(method.name.starts_with(prefix) ? prefix.size() : 0);
+}
 
 const std::vector<CatalogueTest>& TheCatalogue()
 {

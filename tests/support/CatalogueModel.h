@@ -8,15 +8,21 @@
 
 #include <nlohmann/json.hpp>
 
+#include <check/ReportingMethods.h>
+
 struct CatalogueTest
 {
+    std::string method;      // "TrackMeshSize"
     std::string title;       // "Testing MeshSize"
     nlohmann::json expected; // from the record that the catalogue makes
     nlohmann::json payload;  // as it leaves the wrapper; null when not every test sends one event
     bool isDocument = false; // judged by the documents' narrower rules
 };
 
-// All tests, in order.
+// What the program prints above the test of a method.
+std::string TitleOf(const Corvane::ReportingMethod& method);
+
+// All tests, in order, which is that of the prober. Throws std::runtime_error when it has not one for each method.
 const std::vector<CatalogueTest>& TheCatalogue();
 
 // The expected members that differ in what the wrapper sends, a line each: the first few.
