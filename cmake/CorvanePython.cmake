@@ -1,21 +1,6 @@
 # The system's Python: its packages are Debian's. Another one may come before it on the PATH.
 set(CORVANE_PYTHON /usr/bin/python3)
 
-# corvane_reporting_methods(FILE FUNCTION): has FILE written, to be included in a list in C++, with a line for each reporting
-# method of the wrapper's header: FUNCTION("TrackMeshSize", &CorvaneTavi::TrackMeshSize),
-#
-# StartTrackFileChange, which sends what another method prepared, is not among them. FILE, which has a whole path, must be among
-# the sources of the target that includes it.
-function(corvane_reporting_methods file function)
-    set(folder "${PROJECT_SOURCE_DIR}/docs/reference")
-    add_custom_command(
-        OUTPUT "${file}"
-        COMMAND "${CORVANE_PYTHON}" -B "${folder}/reporting_methods.py" "${PROJECT_SOURCE_DIR}" "${function}" "${file}"
-        DEPENDS "${PROJECT_SOURCE_DIR}/telemetry/CorvaneTavi.h" "${folder}/header.py" "${folder}/reporting_methods.py"
-        VERBATIM
-    )
-endfunction()
-
 # corvane_need_python_modules(MODULE...): ends configuring where one is missing.
 function(corvane_need_python_modules)
     foreach(module IN LISTS ARGN)

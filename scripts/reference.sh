@@ -5,8 +5,8 @@
 #
 #     scripts/reference.sh
 #
-# The events are those of the test program's calls, recorded in the telemetry library's test mode, beside the declarations in
-# telemetry/CorvaneTavi.h and what people wrote in docs/annotations.json. Nothing is written when a test fails.
+# The events are those of the calls of check/ReportingMethods.cpp, recorded in the telemetry library's test mode, beside the
+# declarations in telemetry/CorvaneTavi.h and what people wrote in docs/annotations.json. Nothing is written when a test fails.
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
 

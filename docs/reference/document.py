@@ -94,17 +94,14 @@ def describe_key(leaf, value, method, origins, parameters):
             key["format"] = "decimal"
         elif origin.sample == "number":
             key["format"] = "signed" if is_negative_for_some(leaf, method) else "unsigned"
-    elif leaves_of(method["calls"][0]["payload"]).get(leaf) != value:
-        raise NotUnderstood(f"{method['name']} sends {leaf.key} as {json.dumps(value)} for the test program, and no "
-                            "change of one argument was seen to change it")
     return key
 
 
-def product_keys(observations, others):
+def product_keys(methods, others):
     """The keys that come from the product file, each with the level that it shows. `others` was seen with a product
     file whose values are the names of its levels."""
     every = None
-    for method, other in zip(observations["methods"], others["methods"]):
+    for method, other in zip(methods, others):
         for call, same in zip(method["calls"], other["calls"]):
             here, there = leaves_of(call["payload"]), leaves_of(same["payload"])
             changed = {leaf: there[leaf] for leaf in here if here[leaf] != there.get(leaf) and leaf.key != EDIT_TIMER}
@@ -115,53 +112,50 @@ def product_keys(observations, others):
     return every
 
 
-def common_leaves(observations):
+def common_leaves(methods):
     """What every event has with the same value, whatever is reported."""
     everywhere = None
-    for method in observations["methods"]:
+    for method in methods:
         for call in method["calls"]:
             leaves = set(leaves_of(call["payload"]).items())
             everywhere = leaves if everywhere is None else everywhere & leaves
-    first = leaves_of(observations["methods"][0]["calls"][0]["payload"])
+    first = leaves_of(methods[0]["calls"][0]["payload"])
     return {leaf: value for leaf, value in first.items() if (leaf, value) in everywhere and leaf.key not in TELLING}
 
 
-def find(items, name, what):
-    found = [item for item in items if item["name"] == name]
-    if len(found) != 1:
-        raise NotUnderstood(f"{name} {what}")
-    return found[0]
+def check_names(declarations, methods):
+    """Ends unless the prober has each declared method once, and no other."""
+    declared = {declaration.name for declaration in declarations} - {PREPARING}
+    probed = [method["name"] for method in methods]
+    for name in sorted(declared.union(probed)):
+        if name not in probed:
+            raise NotUnderstood(f"{name} is declared and has no line in check/ReportingMethods.cpp")
+        if name not in declared:
+            raise NotUnderstood(f"{name} has a line in check/ReportingMethods.cpp and is not declared")
+        if probed.count(name) > 1:
+            raise NotUnderstood(f"{name} has {probed.count(name)} lines in check/ReportingMethods.cpp")
 
 
-def payload_of(method, catalogue):
-    names = {method, method.removeprefix("Track")}
-    found = [test for test in catalogue if test["test"] in names]
-    if len(found) != 1:
-        raise NotUnderstood(f"{method} has no test in harness/Catalogue.cpp.")
-    payload = found[0]["payload"]
+def describe_event(declaration, declarations, methods, common):
+    method = next(method for method in methods if method["name"] == declaration.name)
+    giver = next(other for other in declarations if other.name == method["takes_parameters_of"])
+    payload = method["calls"][0]["payload"]
     if EDIT_TIMER in payload:
         payload = payload | {EDIT_TIMER: EXAMPLE_OF_THE_EDIT_TIMER}
-    return found[0]["test"], payload
-
-
-def describe_event(declaration, declarations, observations, common):
-    method = find(observations["methods"], declaration.name, "is declared, and was not probed")
-    giver = next(other for other in declarations if other.name == method["takes_parameters_of"])
-    test, payload = payload_of(declaration.name, observations["catalogue"])
-    if set(leaves_of(payload)) != set(leaves_of(method["calls"][0]["payload"])):
-        raise NotUnderstood(f"{declaration.name} sends other keys for the test program than for other arguments")
     origins = origins_of(method)
     keys = [describe_key(leaf, value, method, origins, giver.parameters)
             for leaf, value in leaves_of(payload).items() if leaf not in common]
     name = next((key for key in keys if key["key"] == "component_name"), {})
     callers = [declaration] if giver is declaration else [giver, declaration]
     parameters = list(dict.fromkeys(parameter for caller in callers for parameter in caller.parameters))
-    return {"method": declaration.name, "test": test, "signatures": [caller.signature for caller in callers],
-            "parameters": parameters, "note": declaration.note or None, "name": name.get("example"), "name_from": name.get("from"), "type": payload["type"],
-            "scope": payload["scope"], "keys": keys, "payload": payload}
+    return {"method": declaration.name, "test": declaration.name.removeprefix("Track"),
+            "signatures": [caller.signature for caller in callers], "parameters": parameters,
+            "note": declaration.note or None, "name": name.get("example"), "name_from": name.get("from"),
+            "names": method["names"], "type": payload["type"], "scope": payload["scope"], "keys": keys,
+            "payload": payload}
 
 
-def describe_groups(declarations, observations, common):
+def describe_groups(declarations, methods, common):
     groups = []
     for declaration in declarations:
         if not groups or groups[-1]["heading"] != declaration.heading:
@@ -170,11 +164,7 @@ def describe_groups(declarations, observations, common):
         if declaration.group_note and declaration.group_note not in group["notes"]:
             group["notes"].append(declaration.group_note)
         if declaration.name != PREPARING:
-            group["events"].append(describe_event(declaration, declarations, observations, common))
-    declared = {declaration.name for declaration in declarations}
-    for method in observations["methods"]:
-        if method["name"] not in declared:
-            raise NotUnderstood(f"{method['name']} was probed, and is not declared")
+            group["events"].append(describe_event(declaration, declarations, methods, common))
     return groups
 
 
@@ -182,7 +172,7 @@ def unsent_texts(vocabulary, groups):
     events = [event for group in groups for event in group["events"]]
     sent = {key["key"] for event in events for key in event["keys"]}
     sent |= {event["name"] for event in events if event["name_from"] is None}
-    given = {event["name"]: event["method"] for event in events if event["name_from"] is not None}
+    given = {name: event["method"] for event in events for name in event["names"]}
     return [{"text": text, "example_of": given.get(text)} for text in vocabulary if text not in sent]
 
 
@@ -279,16 +269,17 @@ def annotate(key, entry):
                   "no_personal_text": entry.get("no_personal_text") if is_text else None}
 
 
-def compose(product, version, changelog, declarations, vocabulary, observations, others, annotations, annotations_file):
-    """The document. `observations` and `others` are what event_probe prints with the product file, and with one whose
-    values are the names of its levels."""
+def compose(product, version, changelog, declarations, vocabulary, methods, others, annotations, annotations_file):
+    """The document. `methods` and `others` are what event_probe prints with the product file, and with one whose values
+    are the names of its levels."""
+    check_names(declarations, methods)
     date, unreleased = read_changelog(changelog, version)
-    shown = product_keys(observations, others)
-    common = common_leaves(observations)
+    shown = product_keys(methods, others)
+    common = common_leaves(methods)
     for leaf in shown:
         if leaf not in common:
             raise NotUnderstood(f"{leaf.key} comes from the product file, and not every event has it")
-    groups = describe_groups(declarations, observations, common)
+    groups = describe_groups(declarations, methods, common)
     common_keys = [{"key": leaf.key, "place": leaf.place, "type": "integer" if isinstance(value, int) else "string",
                     "kind": "product" if leaf in shown else "fixed", "format": None, "measured": False,
                     "from": shown.get(leaf), "unless": None, "example": value} for leaf, value in common.items()]
@@ -299,7 +290,8 @@ def compose(product, version, changelog, declarations, vocabulary, observations,
         for event in group["events"]:
             event["keys"] = [annotate(key, entries[key["key"]]) for key in event["keys"]]
             event["purpose"] = annotations["events"][event["method"]]
-    order = ("method", "test", "signatures", "parameters", "note", "purpose", "name", "name_from", "type", "scope", "keys", "payload")
+    order = ("method", "test", "signatures", "parameters", "note", "purpose", "name", "name_from", "names", "type",
+             "scope", "keys", "payload")
     for group in groups:
         group["events"] = [{name: event[name] for name in order} for event in group["events"]]
     return {"$schema": "events.schema.json", "product": product, "version": version, "date": date,

@@ -19,7 +19,7 @@ def payload(line="LINE", **members):
 
 def method(name, parameters, calls, line="LINE"):
     """What event_probe prints of a method: `calls` are (parameter, sample, attributes), the first with None and ""."""
-    return {"name": name, "takes_parameters_of": name,
+    return {"name": name, "takes_parameters_of": name, "names": [],
             "calls": [{"parameter": parameter, "sample": sample, "payload": payload(line, **attributes)}
                       for parameter, sample, attributes in calls]}
 
@@ -60,8 +60,6 @@ class Made(unittest.TestCase):
 
     def setUp(self):
         self.calls, self.list_calls = copy.deepcopy(CALLS), copy.deepcopy(LIST_CALLS)
-        self.catalogue = [{"test": "All", "payload": payload(T="x", N="7", U="8", D="0.5", F="True", X="fixed")},
-                          {"test": "TrackList", "payload": payload(NAME="c", COUNT="3")}]
         self.declarations = [
             Method("TrackAll", "void TrackAll(...);", PARAMETERS, "Group", "Note.", "Alone."),
             Method("TrackList", "void TrackList(...);", ["tools"], "Group", "Note.", ""),
@@ -70,13 +68,12 @@ class Made(unittest.TestCase):
         self.changelog = CHANGELOG
         self.other_line = "productline"
 
-    def observations(self, line="LINE"):
-        return {"methods": [method("TrackAll", PARAMETERS, self.calls, line),
-                            method("TrackList", ["tools"], self.list_calls, line)], "catalogue": self.catalogue}
+    def methods(self, line="LINE"):
+        return [method("TrackAll", PARAMETERS, self.calls, line), method("TrackList", ["tools"], self.list_calls, line)]
 
     def compose(self):
         return document.compose("P", "1.2.0", self.changelog, self.declarations, ["E", "T", "NEVER"],
-                                self.observations(), self.observations(self.other_line), self.annotations, FILE)
+                                self.methods(), self.methods(self.other_line), self.annotations, FILE)
 
     def key(self, name):
         made = self.compose()
@@ -112,16 +109,14 @@ class Values(Made):
         self.assertIsNone(self.key("COUNT")["unless"])
 
     def test_an_integer_is_one(self):
-        for call, size in zip(self.calls, (1, 1, -2, 1, 1, 1)):
+        for call, size in zip(self.calls, (7, 7, -2, 7, 7, 7)):
             call[2]["N"] = size
-        self.catalogue[0]["payload"]["component_attributes"]["N"] = 7
         key = self.key("N")
         self.assertEqual((key["type"], key["kind"], key["format"], key["example"]), ("integer", "number", "signed", 7))
 
     def test_the_edit_timer_is_measured_and_always_the_same_example(self):
         for call, milliseconds in zip(self.calls, range(6)):
             call[2]["document_editing_length_ms"] = milliseconds
-        self.catalogue[0]["payload"]["component_attributes"]["document_editing_length_ms"] = 17
         self.annotations["keys"]["document_editing_length_ms"] = entry(unit="milliseconds")
         key = self.key("document_editing_length_ms")
         self.assertEqual((key["kind"], key["measured"], key["from"], key["example"]), ("number", True, None, 90000))
@@ -143,14 +138,9 @@ class Values(Made):
             call[2]["COUNT"] = "1"
         self.assert_refused("TrackList leaves out NAME, and no number tells when")
 
-    def test_a_fixed_value_that_the_test_program_sends_otherwise_ends_with_a_sentence(self):
-        self.catalogue[0]["payload"]["component_attributes"]["X"] = "other"
-        self.assert_refused('TrackAll sends X as "other" for the test program')
-
     def test_a_value_of_another_type_ends_with_a_sentence(self):
         for call in self.calls:
             call[2]["X"] = None
-        self.catalogue[0]["payload"]["component_attributes"]["X"] = None
         self.assert_refused("TrackAll sends X as null")
 
 
@@ -160,7 +150,7 @@ class Surroundings(Made):
         [group] = made["groups"]
         self.assertEqual((group["heading"], group["notes"]), ("Group", ["Note."]))
         self.assertEqual([(event["method"], event["test"], event["note"], event["purpose"]) for event in group["events"]],
-                         [("TrackAll", "All", "Alone.", "A purpose."), ("TrackList", "TrackList", None, "Another purpose.")])
+                         [("TrackAll", "All", "Alone.", "A purpose."), ("TrackList", "List", None, "Another purpose.")])
 
     def test_a_group_without_a_note_has_none(self):
         for declaration in self.declarations:
@@ -169,22 +159,23 @@ class Surroundings(Made):
 
     def test_an_event_has_its_name_and_letters_and_who_gives_the_name(self):
         event = self.compose()["groups"][0]["events"][0]
-        self.assertEqual([event[name] for name in ("name", "name_from", "type", "scope")], ["E", None, "C", "S"])
-        given = method("TrackAll", PARAMETERS, self.calls)
-        given["calls"][1]["payload"]["component_name"] = "F"
-        observations = self.observations()
-        observations["methods"][0] = given
-        event = document.describe_event(self.declarations[0], self.declarations, observations, {})
-        self.assertEqual((event["name"], event["name_from"]), ("E", "text"))
+        self.assertEqual([event[name] for name in ("name", "name_from", "names", "type", "scope")],
+                         ["E", None, [], "C", "S"])
+        methods = self.methods()
+        methods[0]["names"] = ["E", "F"]
+        methods[0]["calls"][1]["payload"]["component_name"] = "F"
+        event = document.describe_event(self.declarations[0], self.declarations, methods, {})
+        self.assertEqual((event["name"], event["name_from"], event["names"]), ("E", "text", ["E", "F"]))
 
     def test_an_event_names_the_parameters_of_the_method_that_prepares_it_too(self):
         self.declarations[0] = Method("AddDocument", "void AddDocument(...);", PARAMETERS, "Group", "Note.", "")
-        self.declarations.insert(1, Method("TrackAll", "void TrackAll(...);", ["text", "other"], "Group", "Note.", ""))
-        observations = self.observations()
-        observations["methods"][0]["takes_parameters_of"] = "AddDocument"
-        event = document.describe_event(self.declarations[1], self.declarations, observations, {})
-        self.assertEqual(event["parameters"], [*PARAMETERS, "other"])
-        self.assertEqual(event["signatures"], ["void AddDocument(...);", "void TrackAll(...);"])
+        self.declarations.insert(
+            1, Method("StartTrackAll", "void StartTrackAll(...);", ["text", "other"], "Group", "", ""))
+        [prepared, _] = self.methods()
+        prepared |= {"name": "StartTrackAll", "takes_parameters_of": "AddDocument"}
+        event = document.describe_event(self.declarations[1], self.declarations, [prepared], {})
+        self.assertEqual((event["test"], event["parameters"]), ("StartTrackAll", [*PARAMETERS, "other"]))
+        self.assertEqual(event["signatures"], ["void AddDocument(...);", "void StartTrackAll(...);"])
 
     def test_version_date_and_unreleased_changes_come_from_the_changelog(self):
         made = self.compose()
@@ -196,26 +187,21 @@ class Surroundings(Made):
         self.assert_refused('CHANGELOG.md has no line "## 1.2.0 - "')
 
     def test_what_the_vocabulary_has_and_no_method_sends_is_listed(self):
-        for call in self.calls:
-            call[2]["NEVER2"] = "x"
-        self.assertEqual([text["text"] for text in document.unsent_texts(
-            ["E", "T", "NEVER"], self.compose_groups())], ["NEVER"])
-
-    def compose_groups(self):
-        return [{"events": [{"name": "E", "name_from": None, "keys": [{"key": "T"}], "method": "TrackAll"}]}]
+        self.assertEqual(self.compose()["unsent"], [{"text": "NEVER", "example_of": None}])
 
     def test_a_name_that_the_caller_gives_is_not_sent_of_itself(self):
-        groups = self.compose_groups()
-        groups[0]["events"][0]["name_from"] = "name"
-        self.assertEqual(document.unsent_texts(["E"], groups), [{"text": "E", "example_of": "TrackAll"}])
+        event = {"name": "E", "name_from": "name", "names": ["E", "F"], "keys": [], "method": "TrackAll"}
+        self.assertEqual(document.unsent_texts(["F", "G"], [{"events": [event]}]),
+                         [{"text": "F", "example_of": "TrackAll"}, {"text": "G", "example_of": None}])
 
-    def test_a_method_without_a_test_ends_with_a_sentence(self):
-        del self.catalogue[0]
-        self.assert_refused("TrackAll has no test in harness/Catalogue.cpp.")
-
-    def test_a_method_that_was_not_probed_ends_with_a_sentence(self):
+    def test_the_prober_must_have_each_declared_method_once(self):
         self.declarations.append(Method("TrackNew", "void TrackNew();", [], "Group", "", ""))
-        self.assert_refused("TrackNew is declared, and was not probed")
+        self.assert_refused("TrackNew is declared and has no line in check/ReportingMethods.cpp")
+        del self.declarations[1:]
+        self.assert_refused("TrackList has a line in check/ReportingMethods.cpp and is not declared")
+        methods = self.methods()
+        with self.assertRaisesRegex(NotUnderstood, "^TrackAll has 2 lines in check/ReportingMethods.cpp$"):
+            document.check_names(self.declarations, [methods[0], methods[0]])
 
 
 class Annotations(Made):

@@ -463,7 +463,7 @@ class AnyReference(InABrowser):
                   parameters=["givenTitle", "isOpen", "unsent"]),
             event("TrackLock", [key("A.FILE.NAME", ground="A secret.", personal_text=True, example="waxen",
                                     sensitivity="highly sensitive", place="content_meta", **{"from": "secret"})],
-                  name="given.lock", name_from="lockTitle"),
+                  name="given.lock", name_from="lockTitle", names=["given.lock"]),
         ]  # fmt: skip
         whole = document(
             *doors,
@@ -549,7 +549,7 @@ class AnyReference(InABrowser):
         for words, section, lines in (
             ("anywhere", "about", ["In test mode Nothing goes anywhere."]),
             ("wider", "changes", ["TrackDoor: A.DOOR_WIDTH became wider."]),
-            ("spare", "unsent", ["A.SPARE, the name given in the example of TrackLock"]),
+            ("spare", "unsent", ["A.SPARE, a name that callers of TrackLock give"]),
         ):
             with self.subTest(words):
                 self.search(words)

@@ -8,9 +8,9 @@ allowed, as the library may add some; the edit timer, which the library writes, 
 SCHEMA = "https://json-schema.org/draft/2020-12/schema"
 
 DESCRIPTION = """\
-One payload as the telemetry library hands it to its testing callback, or an array of them. Each must be that of an \
-event of the wrapper; to test it for one event, named by its method, use that definition alone: \
-"#/$defs/TrackMeshSize"."""
+One payload as the telemetry library hands it to its testing callback, or an array of them, each alone or with the call \
+that sent it. Each must be that of an event of the wrapper; to test it for one event, named by its method, use that \
+definition alone: "#/$defs/TrackMeshSize"."""
 
 
 def _number_text(pattern, characters, description):
@@ -144,6 +144,16 @@ def payload_schema(document):
     events = [event for group in document["groups"] for event in group["events"]]
     definitions = {
         "payload": _any_event(events),
+        "item": {
+            "description": "A payload, or a payload with the call that sent it.",
+            "if": {"required": ["call", "payload"]},
+            "then": {
+                "type": "object",
+                "properties": {"call": {"type": "string"}, "payload": {"$ref": "#/$defs/payload"}},
+                "additionalProperties": False,
+            },
+            "else": {"$ref": "#/$defs/payload"},
+        },
         "common": {"description": "The host product's description, in every payload.", **_object(document["common"])},
         **_SHARED,
     }
@@ -155,7 +165,7 @@ def payload_schema(document):
         "title": f"Payloads of {document['product']} {document['version']}",
         "description": DESCRIPTION,
         "if": {"type": "array"},
-        "then": {"items": {"$ref": "#/$defs/payload"}},
+        "then": {"items": {"$ref": "#/$defs/item"}},
         "else": {"$ref": "#/$defs/payload"},
         "$defs": definitions,
     }

@@ -20,8 +20,8 @@ TEMPLATES = Path(__file__).parent / "templates"
 
 # Texts have code between backticks.
 INTRODUCTION = (
-    "What each reporting method of `CorvaneTavi` sends. The payloads are those that the calls of the test program "
-    "make, in the library's test mode with our stand-in. A value's type is that of the argument it comes from, "
+    "What each reporting method of `CorvaneTavi` sends. The payloads are those of calls with made-up values, in the "
+    "library's test mode with our stand-in. A value's type is that of the argument it comes from, "
     '"as text" where it is sent as a string: flags as "True" and "False". "From" names the parameter. "Fixed" is the '
     'same in every such event, what is "measured" comes from the telemetry library, and the product file is '
     "`UPI/upiconfig.xml`."
@@ -86,7 +86,7 @@ def table(document):
     text = io.StringIO()
     rows = csv.writer(text, lineterminator="\r\n")
     rows.writerow(COLUMNS)
-    nothing = dict.fromkeys(("name", "type", "scope", "purpose"))
+    nothing = dict.fromkeys(("name", "name_from", "type", "scope", "purpose"))
     for key in document["common"]:
         rows.writerow(_row({"method": "every event", **nothing}, key))
     for event in _events(document):
@@ -103,7 +103,7 @@ def as_json(document):
 def _row(event, key):
     unless = key["unless"]
     return [
-        event["method"], event["name"], event["type"], event["scope"], key["place"], key["key"], key["type"],
+        event["method"], _as_name(event), event["type"], event["scope"], key["place"], key["key"], key["type"],
         key["kind"], key["format"], "measured" if key["measured"] else key["from"],
         unless and f"{_path(unless)} is {_as_value(unless['value'])}", key["unit"], key["sensitivity"], key["ground"],
         "yes" if key["personal_text"] else "no", key["no_personal_text"], key["example"], event["purpose"],
@@ -174,6 +174,10 @@ def _as_type(key):
     if key["kind"] != "number":
         return "text"
     return NUMBERS[key["format"]] + (" as text" if key["type"] == "string" else "")
+
+
+def _as_name(event):
+    return event["name"] if event["name_from"] is None else "the caller's: " + ", ".join(event["names"])
 
 
 def _as_value(value):

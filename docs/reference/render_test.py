@@ -35,7 +35,7 @@ def fixed(name, value):
 def event(method="TrackA", keys=None, **others):
     return {
         "method": method, "test": method[5:], "signatures": [f"void {method}(const std::wstring& name);"],
-        "parameters": ["name"], "note": None, "purpose": "Counts.", "name": "A.EVENT", "name_from": None, "type": "C",
+        "parameters": ["name"], "note": None, "purpose": "Counts.", "name": "A.EVENT", "name_from": None, "names": [], "type": "C",
         "scope": "S", "keys": [key()] if keys is None else keys, "payload": {"component_attributes": {"A.KEY": "value"}}, **others,
     }  # fmt: skip
 
@@ -165,7 +165,9 @@ class Markdown(unittest.TestCase):
         for members, expected in (
             ({}, "\nEvent `A.EVENT`, type `C`, scope `S`.\n"),
             ({"name": None}, "\nEvent without a name, type `C`, scope `S`.\n"),
-            ({"name_from": "title"}, "\nEvent `A.EVENT` (from `title`), type `C`, scope `S`.\n"),
+            ({"name_from": "title"}, "\nEvent named by the caller (`title`), type `C`, scope `S`.\n"),
+            ({"name_from": "title", "names": ["A.EVENT", "B"]},
+             "\nEvent named by the caller (`title`: `A.EVENT`, `B`), type `C`, scope `S`.\n"),
         ):
             with self.subTest(**members):
                 self.assertIn(expected, render.markdown(document(event(**members)), None))
@@ -289,7 +291,7 @@ class ThePage(unittest.TestCase):
         for members, expected in (
             ({}, "Event A.EVENT"),
             ({"name": None}, "Event without a name"),
-            ({"name_from": "title"}, "Event A.EVENT (from title)"),
+            ({"name_from": "title", "names": ["A.EVENT", "B"]}, "Event named by the caller (title: A.EVENT, B)"),
         ):
             with self.subTest(**members):
                 self.assertIn(expected, page_of(document(event(**members))).texts("p"))
@@ -367,7 +369,8 @@ class Table(unittest.TestCase):
             "n", place=None, type="integer", kind="number", format="unsigned", measured=True, unless=unless, example=5,
             unit="ms", sensitivity="technical", personal_text=False, no_personal_text="No.", **{"from": None},
         )  # fmt: skip
-        text = render.table(document(event(keys=[key(personal_text=True)]), event("TrackB", [number], name=None)))
+        given = event(keys=[key(personal_text=True)], name_from="name", names=["A.EVENT", "B"])
+        text = render.table(document(given, event("TrackB", [number], name=None)))
         self.assertEqual(
             list(csv.reader(io.StringIO(text, newline=""), strict=True)),
             [
@@ -376,7 +379,7 @@ class Table(unittest.TestCase):
                  "example", "purpose"],
                 ["every event", "", "", "", "", "product", "string", "product", "", "release", "", "", "interaction",
                  "A choice.", "no", "", "value", ""],
-                ["TrackA", "A.EVENT", "C", "S", "component_attributes", "A.KEY", "string", "text", "", "name", "", "",
+                ["TrackA", "the caller's: A.EVENT, B", "C", "S", "component_attributes", "A.KEY", "string", "text", "", "name", "", "",
                  "interaction", "A choice.", "yes", "", "value", "Counts."],
                 ["TrackB", "", "C", "S", "", "n", "integer", "number", "unsigned", "measured",
                  'component_attributes/A.COUNT is "0"', "ms", "technical", "A choice.", "no", "No.", "5", "Counts."],

@@ -138,6 +138,7 @@ BROKEN = (
     (event, "purpose", " "),
     (event, "name", 1),
     (event, "name_from", ""),
+    (event, "names", ["CV.REPORT"]),
     (event, "type", "component"),
     (event, "scope", None),
     (event, "keys", []),
