@@ -155,8 +155,8 @@ TEST(WalkThrough, ANewReportingMethodTakesTheNamedFilesAndTheCommandsDoTheRest)
     EXPECT_NE(written.at("docs/events.md").find(R"(
     "component_name": "CV.MESH_REPAIR",
     "component_attributes": {
-        "CV.MESH_REPAIR_AUTOMATIC": "True",
-        "CV.MESH_REPAIR_ELEMENTS": "17"
+        "CV.MESH_REPAIR_AUTOMATIC": "False",
+        "CV.MESH_REPAIR_ELEMENTS": "102"
     }
 }
 )"),
