@@ -133,7 +133,7 @@ TEST(Captured, ALineThatIsNoPayloadIsNamedAndTheNextIsJudged)
         std::string line;
         std::string fault;
     } rows[] = {
-        {"payload", "is no JSON text: it is wrong at byte 2"},
+        {"payload", "is no JSON text: it is wrong at byte 1"},
         {good.substr(0, good.size() - 1), "is no JSON text: it ends within it"},
         {good + "}", "is no JSON text: it is wrong at byte " + std::to_string(good.size() + 1)},
         {"[]", "is no object: []"},

@@ -100,7 +100,7 @@ TEST(CheckReport, TheJsonDocumentHasEverything)
 {
     RunOutcome outcome = PassedAndFailed();
     outcome.errors = {"an error"};
-    const json document = json::parse(R"({
+    const json document = json::parse(R"json({
         "document": {"version": "1.2.3"},
         "strict": false,
         "tests": [
@@ -108,19 +108,13 @@ TEST(CheckReport, TheJsonDocumentHasEverything)
              "payloads": 1},
             {"name": "Two", "method": "TrackTwo", "verdict": "failed", "faults": [
                 {"call": "TrackTwo(1)", "key": "scope", "expected": "C", "sent": "S",
-                 "message": "scope: expected \"C\", sent \"S\"", "calls": 2
-},
+                 "message": "scope: expected \"C\", sent \"S\"", "calls": 2},
                 {"call": "TrackTwo(2)", "key": null, "expected": 1, "sent": 2,
                  "message": "2 payloads were received, not one", "calls": 1}],
-             "messages": ["a line"], "calls": 3, "payloads": 2
-}],
+             "messages": ["a line"], "calls": 3, "payloads": 2}],
         "errors": ["an error", "product: wrong, in 2 of 2 payloads"],
         "remarks": [{"message": "no file", "tests": null}, {"message": "user is new", "tests": 2}],
-        "summary":
-{
-    "passed" : 1, "failed" : 1, "errors" : 2
-}
-})");
+        "summary": {"passed": 1, "failed": 1, "errors": 2}})json");
     EXPECT_PRED_FORMAT2(IsJson, json::parse(JsonReport(outcome, SmallDocument(), false)), document);
 }
 

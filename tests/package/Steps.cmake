@@ -3,7 +3,7 @@
 get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
 file(READ "${SOURCE_DIR}/tests/data/good_run.txt" goodRun)
 # What tavi_check prints when every test passes.
-string(REGEX REPLACE "\nTesting ([^\n]+)\nPASSED\n" "PASSED  \\1\n" goodCheck "${goodRun}")
+string(REGEX REPLACE "\nTesting ([^\n]+)\nPASSED\n" "\\1 ... PASSED\n" goodCheck "${goodRun}")
 string(REGEX MATCHALL "PASSED" testsOfGoodCheck "${goodCheck}")
 list(LENGTH testsOfGoodCheck testsOfGoodCheck)
 string(REPLACE "All tests passed" "${testsOfGoodCheck} passed, 0 failed" goodCheck "${goodCheck}")
