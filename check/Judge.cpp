@@ -115,7 +115,7 @@ public:
         for (const auto& [name, value] : payload.items())
         {
             if (!places.contains(name) && Find(name, "") == nullptr)
-                findings.remarks.push_back(name + " is a key that docs/events.json does not have");
+                findings.remarks.push_back(JsonTextOf(name) + " is a key that docs/events.json does not have");
         }
         return findings;
     }
@@ -182,8 +182,9 @@ private:
         {
             const DocumentKey* const key = Find(name, place);
             if (key == nullptr || IsLeftOut(*key))
-                findings.faults.push_back({place + ": " + name, nullptr, value,
-                                           place + ": " + name + ": not expected, sent " + JsonTextOf(value)});
+                findings.faults.push_back(
+                    {place + ": " + name, nullptr, value,
+                     place + ": " + JsonTextOf(name) + " is not expected, sent " + JsonTextOf(value)});
         }
     }
 

@@ -83,7 +83,7 @@ CommandLine ReadCommandLine(std::vector<std::string> arguments)
 {
     CommandLine commandLine;
     Options& options = commandLine.options;
-    CLI::App app("", "tavi_check");
+    CLI::App app;
     app.allow_windows_style_options(false); // the same arguments on every system
     app.set_help_flag("-h,--help");
     app.set_version_flag("--version", "tavi_check " CORVANE_VERSION);

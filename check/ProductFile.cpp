@@ -73,13 +73,13 @@ ProductFile ReadProductFile(const std::filesystem::path& file)
     const std::unique_ptr<std::FILE, Close> opened(OpenForReading(file));
     if (opened == nullptr)
     {
-        product.remarks = {sentence + " cannot be read, " + std::generic_category().message(errno) + consequence};
+        product.remark = sentence + " cannot be read, " + std::generic_category().message(errno) + consequence;
         return product;
     }
     const Tree tree(LoadXmlFile(opened.get()), &mxmlDelete);
     if (tree == nullptr)
     {
-        product.remarks = {sentence + " is not well-formed XML" + consequence};
+        product.remark = sentence + " is not well-formed XML" + consequence;
         return product;
     }
     mxml_node_t* element = tree.get();
@@ -88,11 +88,14 @@ ProductFile ReadProductFile(const std::filesystem::path& file)
         if (AttributeOf(element, "name") == "level")
             product.levels[LevelText(element, "name")] = LevelText(element, "id");
     }
+    std::string lacking;
     for (const char* const level : Levels)
     {
         if (product.levels[level] == Undefined)
-            product.remarks.push_back(sentence + " has no " + level + ": it is \"" + Undefined + "\"");
+            lacking.append(lacking.empty() ? " has no " : ", no ").append(level);
     }
+    if (!lacking.empty())
+        product.remark = sentence + lacking + ": sent is \"" + Undefined + "\"";
     return product;
 }
 

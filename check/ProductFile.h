@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace Corvane
 {
@@ -13,7 +12,7 @@ namespace Corvane
 struct ProductFile
 {
     std::map<std::string, std::string> levels; // the identifiers by level; each of the four is there
-    std::vector<std::string> remarks;          // sentences that name the file: why an identifier is "undefined"
+    std::string remark; // a sentence that names the file: why identifiers are "undefined"; empty when none is
 
     // Product line, release, master and build joined by "&"; empty when one of them is empty.
     std::string ProductKey() const;

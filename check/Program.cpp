@@ -93,8 +93,8 @@ int RunSelected(const Options& options, const std::vector<std::string>& methods,
     const Document document = ReadDocument(CompiledInDocument());
     const Progress progress = {[&](const RunOutcome& started)
                                {
-                                   for (const std::string& remark : started.productRemarks)
-                                       verdicts << WellFormed("REMARK  " + remark) << std::endl;
+                                   if (!started.productRemark.empty())
+                                       verdicts << WellFormed("REMARK  " + started.productRemark) << std::endl;
                                },
                                [&](const RunOutcome& unfinished, const std::string& test)
                                {

@@ -180,8 +180,8 @@ std::string JsonReport(const RunOutcome& outcome, const Document& document, bool
     OrderedJson tests = OrderedJson::array();
     std::transform(outcome.tests.begin(), outcome.tests.end(), std::back_inserter(tests), TestAsJson);
     OrderedJson remarks = OrderedJson::array();
-    for (const std::string& remark : outcome.productRemarks)
-        remarks.push_back({{"message", remark}, {"tests", nullptr}});
+    if (!outcome.productRemark.empty())
+        remarks.push_back({{"message", outcome.productRemark}, {"tests", nullptr}});
     for (const auto& [sentence, count] : outcome.remarks)
         remarks.push_back({{"message", sentence}, {"tests", count}});
     const std::vector<std::string> errors = outcome.Errors(isStrict);

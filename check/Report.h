@@ -15,7 +15,7 @@ namespace Corvane
 std::string VerdictText(const TestOutcome& test, std::set<std::string>& told);
 
 // Remarks, errors outside the tests, the names of failed tests and, as the last line, the numbers of tests that passed
-// and failed. Remarks of the product file stand first in a report, and are not repeated here.
+// and failed. The remark on the product file stands first in a report, and is not repeated here.
 std::string ClosingText(const RunOutcome& outcome, bool isStrict);
 
 // One JSON document, an object of

@@ -93,7 +93,7 @@ private:
         }
         const ProductFile product = ReadProductFile(productPath);
         judge.emplace(product, LibraryTakesEmptyForNone());
-        outcome.productRemarks = product.remarks;
+        outcome.productRemark = product.remark;
         if (const std::string key = CorvaneTavi::Instance().GetProductKey(); key != product.ProductKey())
             outcome.errors.push_back("GetProductKey() returns " + JsonTextOf(key) + ", not " +
                                      JsonTextOf(product.ProductKey()));
@@ -232,7 +232,8 @@ std::vector<std::string> RunOutcome::Errors(bool isStrict) const
                       " payloads");
     if (isStrict)
     {
-        all.insert(all.end(), productRemarks.begin(), productRemarks.end());
+        if (!productRemark.empty())
+            all.push_back(productRemark);
         for (const auto& [sentence, count] : remarks)
             all.push_back(sentence);
     }

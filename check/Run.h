@@ -44,7 +44,7 @@ using Counts = std::map<std::string, std::size_t>; // of payloads or tests, by a
 struct RunOutcome
 {
     bool isInTestMode = false;
-    std::vector<std::string> productRemarks; // of the product file, told first
+    std::string productRemark; // of the product file, told first; empty: none
     std::vector<TestOutcome> tests;
     std::vector<std::string> errors; // outside the tests, a sentence each
     Counts productFaults;            // of the product's description, with the number of payloads

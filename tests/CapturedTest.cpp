@@ -121,7 +121,7 @@ TEST(Captured, WhatIsWrongIsSaid)
     json further = PayloadOf("TrackMeshSize");
     further["user"] = 1;
     EXPECT_EQ(Judged(further).faults, Texts());
-    EXPECT_EQ(Judged(further, true).faults, Texts{"user is a key that docs/events.json does not have"});
+    EXPECT_EQ(Judged(further, true).faults, Texts{R"("user" is a key that docs/events.json does not have)"});
 }
 
 TEST(Captured, ALineThatIsNoPayloadIsNamedAndTheNextIsJudged)

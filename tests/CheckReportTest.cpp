@@ -34,7 +34,7 @@ RunOutcome PassedAndFailed()
     outcome.tests = {{"One", "TrackOne", {}, {}, 1, 1, 1.25}, FailedTest("Two", {WrongScope, WrongCount})};
     outcome.payloads = {{"TrackOne()", R"({"b":1,"a":2})"}, {"", "null"}};
     outcome.remarks = {{"user is new", 2}};
-    outcome.productRemarks = {"no file"};
+    outcome.productRemark = "no file";
     outcome.productFaults = {{"product: wrong", 2}};
     return outcome;
 }

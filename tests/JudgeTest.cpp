@@ -64,7 +64,7 @@ const json Payload = {{"product", "P"},
 
 Judge TheJudge(bool takesEmptyForNone = false)
 {
-    return Judge({{{"level", "P"}}, {}}, takesEmptyForNone);
+    return Judge({{{"level", "P"}}, ""}, takesEmptyForNone);
 }
 
 json Patched(const std::string& operation, const std::string& path, const json& value = {})
@@ -141,8 +141,8 @@ TEST(Judge, EveryKeyHasTheTextOfItsArgumentOrElseItsForm)
          {R"(attributes: A.COUNT: expected a number as text that is not negative, sent "02")"}},
         {Patched("replace", "/attributes/A.LAST", "a"), {R"(attributes: A.LAST: expected "b", sent "a")"}, {}},
         {Patched("add", "/attributes/A.MORE", 1),
-         {"attributes: A.MORE: not expected, sent 1"},
-         {"attributes: A.MORE: not expected, sent 1"}},
+         {R"(attributes: "A.MORE" is not expected, sent 1)"},
+         {R"(attributes: "A.MORE" is not expected, sent 1)"}},
         {Patched("remove", "/attributes"),
          {"attributes: expected an object, not sent"},
          {"attributes: expected an object, not sent"}},
@@ -173,7 +173,7 @@ TEST(Judge, WhatAnEmptyListLeavesOutIsNotExpected)
     EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, payload)), Texts());
     EXPECT_EQ(Sentences(TheJudge().OfCaptured(SmallEvent(), payload)), Texts());
     payload["attributes"]["A.LAST"] = "b";
-    const Texts fault = {R"(attributes: A.LAST: not expected, sent "b")"};
+    const Texts fault = {R"(attributes: "A.LAST" is not expected, sent "b")"};
     EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, payload)), fault);
     EXPECT_EQ(Sentences(TheJudge().OfCaptured(SmallEvent(), payload)), fault);
 }
@@ -193,8 +193,8 @@ TEST(Judge, WhatTheLibraryAddsIsAFaultOnlyWhereItContradicts)
         {Patched("replace", "/timer", 0), {}, {}},
         {Patched("replace", "/timer", 0.5), {}, {"timer came in another form, as 0.5"}},
         {Patched("remove", "/timer"), {}, {"timer did not come"}},
-        {Patched("add", "/user", 1), {}, {"user is a key that docs/events.json does not have"}},
-        {Patched("add", "/A.TEXT", 1), {}, {"A.TEXT is a key that docs/events.json does not have"}},
+        {Patched("add", "/user", 1), {}, {R"("user" is a key that docs/events.json does not have)"}},
+        {Patched("add", "/A.TEXT", 1), {}, {R"("A.TEXT" is a key that docs/events.json does not have)"}},
     };
     for (const auto& row : rows)
     {

@@ -185,7 +185,7 @@ TEST(TaviCheck, WhatTheLibraryAddsIsARemarkAndAnErrorOnlyIfStrict)
         std::string remark;
         std::string tests;
     } rows[] = {
-        {Patch("add", "/user_id", 7), "user_id is a key that docs/events.json does not have",
+        {Patch("add", "/user_id", 7), R"("user_id" is a key that docs/events.json does not have)",
          CountOfTests() + " tests"},
         {Patch("remove", "/product_build_id"), "product_build_id did not come", CountOfTests() + " tests"},
     };
@@ -248,7 +248,8 @@ TEST(TaviCheck, AProductFileThatIsMissingOrBrokenIsToldByItsName)
     std::ofstream(copy.ProductFile()) << R"(<?xml version="1.0"?><upi_element name="level">)"
                                       << R"(<upi_attribute name="name" value="productline"/>)"
                                       << R"(<upi_attribute name="id" value="P"/></upi_element>)";
-    EXPECT_TRUE(firstLine().ends_with(R"(upiconfig.xml has no release: it is "undefined")")) << firstLine();
+    EXPECT_TRUE(firstLine().ends_with(R"(upiconfig.xml has no release, no master, no build: sent is "undefined")"))
+        << firstLine();
     std::ofstream(copy.ProductFile()) << "<a></b>";
     EXPECT_TRUE(firstLine().ends_with(R"(upiconfig.xml is not well-formed XML: the product is "undefined")"))
         << firstLine();
