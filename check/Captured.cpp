@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <tuple>
 
-#include <check/Report.h>
+#include <check/Text.h>
 
 using nlohmann::json;
 
@@ -162,14 +162,6 @@ CapturedPayload JudgeLine(const Document& document, const Judge& judge, const st
     {
         return {0, {}, {refused.what()}, {}};
     }
-}
-
-std::string JoinedBy(const char* separator, const std::vector<std::string>& texts)
-{
-    std::string joined;
-    for (const std::string& text : texts)
-        joined += (joined.empty() ? "" : separator) + text;
-    return joined;
 }
 
 } // namespace

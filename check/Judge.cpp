@@ -11,6 +11,8 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <check/Text.h>
+
 using nlohmann::json;
 
 namespace Corvane
@@ -286,19 +288,6 @@ bool LibraryTakesEmptyForNone()
     JsonValue value;
     value.SetString("");
     return text.c_str() == nullptr || wideText.c_str() == nullptr || value.Compare(JsonValue()) == 0;
-}
-
-std::string JsonTextOf(const json& value)
-{
-    constexpr std::size_t most = 200;
-    const std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
-    if (text.size() <= most)
-        return text;
-    // Not within a letter of several bytes.
-    std::size_t end = most / 2;
-    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80)
-        --end;
-    return text.substr(0, end) + "... (" + std::to_string(text.size()) + " bytes)";
 }
 
 } // namespace Corvane

@@ -52,7 +52,4 @@ private:
 // Whether the telemetry library that the program uses does so.
 bool LibraryTakesEmptyForNone();
 
-// JSON text for messages, shortened; what is ill-formed in it comes out as U+FFFD.
-std::string JsonTextOf(const nlohmann::json& value);
-
 } // namespace Corvane

@@ -20,6 +20,7 @@
 #include <check/Selection.h>
 #include <check/Status.h>
 #include <check/System.h>
+#include <check/Text.h>
 #include <check/Whitelist.h>
 
 namespace Corvane

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include <check/Judge.h>
+#include <check/Text.h>
 
 using nlohmann::json;
 
@@ -17,20 +17,6 @@ namespace
 {
 
 using OrderedJson = nlohmann::ordered_json;
-
-std::string JoinedBy(const std::string& separator, const std::vector<std::string>& texts)
-{
-    std::string joined;
-    for (const std::string& text : texts)
-        joined += (joined.empty() ? "" : separator) + text;
-    return joined;
-}
-
-// A text as JSON, with U+FFFD for what is ill-formed.
-std::string DumpOf(const json& text)
-{
-    return text.dump(-1, ' ', false, json::error_handler_t::replace);
-}
 
 // Text for an attribute or an element. A line end and a tab would be read as blanks in an attribute; what XML cannot
 // hold becomes U+FFFD.
@@ -227,19 +213,9 @@ std::string PayloadsAsJson(const RunOutcome& outcome)
 {
     std::string text;
     for (const ReceivedPayload& payload : outcome.payloads)
-        text += (text.empty() ? "\n" : ",\n") + ("{\"call\": " + json(payload.call).dump()) +
-                ", \"payload\": " + (json::accept(payload.text) ? payload.text : DumpOf(payload.text)) + "}";
+        text += (text.empty() ? "\n" : ",\n") + ("{\"call\": " + json(payload.call).dump()) + ", \"payload\": " +
+                (json::accept(payload.text) ? payload.text : json(WellFormed(payload.text)).dump()) + "}";
     return "[" + text + (text.empty() ? "]\n" : "\n]\n");
-}
-
-std::string CountOf(std::size_t count, const std::string& what)
-{
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
-std::string WellFormed(const std::string& text)
-{
-    return json::parse(DumpOf(text)).get<std::string>();
 }
 
 } // namespace Corvane

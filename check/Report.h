@@ -37,10 +37,4 @@ std::string JUnitReport(const RunOutcome& outcome, bool isStrict, const std::str
 // is a string.
 std::string PayloadsAsJson(const RunOutcome& outcome);
 
-// "1 test", "2 tests".
-std::string CountOf(std::size_t count, const std::string& what);
-
-// Well-formed UTF-8, with U+FFFD for what is not.
-std::string WellFormed(const std::string& text);
-
 } // namespace Corvane

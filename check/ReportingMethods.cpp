@@ -278,6 +278,11 @@ std::vector<ProbingCall> ProbingCalls(const ReportingMethod& method)
     return calls;
 }
 
+std::string TestName(const std::string& method)
+{
+    return method.starts_with("Track") ? method.substr(5) : method;
+}
+
 std::string CallText(const ReportingMethod& method, const ProbingCall& call)
 {
     std::string arguments;

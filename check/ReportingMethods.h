@@ -38,6 +38,9 @@ const std::vector<ReportingMethod>& ReportingMethods();
 // one parameter each.
 std::vector<ProbingCall> ProbingCalls(const ReportingMethod& method);
 
+// The name of the method's test in the catalogue: the method's, without "Track" before it.
+std::string TestName(const std::string& method);
+
 // The call as C++ would have it, with long texts shortened.
 std::string CallText(const ReportingMethod& method, const ProbingCall& call);
 

@@ -14,6 +14,7 @@
 
 #include <check/ReportingMethods.h>
 #include <check/Status.h>
+#include <check/Text.h>
 #include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
 
@@ -238,11 +239,6 @@ std::vector<std::string> RunOutcome::Errors(bool isStrict) const
             all.push_back(sentence);
     }
     return all;
-}
-
-std::string TestName(const std::string& method)
-{
-    return method.starts_with("Track") ? method.substr(5) : method;
 }
 
 RunOutcome RunChecks(const Document& document, const std::filesystem::path& productFile,

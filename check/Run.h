@@ -57,9 +57,6 @@ struct RunOutcome
     std::vector<std::string> Errors(bool isStrict) const;
 };
 
-// A name of the catalogue: the method's, without "Track" before it.
-std::string TestName(const std::string& method);
-
 struct Progress
 {
     std::function<void(const RunOutcome&)> onStart;                         // test mode is entered, or refused

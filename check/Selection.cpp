@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include <check/Run.h>
-
 namespace Corvane
 {
 

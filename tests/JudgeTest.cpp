@@ -9,6 +9,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <check/Text.h>
+
 using namespace Corvane;
 using nlohmann::json;
 

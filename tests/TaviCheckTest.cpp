@@ -13,7 +13,6 @@
 #include <nlohmann/json.hpp>
 
 #include <check/ReportingMethods.h>
-#include <check/Run.h>
 
 #include "Differences.h"
 #include "Program.h"

@@ -1,0 +1,49 @@
+#include <check/Text.h>
+
+using nlohmann::json;
+
+namespace Corvane
+{
+
+namespace
+{
+
+std::string Dump(const json& value)
+{
+    return value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::string JsonTextOf(const json& value)
+{
+    constexpr std::size_t most = 200;
+    const std::string text = Dump(value);
+    if (text.size() <= most)
+        return text;
+    // Not within a letter of several bytes.
+    std::size_t end = most / 2;
+    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80)
+        --end;
+    return text.substr(0, end) + "... (" + std::to_string(text.size()) + " bytes)";
+}
+
+std::string WellFormed(const std::string& text)
+{
+    return json::parse(Dump(text)).get<std::string>();
+}
+
+std::string CountOf(std::size_t count, const std::string& what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string JoinedBy(const std::string& separator, const std::vector<std::string>& texts)
+{
+    std::string joined;
+    for (const std::string& text : texts)
+        joined += (joined.empty() ? "" : separator) + text;
+    return joined;
+}
+
+} // namespace Corvane
