@@ -49,6 +49,10 @@ json ParseLine(const std::string& text)
         throw Refused(isCutOff ? "is no JSON text: it ends within it"
                                : "is no JSON text: it is wrong at byte " + std::to_string(error.byte));
     }
+    catch (const json::out_of_range&)
+    {
+        throw Refused("has a number that is too large");
+    }
 }
 
 const DocumentKey* FindKey(const DocumentEvent& event, const std::string& name)
@@ -176,7 +180,9 @@ CapturedOutcome JudgeCapturedLines(const Document& document, const Judge& judge,
     for (std::string line; std::getline(input, line);)
     {
         ++number;
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
+        if (line.ends_with('\r'))
+            line.pop_back();
+        if (line.find_first_not_of(" \t") == std::string::npos)
             continue;
         CapturedPayload payload = JudgeLine(document, judge, line);
         payload.line = number;

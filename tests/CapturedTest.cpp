@@ -136,6 +136,8 @@ TEST(Captured, ALineThatIsNoPayloadIsNamedAndTheNextIsJudged)
         {"payload", "is no JSON text: it is wrong at byte 1"},
         {good.substr(0, good.size() - 1), "is no JSON text: it ends within it"},
         {good + "}", "is no JSON text: it is wrong at byte " + std::to_string(good.size() + 1)},
+        {R"({"type":"C)", "is no JSON text: it ends within it"},
+        {R"({"type":1e999})", "has a number that is too large"},
         {"[]", "is no object: []"},
         {"null", "is no object: null"},
         {std::string(1'000'000, 'x'), "is no JSON text: it is wrong at byte 1"},
