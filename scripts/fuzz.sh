@@ -18,7 +18,7 @@ found=build/fuzz/tests/fuzz/found/$target
 
 steps=3
 step "Looking for missing packages"
-need_packages clang libclang-rt-dev cmake ninja-build libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev python3-clang
+need_packages clang libclang-rt-dev cmake ninja-build libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev
 need_build_folder fuzz
 step "Building in build/fuzz"
 configure --preset fuzz

@@ -37,8 +37,7 @@ done
 step "Looking for missing packages and libraries"
 packages=(g++ cmake ninja-build python3 libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev)
 ! is_asked_for release debug clang || packages+=(strace)
-! is_asked_for release debug fuzz || packages+=(python3-clang)
-! is_asked_for release debug || packages+=(git python3-jsonschema)
+! is_asked_for release debug || packages+=(git python3-clang python3-jsonschema)
 ! is_asked_for release debug clang || packages+=(python3-jinja2)
 ! is_asked_for release debug sanitize clang coverage || packages+=(pkgconf)
 ! is_asked_for release || packages+=(python3-rich)
