@@ -114,6 +114,12 @@ public:
             else if (places.insert(key.place).second)
                 CompareObject(key.place);
         }
+        const auto isOfTheProduct = [](const DocumentKey& key) { return key.isOfTheProduct; };
+        if (!absentOfTheProduct.empty() && static_cast<std::ptrdiff_t>(absentOfTheProduct.size()) ==
+                                               std::count_if(event.keys.begin(), event.keys.end(), isOfTheProduct))
+            absentOfTheProduct = {"the product's description"};
+        for (const std::string& absent : absentOfTheProduct)
+            findings.remarks.push_back(absent + " did not come");
         for (const auto& [name, value] : payload.items())
         {
             if (!places.contains(name) && Find(name, "") == nullptr)
@@ -206,7 +212,9 @@ private:
         const std::string wantedForm = sent != nullptr && expected.is_null() ? WantedForm(key, *sent) : "";
         if (key.isOfTheProduct || key.writtenByLibrary)
         {
-            if (sent == nullptr)
+            if (sent == nullptr && key.isOfTheProduct)
+                absentOfTheProduct.push_back(name);
+            else if (sent == nullptr)
                 findings.remarks.push_back(name + " did not come");
             else if (key.type == "integer" ? !sent->is_number_integer() : !sent->is_string())
                 findings.remarks.push_back(name + " came in another form, as " + JsonTextOf(*sent));
@@ -246,6 +254,7 @@ private:
     const ProductFile& product;
     bool emptyIsNone;
     std::set<std::string> places;
+    std::vector<std::string> absentOfTheProduct;
     Findings findings;
 };
 

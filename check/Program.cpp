@@ -93,10 +93,7 @@ int RunSelected(const Options& options, const std::vector<std::string>& methods,
     std::set<std::string> told;
     const Document document = ReadDocument(CompiledInDocument());
     const Progress progress = {[&](const RunOutcome& started)
-                               {
-                                   if (!started.productRemark.empty())
-                                       verdicts << WellFormed("REMARK  " + started.productRemark) << std::endl;
-                               },
+                               { verdicts << ProductRemarkText(started, options.strict) << std::flush; },
                                [&](const RunOutcome& unfinished, const std::string& test)
                                {
                                    verdicts << test << " ... " << std::flush;

@@ -91,6 +91,11 @@ std::vector<std::string> SentencesOf(const TestOutcome& test)
     return sentences;
 }
 
+std::string RemarkHead(bool isStrict)
+{
+    return isStrict ? "ERROR   " : "REMARK  ";
+}
+
 OrderedJson TextOrNull(const std::string& text)
 {
     return text.empty() ? OrderedJson() : OrderedJson(text);
@@ -113,6 +118,11 @@ OrderedJson TestAsJson(const TestOutcome& test)
 }
 
 } // namespace
+
+std::string ProductRemarkText(const RunOutcome& outcome, bool isStrict)
+{
+    return outcome.productRemark.empty() ? "" : WellFormed(RemarkHead(isStrict) + outcome.productRemark + "\n");
+}
 
 std::string VerdictText(const TestOutcome& test, std::set<std::string>& told)
 {
@@ -141,9 +151,8 @@ std::string ClosingText(const RunOutcome& outcome, bool isStrict)
 {
     std::string text;
     for (const auto& [sentence, count] : outcome.remarks)
-        text += "REMARK  " + sentence + ": " + CountOf(count, "test") + "\n";
-    const std::vector<std::string> errors = outcome.Errors(isStrict);
-    for (const std::string& error : errors)
+        text += RemarkHead(isStrict) + sentence + ": " + CountOf(count, "test") + "\n";
+    for (const std::string& error : outcome.Errors(false))
         text += "ERROR   " + error + "\n";
     std::vector<std::string> failed;
     for (const TestOutcome& test : outcome.tests)
@@ -156,8 +165,8 @@ std::string ClosingText(const RunOutcome& outcome, bool isStrict)
         text += "Failed: " + JoinedBy(", ", failed) + "\n";
     text +=
         std::to_string(outcome.tests.size() - failed.size()) + " passed, " + std::to_string(failed.size()) + " failed";
-    if (!errors.empty())
-        text += ", " + CountOf(errors.size(), "error");
+    if (const std::size_t errors = outcome.Errors(isStrict).size(); errors != 0)
+        text += ", " + CountOf(errors, "error");
     return WellFormed(text + "\n");
 }
 

@@ -10,12 +10,15 @@
 namespace Corvane
 {
 
+// The line on the product file, which stands first; empty when there is nothing to say of it.
+std::string ProductRemarkText(const RunOutcome& outcome, bool isStrict);
+
 // What follows a test's name: its verdict, and its faults below it. A fault that is in `told` already is named only;
 // the test's faults are added there.
 std::string VerdictText(const TestOutcome& test, std::set<std::string>& told);
 
 // Remarks, errors outside the tests, the names of failed tests and, as the last line, the numbers of tests that passed
-// and failed. The remark on the product file stands first in a report, and is not repeated here.
+// and failed. `isStrict` calls remarks errors.
 std::string ClosingText(const RunOutcome& outcome, bool isStrict);
 
 // One JSON document, an object of

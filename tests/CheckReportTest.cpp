@@ -92,7 +92,10 @@ TEST(CheckReport, TheClosingTextHasRemarksErrorsFailedNamesAndNumbers)
     const std::string names = "\nFailed: Two\n1 passed, 1 failed, ";
     EXPECT_PRED_FORMAT2(IsText, ClosingText(PassedAndFailed(), false), remark + product + names + "1 error\n");
     EXPECT_PRED_FORMAT2(IsText, ClosingText(PassedAndFailed(), true),
-                        remark + product + "ERROR   no file\nERROR   user is new\n" + names + "3 errors\n");
+                        "ERROR   user is new: 2 tests\n" + product + names + "3 errors\n");
+    EXPECT_EQ(ProductRemarkText(PassedAndFailed(), false), "REMARK  no file\n");
+    EXPECT_EQ(ProductRemarkText(PassedAndFailed(), true), "ERROR   no file\n");
+    EXPECT_EQ(ProductRemarkText({}, false), "");
     EXPECT_EQ(ClosingText({}, true), "\n0 passed, 0 failed\n");
 }
 

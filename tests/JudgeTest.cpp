@@ -190,7 +190,7 @@ TEST(Judge, WhatTheLibraryAddsIsAFaultOnlyWhereItContradicts)
     } rows[] = {
         {Patched("replace", "/product", "Q"), {R"(product: expected "P", sent "Q")"}, {}},
         {Patched("replace", "/product", 1), {}, {"product came in another form, as 1"}},
-        {Patched("remove", "/product"), {}, {"product did not come"}},
+        {Patched("remove", "/product"), {}, {"the product's description did not come"}},
         {Patched("replace", "/timer", -1), {"timer: expected no negative number, sent -1"}, {}},
         {Patched("replace", "/timer", 0), {}, {}},
         {Patched("replace", "/timer", 0.5), {}, {"timer came in another form, as 0.5"}},
