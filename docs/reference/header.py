@@ -167,6 +167,8 @@ def read_vocabulary(file, sources):
         if len(literals) != 1 or not literals[0].startswith('L"') or "\\" in literals[0]:
             fail(constant, f"{constant.spelling} is not a constant with one plain wide text.")
         texts.append(literals[0][2:-1])
+        if constant.spelling != texts[-1].replace(".", "_"):
+            fail(constant, f"{constant.spelling} is not named as its text is spelt.")
     if not texts:
         raise NotUnderstood(f"{file} has no constant of Corvane::Vocabulary.")
     return texts

@@ -129,14 +129,18 @@ class Vocabulary(unittest.TestCase):
             return header.read_vocabulary(file, Path(folder))
 
     def test_the_texts_of_the_constants_are_read_in_order(self):
-        self.assertEqual(self.read('inline const std::wstring B =\n    L"B.TEXT"; // "C"\n'
-                                   'inline const std::wstring A = L"A TEXT";'), ["B.TEXT", "A TEXT"])
+        self.assertEqual(self.read('inline const std::wstring B_TEXT =\n    L"B.TEXT"; // "C"\n'
+                                   'inline const std::wstring A = L"A";'), ["B.TEXT", "A"])
 
     def test_what_is_no_plain_wide_text_is_refused(self):
         for constant in ('inline const std::wstring A = L"A" L"B";', 'inline const std::string A = "A";',
                          "inline const int A = 3;", r'inline const std::wstring A = L"\x41";'):
             with self.subTest(constant), self.assertRaisesRegex(header.NotUnderstood, r"Words\.h:4: A is not a constant"):
                 self.read(constant)
+
+    def test_a_constant_that_is_not_named_as_its_text_is_refused(self):
+        with self.assertRaisesRegex(header.NotUnderstood, r"Words\.h:4: A_B is not named as its text is spelt"):
+            self.read('inline const std::wstring A_B = L"A.C";')
 
     def test_a_header_without_constants_is_refused(self):
         with self.assertRaisesRegex(header.NotUnderstood, "has no constant"):
