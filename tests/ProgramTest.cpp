@@ -35,20 +35,6 @@ void ExpectUndefinedProduct(const ProgramCopy& copy)
 
 } // namespace
 
-TEST(Program, AGoodRunPrintsTheKeptOutputIntoAFileAPipeAndATerminal)
-{
-    const ProgramCopy copy(ProgramCopy::Library::StandIn);
-    for (const OutputTo output : {OutputTo::File, OutputTo::Pipe, OutputTo::Terminal})
-    {
-        if (output == OutputTo::Terminal && !HasTerminals())
-            GTEST_SKIP() << WithoutTerminals;
-        const Outcome run = copy.Run("{}", output);
-        EXPECT_EQ(run.status, 0);
-        EXPECT_PRED_FORMAT2(IsText, run.output, GoodRun());
-        EXPECT_EQ(run.errors, "");
-    }
-}
-
 TEST(Program, TheKeptOutputIsAPassForEachTestAndTheSummary)
 {
     const std::string passed = WholeRun([](const CatalogueTest&) { return std::string("PASSED\n"); }, true);
@@ -60,6 +46,7 @@ TEST(Program, TheBuiltProgramRunsWhereItWasBuilt)
     const Outcome run = RunProgram({.program = PathOf(PROGRAM_FILE), .workingFolder = "/"});
     EXPECT_EQ(run.status, 0);
     EXPECT_PRED_FORMAT2(IsText, run.output, GoodRun());
+    EXPECT_EQ(run.errors, "");
 }
 
 TEST(Program, TheProductFileLiesBesideTheExecutableWhateverItsFolderIsCalled)
