@@ -7,6 +7,7 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/FacetAccess.h>
+#include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
 
 #include "Text.h"
@@ -61,88 +62,26 @@ static_assert(!CanBeSet<const wchar_t*> && !CanBeSet<wchar_t[2]> && !CanBeSet<co
 
 } // namespace
 
-TEST(FacetHelpers, AJsonEntryIsStoredAndReplaced)
+TEST(FacetFields, AreInTheFixedOrder)
 {
-    Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "k", String("before"));
-    SetFacetEntry(component, Key("k"), JsonValue(-1LL));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":-1})");
-    SetFacetEntry(component, Key("k"), JsonValue(false));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":false})");
-    SetFacetEntry(component, Key("k"), String(""));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":""})");
-}
-
-TEST(FacetHelpers, ANullJsonEntryIsRemoved)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "k", String("before"));
-    SetFacetEntry(component, Key("k"), JsonValue());
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-    SetFacetEntry(component, Key("k"), JsonValue());
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-}
-
-TEST(FacetHelpers, ATextEntryIsStoredAndReplaced)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "k", String("before"));
-    SetFacetEntry(component, Key("k"), Key("after"));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"after"})");
-    SetFacetEntry(component, Key("new"), Key("text"));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"after","new":"text"})");
-}
-
-TEST(FacetHelpers, ALiteralIsStoredAsTextAndNotAsTrue)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "k", String("before"));
-    SetFacetEntry(component, Key("k"), "C");
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"C"})");
-    const char* const text = "true";
-    SetFacetEntry(component, Key("new"), text);
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"C","new":"true"})");
-}
-
-TEST(FacetHelpers, AnEmptyTextEntryIsStored)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "k", String("before"));
-    SetFacetEntry(component, Key("k"), Key(""));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":""})");
-    SetFacetEntry(component, Key("new"), "");
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","k":"","new":""})");
+    std::string names;
+    for (const char* const name : FacetFields::Names)
+        names += std::string(name) + " ";
+    EXPECT_EQ(names, "type scope product_id_provider product_line_name product_release_id product_master_id "
+                     "product_build_id product_key product_suite_name content_type content_size content_meta "
+                     "entitlement_usage entitlement_license_id entitlement_properties user_info provider_name user_id "
+                     "roles logged_in ldap_registration ldap_root component_type component_name component_attributes ");
 }
 
 TEST(FacetHelpers, ATextEntryNeverSetIsRemoved)
 {
     Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "k", String("before"));
-    SetFacetEntry(component, Key("k"), TaviString());
+    Facet::Base& component = ComponentWith(core, "component_name", String("before"));
+    SetComponentName(component, TaviString());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
     SetFacetEntry(component, Key("k"), "again");
     const char* const noText = nullptr;
     SetFacetEntry(component, Key("k"), noText);
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-}
-
-TEST(FacetHelpers, TheEventTypeIsTheLetterThatIsGiven)
-{
-    Facet::Core core;
-    SetEventType(core, "C");
-    SetEventType(core, "D");
-    EXPECT_EQ(Entries(core), R"({"type":"D"})");
-}
-
-TEST(FacetHelpers, TheComponentNameIsSetOrRemoved)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWith(core, "component_name", String("before"));
-    SetComponentName(component, Key("after"));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_name":"after"})");
-    SetComponentName(component, Key(""));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_name":""})");
-    SetComponentName(component, TaviString());
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
 }
 
@@ -175,24 +114,6 @@ TEST(FacetHelpers, AScopeCodeOutsideTheTableRemovesTheScope)
         SetEventScope(core, code);
         EXPECT_EQ(Entries(core), R"({"type":"C"})") << code;
     }
-}
-
-TEST(FacetHelpers, AMemberWithTextIsSetOrReplaced)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWithObject(core);
-    SetFacetObjectMember(component, Key("object"), Key("a"), Key("new"));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"new","b":"2"}})");
-    SetFacetObjectMember(component, Key("object"), Key("c"), Key(""));
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"new","b":"2","c":""}})");
-}
-
-TEST(FacetHelpers, TheFirstMemberCreatesTheObject)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentFacet(core);
-    SetFacetObjectMember(component, Key("object"), Key("a"), Key("1"));
-    EXPECT_EQ(Entries(component), R"({"object":{"a":"1"}})");
 }
 
 TEST(FacetHelpers, AMemberNeverSetIsRemovedAndTheLastOneTakesTheObjectAlong)
@@ -247,40 +168,8 @@ TEST(FacetHelpers, ComponentAttributesReplaceAllThatWereThere)
     Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {{Key("new"), Key("")}, {Key("common"), Key("3")}});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_attributes":{"common":"3","new":""}})");
-}
-
-TEST(FacetHelpers, NoComponentAttributesLeaveNoEntry)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWithAttributes(core);
     SetComponentAttributes(component, {});
     EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-    SetComponentAttributes(component, {});
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-}
-
-TEST(FacetHelpers, AComponentAttributeNeverSetIsLeftOut)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWithAttributes(core);
-    SetComponentAttributes(component, {{Key("a"), Key("1")}, {Key("common"), TaviString()}, {Key("z"), Key("26")}});
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_attributes":{"a":"1","z":"26"}})");
-}
-
-TEST(FacetHelpers, OnlyComponentAttributesNeverSetLeaveNoEntry)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWithAttributes(core);
-    SetComponentAttributes(component, {{Key("common"), TaviString()}});
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is"})");
-}
-
-TEST(FacetHelpers, AComponentAttributeWithAnEmptyKeyAddsNothingAndTheOthersAreKept)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWithAttributes(core);
-    SetComponentAttributes(component, {{Key("a"), Key("1")}, {Key(""), Key("lost")}, {Key("z"), Key("26")}});
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","component_attributes":{"a":"1","z":"26"}})");
 }
 
 TEST(FacetHelpers, AllMembersOfAnObjectAreReadAsText)
@@ -310,18 +199,6 @@ TEST(FacetHelpers, NoMembersAreReadOfAnythingButAnObject)
                                 String("text"), emptyObject,     object.GetKeyList()};
     for (const JsonValue& value : values)
         EXPECT_TRUE(ReadComponentAttributes(value).empty()) << Json(value);
-}
-
-TEST(FacetHelpers, TheProductKeyJoinsTheFourIdentifiers)
-{
-    Facet::Product product;
-    SetFacetEntry(product, Key("product_build_id"), String("B"));
-    SetFacetEntry(product, Key("product_master_id"), String("M"));
-    SetFacetEntry(product, Key("product_release_id"), String("R"));
-    SetFacetEntry(product, Key("product_line_name"), String("L"));
-    TaviString key = Key("before");
-    BuildProductKey(product, key);
-    EXPECT_EQ(Text(key), "L&R&M&B");
 }
 
 TEST(FacetHelpers, TheProductKeyIsLeftAsItIsWhenAnIdentifierIsMissingOrEmpty)

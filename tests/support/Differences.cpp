@@ -143,15 +143,6 @@ std::string JsonDifferences(const json& expected, const json& sent)
     return FirstFew(differences);
 }
 
-std::string JsonTextDifferences(const std::string& expected, const std::string& sent)
-{
-    const json expectedValue = json::parse(expected, nullptr, false);
-    const json sentValue = json::parse(sent, nullptr, false);
-    if (expectedValue.is_discarded() || sentValue.is_discarded()) // bytes that are no UTF-8
-        return TextDifference(expected, sent);
-    return JsonDifferences(expectedValue, sentValue);
-}
-
 testing::AssertionResult IsJson(const char* sentExpression, const char*, const json& sent, const json& expected)
 {
     if (sent == expected)

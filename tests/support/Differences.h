@@ -19,9 +19,6 @@ testing::AssertionResult IsText(const char* actualExpression, const char* expect
 // are. Empty when the values are equal.
 std::string JsonDifferences(const nlohmann::json& expected, const nlohmann::json& sent);
 
-// The same of values that are given as JSON text.
-std::string JsonTextDifferences(const std::string& expected, const std::string& sent);
-
 // For EXPECT_PRED_FORMAT2(IsJson, sent, expected): fails with the differences and without the whole values.
 testing::AssertionResult IsJson(const char* sentExpression, const char* expectedExpression, const nlohmann::json& sent,
                                 const nlohmann::json& expected);
