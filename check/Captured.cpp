@@ -65,13 +65,15 @@ const DocumentKey* FindKey(const DocumentEvent& event, const std::string& name)
 // By type, component type and name, as far as they are the event's and not the caller's.
 bool HasMarksOf(const DocumentEvent& event, const json& payload)
 {
-    for (const char* const mark : {"type", "component_type", "component_name"})
+    const auto marks = {"type", "component_type", "component_name"};
+    const auto isAsInTheEvent = [&event, &payload](const char* mark)
     {
         const DocumentKey* const key = FindKey(event, mark);
-        if (key == nullptr ? payload.contains(mark) : key->kind == "fixed" && payload.value(mark, json()) != key->fixed)
-            return false;
-    }
-    return true;
+        if (key == nullptr)
+            return !payload.contains(mark);
+        return key->kind != "fixed" || payload.value(mark, json()) == key->fixed;
+    };
+    return std::all_of(marks.begin(), marks.end(), isAsInTheEvent);
 }
 
 bool HasKey(const DocumentKey& key, const json& payload)

@@ -47,7 +47,7 @@ json PartOf(const json& argument, const std::string& kind)
 // What is sent for an argument.
 json ValueOf(const DocumentKey& key, const json& argument)
 {
-    const json part = PartOf(argument, key.kind);
+    json part = PartOf(argument, key.kind);
     if (key.kind == "flag")
         return part.get<bool>() ? "True" : "False";
     if (key.format == "decimal")
@@ -59,21 +59,26 @@ json ValueOf(const DocumentKey& key, const json& argument)
     return key.type == "integer" ? number : json(number.dump());
 }
 
+// std::nullopt unless the number is all of the text.
 template <typename Number>
-bool IsNumber(const std::string& text)
+std::optional<Number> NumberIn(const std::string& text)
 {
     Number number{};
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, number);
-    return result.ec == std::errc() && result.ptr == end && std::to_string(number) == text;
+    return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
 }
 
-// In whatever form the library writes decimals.
-bool IsDecimal(const std::string& text)
+template <typename Number>
+bool IsNumber(const std::string& text)
 {
-    char* end = nullptr;
-    std::strtod(text.c_str(), &end);
-    return !text.empty() && end == text.c_str() + text.size() && text.find_first_of(" \t\n\v\f\rxX") == text.npos;
+    const std::optional<Number> number = NumberIn<Number>(text);
+    return number && std::to_string(*number) == text;
+}
+
+std::string WithPlace(const std::string& place, const std::string& name)
+{
+    return place.empty() ? name : place + ": " + name;
 }
 
 // What is wrong with the form of a value that is not known; empty when nothing is.
@@ -85,9 +90,9 @@ std::string WantedForm(const DocumentKey& key, const json& value)
         return "a string";
     const auto& text = value.get_ref<const std::string&>();
     if (key.kind == "flag")
-        return text == "True" || text == "False" ? "" : "\"True\" or \"False\"";
-    if (key.format == "decimal")
-        return IsDecimal(text) ? "" : "a decimal number as text";
+        return text == "True" || text == "False" ? "" : R"("True" or "False")";
+    if (key.format == "decimal") // in whatever form the library writes it
+        return NumberIn<double>(text) ? "" : "a decimal number as text";
     if (key.format == "signed")
         return IsNumber<std::int64_t>(text) ? "" : "a number as text";
     if (key.format == "unsigned")
@@ -163,7 +168,7 @@ private:
     bool MayBeEmpty(const DocumentKey& key) const
     {
         const json expected = Expected(key);
-        return emptyIsNone && key.kind == "text" && (expected.is_null() || expected == "");
+        return emptyIsNone && key.kind == "text" && (expected.is_null() || expected == json(""));
     }
 
     void CompareObject(const std::string& place)
@@ -173,7 +178,7 @@ private:
         if (!isThere && std::all_of(event.keys.begin(), event.keys.end(),
                                     [&](const DocumentKey& key) { return key.place != place || MayBeEmpty(key); }))
         {
-            findings.remarks.push_back(EmptyTextIsLeftOut);
+            findings.remarks.emplace_back(EmptyTextIsLeftOut);
             return;
         }
         if (!isThere || !object->is_object())
@@ -191,8 +196,8 @@ private:
             const DocumentKey* const key = Find(name, place);
             if (key == nullptr || IsLeftOut(*key))
                 findings.faults.push_back(
-                    {place + ": " + name, nullptr, value,
-                     place + ": " + JsonTextOf(name) + " is not expected, sent " + JsonTextOf(value)});
+                    {WithPlace(place, name), nullptr, value,
+                     WithPlace(place, JsonTextOf(name)) + " is not expected, sent " + JsonTextOf(value)});
         }
     }
 
@@ -202,10 +207,10 @@ private:
             return;
         const auto found = object.find(key.name);
         const json* const sent = found != object.end() ? &*found : nullptr;
-        const std::string name = (key.place.empty() ? "" : key.place + ": ") + key.name;
+        const std::string name = WithPlace(key.place, key.name);
         if (sent == nullptr && MayBeEmpty(key))
         {
-            findings.remarks.push_back(EmptyTextIsLeftOut);
+            findings.remarks.emplace_back(EmptyTextIsLeftOut);
             return;
         }
         const json expected = Expected(key);

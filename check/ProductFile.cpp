@@ -44,7 +44,7 @@ std::string LevelText(mxml_node_t* level, const std::string& name)
 
 struct Close
 {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
 };
 
 } // namespace

@@ -99,6 +99,7 @@ std::vector<Sample<Value>> SamplesOf([[maybe_unused]] std::size_t position,
     else if constexpr (std::same_as<Value, std::string> || std::same_as<Value, std::wstring>)
     {
         std::vector<Sample<Value>> samples;
+        samples.reserve(names.size() + 4);
         for (const std::string& name : names)
             samples.push_back(PlainText<Value>(name));
         if (names.empty())
@@ -132,6 +133,7 @@ template <typename Value>
 std::vector<std::string> KindsOf(const std::vector<Sample<Value>>& samples)
 {
     std::vector<std::string> kinds;
+    kinds.reserve(samples.size());
     for (const Sample<Value>& sample : samples)
         kinds.emplace_back(sample.kind);
     return kinds;

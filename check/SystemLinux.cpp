@@ -24,13 +24,13 @@ std::optional<std::filesystem::path> ProgramFolder()
 
 StandardOutputAside::StandardOutputAside() : kept(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0))
 {
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
     dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 StandardOutputAside::~StandardOutputAside()
 {
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
     dup2(kept, STDOUT_FILENO);
     close(kept);
 }

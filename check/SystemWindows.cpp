@@ -28,8 +28,9 @@ std::string Utf8(std::wstring_view wide)
 
 void PointStandardOutputTo(int descriptor)
 {
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
     _dup2(descriptor, _fileno(stdout));
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the C run time has handles as numbers
     SetStdHandle(STD_OUTPUT_HANDLE, reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdout))));
 }
 
@@ -58,10 +59,13 @@ std::optional<std::filesystem::path> ProgramFolder()
     return length == 0 ? std::nullopt : std::optional(std::filesystem::path(path).parent_path());
 }
 
-// Of libraries that share the C run time with the program, or ask Windows for the handle.
-StandardOutputAside::StandardOutputAside() : kept(_dup(_fileno(stdout)))
+// Of libraries that share the C run time with the program, or ask Windows for the handle. Where one of the streams is
+// closed nothing is changed: it has no descriptor, and the C run time ends a program that passes it none.
+StandardOutputAside::StandardOutputAside()
+    : kept(_fileno(stdout) >= 0 && _fileno(stderr) >= 0 ? _dup(_fileno(stdout)) : -1)
 {
-    PointStandardOutputTo(_fileno(stderr));
+    if (kept >= 0)
+        PointStandardOutputTo(_fileno(stderr));
 }
 
 StandardOutputAside::~StandardOutputAside()

@@ -18,7 +18,7 @@ std::string Dump(const json& value)
 std::string JsonTextOf(const json& value)
 {
     constexpr std::size_t most = 200;
-    const std::string text = Dump(value);
+    std::string text = Dump(value);
     if (text.size() <= most)
         return text;
     // Not within a letter of several bytes.
