@@ -117,7 +117,7 @@ public:
         log << arguments.dump() << std::endl;
         const std::string number = std::to_string(++calls[function]);
         const json answers = script.value(function, json::object());
-        const json answer = answers.contains(number) ? answers[number] : answers.value("default", json::object());
+        json answer = answers.contains(number) ? answers[number] : answers.value("default", json::object());
         if (answer.contains("prints"))
             Print(answer["prints"]);
         return answer;
@@ -133,7 +133,8 @@ private:
     {
         if (text.empty())
             std::_Exit(9);
-        std::fputs(text.c_str(), stdout); // held back until the process ends, where it is no terminal
+        // Held back until the process ends, where standard output is no terminal.
+        static_cast<void>(std::fputs(text.c_str(), stdout));
     }
 
     json script = json::object();
