@@ -21,11 +21,9 @@ using nlohmann::json;
 namespace
 {
 
-void Require(bool condition, const std::string& otherwise)
+[[noreturn]] void Fail(const ReportingMethod& method, const ProbingCall& call, const std::string& fault)
 {
-    if (condition)
-        return;
-    std::cerr << "reporting: " << otherwise << std::endl;
+    std::cerr << "reporting: " << CallText(method, call) << ": " << fault << std::endl;
     std::abort();
 }
 
@@ -47,12 +45,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const ProbingCall call = method.call(chosen);
         const std::size_t before = recorder.Payloads().size();
         call.make();
-        const std::string text = CallText(method, call);
-        Require(recorder.Payloads().size() == before + 1, text + " does not send one event");
+        if (recorder.Payloads().size() != before + 1)
+            Fail(method, call, "it does not send one event");
         const json payload = json::parse(recorder.JsonText(before), nullptr, false);
         const Findings findings = judge.OfCall(*FindEvent(document, method.name), call.arguments, payload);
-        Require(findings.faults.empty(), text + ": " + (findings.faults.empty() ? "" : findings.faults[0].sentence));
-        Require(findings.productFaults.empty(), text + ": the product's description is wrong");
+        for (const std::vector<Fault>* const faults : {&findings.faults, &findings.productFaults})
+        {
+            if (!faults->empty())
+                Fail(method, call, faults->front().sentence);
+        }
     }
     return 0;
 }
