@@ -74,6 +74,7 @@ public:
             outcome.tests.push_back(Prove(method, *recorder));
             progress.onVerdict(outcome.tests.back());
         }
+        TakeStrayPayloads(*recorder);
         if (recorder->HasLostAny())
             outcome.errors.emplace_back("a payload could not be kept");
         return outcome;
@@ -128,9 +129,10 @@ private:
             ++test.calls;
             test.payloads += received;
             // A whitelist can only have names that are known.
-            const bool mayBeFiltered = event != nullptr && event->nameFrom &&
-                                       std::find(event->names.begin(), event->names.end(),
-                                                 call.arguments.at(*event->nameFrom)) == event->names.end();
+            const bool mayBeFiltered =
+                event != nullptr && event->nameFrom &&
+                std::find(event->names.begin(), event->names.end(),
+                          call.arguments.at(*event->nameFrom).get<std::string>()) == event->names.end();
             if (received != 1 && !(received == 0 && mayBeFiltered))
                 AddFault(test, callText,
                          {"", 1, received,
