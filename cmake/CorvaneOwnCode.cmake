@@ -1,11 +1,9 @@
-# What holds for our own code and for nobody else's: warnings, hardening, and what checks, sanitizers, coverage and fuzzing
-# take.
+# What holds for our own code and for nobody else's: warnings, hardening, and what sanitizers, coverage and fuzzing take.
 
 if(PROJECT_IS_TOP_LEVEL)
-    option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers" OFF)
-    option(CORVANE_CHECKS "Test whole runs under valgrind, and the event reference's page in Chromium" OFF)
+    option(CORVANE_SANITIZE "Build with address, undefined-behaviour and leak sanitizers, and by clang the fuzz targets" OFF)
+    option(CORVANE_LONG_TESTS "Test packages, hosts and another library as well; on Linux also under valgrind, and the page" OFF)
     option(CORVANE_COVERAGE "Count the lines and branches that are run; takes clang" OFF)
-    option(CORVANE_FUZZ "Build the fuzz targets as well; takes clang" OFF)
 endif()
 
 add_library(CorvaneOwnCode INTERFACE)
@@ -45,13 +43,13 @@ if(CORVANE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(CorvaneOwnCode INTERFACE ${sanitizers})
     target_link_options(CorvaneOwnCode INTERFACE ${sanitizers})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        target_compile_options(CorvaneOwnCode INTERFACE -fsanitize=fuzzer-no-link)
+    endif()
 endif()
 if(CORVANE_COVERAGE)
     target_compile_options(CorvaneOwnCode INTERFACE -fprofile-instr-generate -fcoverage-mapping)
     target_link_options(CorvaneOwnCode INTERFACE -fprofile-instr-generate)
-endif()
-if(CORVANE_FUZZ)
-    target_compile_options(CorvaneOwnCode INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # corvane_static_runtime(<target>...): the C++ run time goes into the program or library, which then needs none where it

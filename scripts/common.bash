@@ -7,13 +7,37 @@ script=$(realpath -- "$0")
 CDPATH='' cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
 steps=0 step=0 steps_are_output=false failure=1
 
-# All temporary files of the script and of what it starts are in one folder, which is removed when the script ends or is
-# interrupted.
+# All temporary files of the script and of what it starts are in one folder. When the script ends or is interrupted, what it
+# started ends first, and then the folder is removed.
 scratch=$(mktemp -d)
 users_tmpdir=${TMPDIR-}
 export TMPDIR=$scratch
+job=
 at_exit() { :; } # a script may define its own
-trap 'at_exit; rm -rf "$scratch"' EXIT
+trap 'end_job; at_exit; rm -rf "$scratch"' EXIT
+trap 'exit 129' HUP
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+# run COMMAND...: in a process group of its own, which a signal to the script ends at once, as the shell handles a signal
+# while it waits.
+run() {
+    local status=0
+    set -m
+    "$@" </dev/null &
+    job=$!
+    set +m
+    wait "$job" || status=$?
+    job=
+    return "$status"
+}
+
+end_job() {
+    [[ -n "$job" ]] || return 0
+    kill -TERM -- "-$job" 2>/dev/null
+    wait "$job" 2>/dev/null
+    job=
+}
 
 # become PROGRAM [ARGUMENT]...: replaces the script by that program, in the user's own environment.
 become() {
@@ -126,14 +150,17 @@ without_locks() (
     "$@"
 )
 
-# configure ARGUMENT... and compile ARGUMENT...: cmake, and cmake --build without a line for each file that is built, so that
-# errors come first.
 configure() {
     quietly cmake "$@" || fail "configuring failed, see above"
 }
 
+# compile ARGUMENT...: cmake --build. On a terminal its progress is shown; else nothing, and when it fails the errors alone.
 compile() {
-    quietly cmake --build "$@" -- --quiet || fail "building failed, see above"
+    if [[ -t 1 ]] && $steps_are_output; then
+        run cmake --build "$@" || fail "building failed, see above"
+    else
+        quietly cmake --build "$@" -- --quiet || fail "building failed, see above"
+    fi
 }
 
 # quietly COMMAND...: shows what the command prints only when it fails.
@@ -141,7 +168,7 @@ quietly() {
     local log status=0
     command -v "$1" >/dev/null || fail "$1 is missing: install it, or add its folder to PATH"
     log=$(mktemp)
-    "$@" >"$log" 2>&1 </dev/null || status=$?
+    run "$@" >"$log" 2>&1 || status=$?
     ((status == 0)) || cat "$log" >&2
     rm -f "$log"
     return "$status"

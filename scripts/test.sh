@@ -1,98 +1,64 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test. Ends with the number of tests passed and failed, and skipped if any were.
+# Builds the project and tests it. Ends with the number of tests passed and failed, and skipped if any were.
 #
-#     scripts/test.sh [PRESET]...
+#     scripts/test.sh [all | PRESET...]
 #
-# Without presets, all that can be built here: release; windows, built by mingw-w64 and run in Wine; sanitize (address,
-# undefined behaviour, leak); clang, with the benchmarks, valgrind and the event reference's page in a browser; fuzz, each
-# target over its corpus and a fixed number of runs; and coverage, with a table of the lines and branches that are run. When
-# the tests of release have passed, CONTRIBUTING.md's walk-through is done in a copy. The preset debug can be named as well.
+# Without an argument: the preset release, what a change is tested by. It takes up to four minutes on two processors where
+# nothing is installed or built, and half a minute after most changes. With "all", in up to fifteen minutes: full (release,
+# with packages, hosts, a second library, valgrind and the event reference's page), windows (built by mingw-w64 and run in
+# Wine) and sanitize (address, undefined behaviour and leaks, and the fuzz targets). PRESET is one of these four, or coverage,
+# which prints a table of the lines and branches that are run.
 #
-# Each leaves a JUnit report and ctest's whole output in build/test-results/, as run_tests.py tells.
+# Each leaves a JUnit report in build/test-results/. With CI in the environment a warning of a compiler is an error.
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
 
 read_options "$@"
-presets=("$@")
-((${#presets[@]} > 0)) || presets=(release windows sanitize clang fuzz coverage)
-steps=1 steps_are_output=true
+presets=("${@:-release}")
+[[ "$*" != all ]] || presets=(full windows sanitize)
 for preset in "${presets[@]}"; do
-    steps=$((steps + 2))
-    case $preset in
-    release) steps=$((steps + 1)) ;;
-    debug | sanitize | clang | windows | fuzz | coverage) ;;
-    *) fail "unknown preset $preset: there are release, debug, sanitize, clang, windows, fuzz and coverage" ;;
-    esac
+    [[ " release full windows sanitize coverage " == *" $preset "* ]] ||
+        fail "unknown preset $preset: there are release, full, windows, sanitize and coverage"
 done
 is_asked_for() { has_any "${presets[*]}" "$@"; }
-
-need_build_folder test-results "${presets[@]}"
+steps=$((1 + 2 * ${#presets[@]})) steps_are_output=true
 results=$PWD/build/test-results
-# No report of an earlier run stays, wherever this one ends.
-for preset in "${presets[@]}"; do
-    rm -f "$results/$preset".{xml,log}
-    [[ "$preset" != release ]] || rm -f "$results"/walk-through.{xml,log}
-done
+need_build_folder test-results "${presets[@]}"
 
 step "Looking for missing packages and libraries"
-packages=(g++ cmake ninja-build python3 libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev)
-! is_asked_for release debug clang || packages+=(strace)
-! is_asked_for release debug || packages+=(git python3-clang python3-jsonschema)
-! is_asked_for release debug clang || packages+=(python3-jinja2)
-! is_asked_for release debug sanitize clang coverage || packages+=(pkgconf)
-! is_asked_for release || packages+=(python3-rich)
-# For the test of the Debian packages, which takes root.
-((EUID != 0)) || ! is_asked_for release debug || packages+=(dpkg-dev file debootstrap)
-! is_asked_for clang fuzz coverage || packages+=(clang)
-! is_asked_for fuzz coverage || packages+=(libclang-rt-dev)
+packages=(g++ cmake ninja-build libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev)
+! is_asked_for release full || packages+=(strace python3-clang python3-jinja2 python3-jsonschema)
+! is_asked_for full || packages+=(git pkgconf libbenchmark-dev valgrind chromium chromium-driver python3-selenium)
+! is_asked_for sanitize coverage || packages+=(clang libclang-rt-dev)
 ! is_asked_for coverage || packages+=(llvm)
-! is_asked_for clang || packages+=(libbenchmark-dev rapidjson-dev valgrind chromium chromium-driver python3-selenium)
 ! is_asked_for windows || packages+=(wine wine64)
 need_packages "${packages[@]}"
-passed=0 failed=0 skipped=0 skipped_stage=
-if is_asked_for windows; then
-    status=0
-    scripts/windows-libraries.sh || status=$?
-    case $status in
-    0) ;;
-    3) skipped_stage=windows ;;
-    *) exit "$status" ;;
-    esac
-fi
+! is_asked_for windows || run scripts/windows-libraries.sh || exit
 
-profiles=$PWD/build/coverage/profiles
-
-# run_tests NAME ARGUMENT...: by scripts/run_tests.py, which leaves the report NAME.xml when the run has ended. Sets bad, the
-# number of tests that failed.
+# run_tests PRESET: by ctest, and counts them. On a terminal ctest shows how far it is; else the tests that pass are left out.
+passed=0 failed=0 skipped=0
 run_tests() {
-    local report=$results/$1.xml total unrun
-    scripts/run_tests.py "${@:2}" || [[ -e "$report" ]] || exit
-    total=$(count_in "$report" tests)
-    bad=$(($(count_in "$report" failures) + $(count_in "$report" errors)))
-    unrun=$(count_in "$report" skipped)
+    local report=$results/$1.xml status=0 total bad unrun
+    rm -f "$report"
+    if [[ -t 1 ]]; then
+        run ctest --preset "$1" --output-junit "$report" --progress || status=$?
+    else
+        run ctest_without_passed --preset "$1" --output-junit "$report" || status=$?
+    fi
+    [[ -e "$report" ]] || fail "ctest ended with $status and left no report"
+    total=$(count_in "$report" tests) bad=$(count_in "$report" failures)
+    unrun=$(($(count_in "$report" skipped) + $(count_in "$report" disabled)))
+    ((status == 0 || bad > 0)) || fail "ctest ended with $status, although no test failed"
     passed=$((passed + total - bad - unrun)) failed=$((failed + bad)) skipped=$((skipped + unrun))
+}
+
+ctest_without_passed() {
+    ctest "$@" | { grep --line-buffered -vE '^ +Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test +#[0-9]+: .* Passed ' || true; }
 }
 
 # count_in REPORT ATTRIBUTE: of the report's one suite.
 count_in() {
     grep -m 1 -oP "\\b$2=\"\\K[0-9]+" "$1"
-}
-
-# Prints the coverage of each of the product's files, and each line that no test ran.
-print_coverage() {
-    local build=$PWD/build/coverage object objects=()
-    for object in "$build"/bin/tavi_check "$build"/tests/{unit_tests,program_tests} "$build"/lib/libTaviSDKWrapper.so; do
-        objects+=(-object "$object")
-    done
-    llvm-profdata merge -sparse "$profiles"/*.profraw -o "$profiles/all.profdata"
-    local what=(-instr-profile="$profiles/all.profdata" "$build/bin/cvtavi_test" "${objects[@]}" sdk telemetry recorder harness
-        check)
-    llvm-cov report "${what[@]}" -show-branch-summary -show-region-summary=false
-    say "coverage: lines that no test runs"
-    llvm-cov export "${what[@]}" -format=lcov -skip-expansions |
-        awk -F'[:,]' -v root="$PWD/" '
-            /^SF:/ { file = substr($0, 4); if (index(file, root) == 1) file = substr(file, length(root) + 1) }
-            /^DA:/ && $3 == 0 { print file ":" $2 }'
 }
 
 # wine_server OPTION: of the tests' prefix; /tmp as cmake/wine.sh has it.
@@ -109,7 +75,7 @@ keep_wine() {
         without_locks cmake/wine.sh "$CORVANE_WINEPREFIX" cmd /c exit </dev/null >/dev/null 2>&1 ||
         fail "Wine does not run a program: remove $CORVANE_WINEPREFIX, then run this again"
 }
-end_wine() {
+at_exit() {
     [[ -n "${CORVANE_WINEPREFIX:-}" ]] || return 0
     local folder
     folder=$(cat "$CORVANE_WINEPREFIX/wineserver" 2>/dev/null) || true
@@ -117,36 +83,31 @@ end_wine() {
     [[ "$folder" != wine-* ]] || rm -rf "/tmp/$folder" # in which Wine leaves its socket
     unset CORVANE_WINEPREFIX
 }
-at_exit() { end_wine; }
 
+# Prints the coverage of each of the product's files.
+print_coverage() {
+    local build=$PWD/build/coverage
+    llvm-profdata merge -sparse "$profiles"/*.profraw -o "$profiles/all.profdata"
+    llvm-cov report -instr-profile="$profiles/all.profdata" -show-branch-summary -show-region-summary=false \
+        "$build/bin/cvtavi_test" -object "$build/bin/tavi_check" -object "$build/tests/unit_tests" \
+        -object "$build/lib/libTaviSDKWrapper.so" sdk telemetry recorder harness check
+}
+
+profiles=$PWD/build/coverage/profiles
 rm -rf "$profiles"
 export LLVM_PROFILE_FILE=$profiles/%4m.profraw
 for preset in "${presets[@]}"; do
-    if [[ "$preset" == "$skipped_stage" ]]; then
-        step "$preset: skipped, its libraries cannot be built, see above"
-        step "$preset: skipped"
-        continue
-    fi
     step "$preset: configuring and building"
     SECONDS=0
     [[ "$preset" != windows ]] || keep_wine
-    configure --preset "$preset"
+    configure --preset "$preset" "-DCMAKE_COMPILE_WARNING_AS_ERROR=${CI:+ON}"
     compile --preset "$preset"
     step "$preset: built in $SECONDS s, testing"
-    run_tests "$preset" "$preset"
-    grep -hsoE '^[0-9]+ mutants, .*' "build/$preset/Testing/Temporary/LastTest.log" || true
-    end_wine
+    run_tests "$preset"
+    at_exit
     [[ "$preset" != coverage ]] || print_coverage
-    [[ "$preset" == release ]] || continue
-    if ((bad > 0)); then
-        step "CONTRIBUTING.md's walk-through: not done, for tests of release failed"
-    else
-        step "CONTRIBUTING.md's walk-through"
-        run_tests walk-through release --only walk-through -C WalkThrough
-    fi
 done
 
 ((skipped == 0)) || skipped_tests=", $skipped skipped"
-printf '%d passed, %d failed%s%s\n' "$passed" "$failed" "${skipped_tests-}" \
-    "${skipped_stage:+, all tests of $skipped_stage skipped}"
+printf '%d passed, %d failed%s\n' "$passed" "$failed" "${skipped_tests-}"
 ((failed == 0))

@@ -1,4 +1,5 @@
 # Steps of tests that build and run in a folder of their own, which the variable folder names.
+cmake_minimum_required(VERSION 3.25)
 
 get_filename_component(tools "${CMAKE_COMMAND}" DIRECTORY)
 file(READ "${SOURCE_DIR}/tests/data/good_run.txt" goodRun)
@@ -10,7 +11,7 @@ string(REPLACE "All tests passed" "${testsOfGoodCheck} passed, 0 failed" goodChe
 
 # run(<command>...): must succeed; its output is shown when it does not.
 function(run)
-    execute_process(COMMAND ${ARGV} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output ENCODING UTF-8)
     if(NOT status EQUAL 0)
         message(FATAL_ERROR "${ARGV}\n${output}\nended with ${status}")
     endif()
@@ -26,65 +27,22 @@ macro(run_program)
         RESULT_VARIABLE status
         OUTPUT_VARIABLE output
         ERROR_VARIABLE errors
+        ENCODING UTF-8
     )
     string(REPLACE "\r\n" "\n" output "${output}")
     string(REPLACE "\r\n" "\n" errors "${errors}")
 endmacro()
 
-# take_line(<variable of the line> <variable of the text>): moves the text's first line out of it.
-macro(take_line line text)
-    string(FIND "${${text}}" "\n" ${line}End)
-    if(${line}End EQUAL -1)
-        string(LENGTH "${${text}}" ${line}End)
-    endif()
-    string(SUBSTRING "${${text}}" 0 ${${line}End} ${line})
-    math(EXPR ${line}End "${${line}End} + 1")
-    string(LENGTH "${${text}}" length)
-    if(${line}End GREATER length)
-        set(${text} "")
-    else()
-        string(SUBSTRING "${${text}}" ${${line}End} -1 ${text})
-    endif()
-endmacro()
-
-# add_difference(<variable> <what> <expected text> <text>): the first line in which they differ, below the line above it. CMake
-# leaves lines as they are that begin with a blank.
-function(add_difference variable what expected found)
-    if(found STREQUAL expected)
-        return()
-    endif()
-    set(number 0)
-    set(expectedLine "")
-    set(foundLine "")
-    while(foundLine STREQUAL expectedLine)
-        if(NOT foundLine STREQUAL "")
-            set(above "   ${foundLine}\n")
-        endif()
-        math(EXPR number "${number} + 1")
-        if("${expected}${found}" STREQUAL "")
-            set(expectedLine "") # one of them lacks the last line end
-            set(foundLine "")
-            break()
-        endif()
-        take_line(expectedLine expected)
-        take_line(foundLine found)
-    endwhile()
-    string(APPEND ${variable} " line ${number} of ${what}, \"-\" is expected and \"+\" is there:\n"
-                              "${above} - ${expectedLine}\n + ${foundLine}\n"
-    )
-    set(${variable} "${${variable}}" PARENT_SCOPE)
-endfunction()
-
 # expect_run(<status> <output> <errors>): of the latest run_program().
 function(expect_run expectedStatus expectedOutput expectedErrors)
-    set(differences "")
     if(NOT status STREQUAL expectedStatus)
-        set(differences " exit status ${status}, not ${expectedStatus}\n")
+        message(FATAL_ERROR "The exit status is ${status}, not ${expectedStatus}:\n${errors}${output}")
     endif()
-    add_difference(differences "the output" "${expectedOutput}" "${output}")
-    add_difference(differences "the errors" "${expectedErrors}" "${errors}")
-    if(differences)
-        message(FATAL_ERROR "${differences}")
+    if(NOT errors STREQUAL expectedErrors)
+        message(FATAL_ERROR "On the error stream is\n${errors}\nand not\n${expectedErrors}")
+    endif()
+    if(NOT output STREQUAL expectedOutput)
+        message(FATAL_ERROR "The output is\n${output}\nand not\n${expectedOutput}")
     endif()
 endfunction()
 
@@ -93,4 +51,45 @@ endfunction()
 function(expect_output expected program)
     run_program(${ARGN} ${EMULATOR} "${program}${EXECUTABLE_SUFFIX}")
     expect_run(0 "${expected}" "")
+endfunction()
+
+# configure_fails(<text> <source folder> <option>...): configuring fails, with the text in its message.
+function(configure_fails text source)
+    file(REMOVE_RECURSE "${folder}/build")
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -S "${source}" -B "${folder}/build" ${CONFIGURE_OPTIONS} ${ARGN}
+        RESULT_VARIABLE status
+        OUTPUT_QUIET
+        ERROR_VARIABLE errors
+        ENCODING UTF-8
+    )
+    string(REGEX REPLACE "[ \n]+" " " errors "${errors}")
+    string(FIND "${errors}" "${text}" place)
+    if(status EQUAL 0 OR place EQUAL -1)
+        message(FATAL_ERROR "Configuring with ${ARGN} ended with ${status} and said:\n${errors}\nnot:\n${text}")
+    endif()
+endfunction()
+
+# install_to(<prefix> [<option>...]): what this build has made.
+function(install_to prefix)
+    run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${prefix}" ${ARGN})
+endfunction()
+
+# build_host(<source folder> <prefix> <build folder> [<option>...]): builds with the package in the prefix, so that programs in
+# the build folder, or in a folder of it, find the shared libraries when they run.
+function(build_host source prefix build)
+    # A relative path, for a comma in the absolute one would split the linker's option.
+    file(RELATIVE_PATH libraries "${build}" "${prefix}/lib")
+    run(
+        "${CMAKE_COMMAND}" -S "${source}" -B "${build}" ${CONFIGURE_OPTIONS}
+        "-DCorvaneTavi_DIR=${prefix}/lib/cmake/CorvaneTavi" -DCMAKE_BUILD_WITH_INSTALL_RPATH=ON
+        "-DCMAKE_INSTALL_RPATH=\$ORIGIN/${libraries}:\$ORIGIN/../${libraries}" ${ARGN}
+    )
+    run("${CMAKE_COMMAND}" --build "${build}" --config "${CONFIG}")
+    file(GLOB programs "${build}/*_host.exe" "${build}/*/host_test.exe" "${build}/*/*_host.exe")
+    file(GLOB libraries "${prefix}/bin/*.dll")
+    foreach(program IN LISTS programs)
+        get_filename_component(place "${program}" DIRECTORY)
+        file(COPY ${libraries} DESTINATION "${place}")
+    endforeach()
 endfunction()
