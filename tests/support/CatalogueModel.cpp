@@ -1,8 +1,8 @@
 #include "CatalogueModel.h"
 
-#include <functional>
 #include <stdexcept>
 
+#include <check/ReportingMethods.h>
 #include <harness/Catalogue.h>
 #include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
@@ -16,22 +16,22 @@ using nlohmann::json;
 namespace
 {
 
-// The catalogue is run in this process, where nothing is judged but the document's test.
+// Runs the catalogue in this process, where only the document's test is judged.
 std::vector<CatalogueTest> ReadCatalogue()
 {
+    const OutputCapture capture;
     TestResultList results;
     std::vector<json> payloads;
-    const auto record = [&payloads](const std::function<void()>& reports)
     {
-        const OutputCapture capture;
         const Corvane::PayloadRecorder recorder;
-        reports();
+        RunTests(results);
         for (std::size_t i = 0; i < recorder.Payloads().size(); ++i)
             payloads.push_back(json::parse(recorder.JsonText(i)));
-    };
-    record([&results] { RunTests(results); });
+    }
     // The last test registered a callback of its own. Its document is sent once more.
-    record([] { CorvaneTavi::Instance().StartTrackFileChange(L"fileName1"); });
+    const Corvane::PayloadRecorder recorder;
+    CorvaneTavi::Instance().StartTrackFileChange(L"fileName1");
+    payloads.push_back(json::parse(recorder.JsonText(0)));
 
     const std::vector<Corvane::ReportingMethod>& methods = Corvane::ReportingMethods();
     if (results.size() != methods.size())
@@ -40,7 +40,8 @@ std::vector<CatalogueTest> ReadCatalogue()
                                  " methods");
     std::vector<CatalogueTest> tests;
     for (std::size_t i = 0; i < methods.size(); ++i)
-        tests.push_back({methods[i].name, TitleOf(methods[i]), json::parse(Json(results[i].expected)),
+        tests.push_back({methods[i].name, "Testing " + Corvane::TestName(methods[i].name),
+                         json::parse(Json(results[i].expected)),
                          payloads.size() == methods.size() ? payloads[i] : json()});
     tests.back().isDocument = true;
     return tests;
@@ -80,12 +81,6 @@ bool DocumentMatches(const json& expected, const json& payload)
 
 } // namespace
 
-std::string TitleOf(const Corvane::ReportingMethod& method)
-{
-    const std::string prefix = "Track";
-    return "Testing " + method.name.substr(method.name.starts_with(prefix) ? prefix.size() : 0);
-}
-
 const std::vector<CatalogueTest>& TheCatalogue()
 {
     static const std::vector<CatalogueTest> tests = ReadCatalogue();
@@ -94,19 +89,9 @@ const std::vector<CatalogueTest>& TheCatalogue()
 
 std::string DifferencesOf(const CatalogueTest& test)
 {
-    json sent = json::object();
+    json sent;
     for (const auto& [key, expected] : test.expected.items())
-    {
-        if (test.payload.contains(key))
-            sent[key] = test.payload[key];
-        if (!test.isDocument || !sent[key].is_object())
-            continue;
-        for (const auto& [member, value] : test.payload[key].items())
-        {
-            if (!expected.contains(member))
-                sent[key].erase(member);
-        }
-    }
+        sent[key] = MemberOf(test.payload, key);
     return JsonDifferences(test.expected, sent);
 }
 
@@ -114,10 +99,9 @@ std::string ExpectedJudgement(const CatalogueTest& test, const json& payload)
 {
     if (payload.is_null())
     {
-        const std::string hint = test.isDocument ? "a failure to download a whitelist, or"
-                                                 : "a failure to download a whitelist, an expired whitelist, or";
-        return "Unexpectedly recieved null JSON.\nThis could indicate " + hint +
-               " a failure to have specified a waypoint or attribute in the uploaded whitelist.\n";
+        const std::string expiry = test.isDocument ? "" : " an expired whitelist,";
+        return "Unexpectedly recieved null JSON.\nThis could indicate a failure to download a whitelist," + expiry +
+               " or a failure to have specified a waypoint or attribute in the uploaded whitelist.\n";
     }
     if (test.isDocument)
         return DocumentMatches(test.expected, payload) ? "PASSED\n" : "FAILED\n";

@@ -1,7 +1,6 @@
 #include "Differences.h"
 
 #include <algorithm>
-#include <iterator>
 #include <sstream>
 
 #include <nlohmann/json.hpp>
@@ -16,40 +15,27 @@ constexpr std::size_t MostBytes = 120;
 
 using Lines = std::vector<std::string>;
 
-// What follows the last line end counts as a line too; it is usually empty.
 Lines LinesOf(const std::string& text)
 {
     Lines lines;
-    std::size_t begin = 0;
-    for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', begin))
-    {
-        lines.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    lines.push_back(text.substr(begin));
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    if (!text.empty() && !text.ends_with('\n'))
+        lines.back() += " (without a line end)";
     return lines;
 }
 
-bool IsInsideACharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-// At most MostBytes of the text, cut at the boundaries of characters, with carriage returns made visible.
+// At most MostBytes of the text from `begin` on, with carriage returns made visible.
 std::string Cut(const std::string& text, std::size_t begin = 0)
 {
-    std::size_t end = std::min(text.size(), begin + MostBytes);
-    while (begin > 0 && begin < end && IsInsideACharacter(text[begin]))
-        ++begin;
-    while (end > begin && end < text.size() && IsInsideACharacter(text[end]))
-        --end;
     std::string shown = begin > 0 ? "..." : "";
-    for (const char byte : text.substr(begin, end - begin))
+    for (const char byte : text.substr(begin, MostBytes))
         shown += byte == '\r' ? std::string("\\r") : std::string(1, byte);
-    return shown + (end < text.size() ? "..." : "");
+    return shown + (begin + MostBytes < text.size() ? "..." : "");
 }
 
-// Where to begin showing two lines: at 0, or shortly before their first difference when that is far to the right.
+// Shortly before the first difference if that is far to the right.
 std::size_t StartOfTheCut(const std::string& expected, const std::string& actual)
 {
     const auto [in, other] = std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
@@ -57,37 +43,10 @@ std::size_t StartOfTheCut(const std::string& expected, const std::string& actual
     return column > MostBytes / 2 ? column - MostBytes / 4 : 0;
 }
 
-std::string MarkedLines(const std::string& mark, Lines::const_iterator begin, Lines::const_iterator end,
-                        std::size_t startOfTheFirst)
+std::string Member(const json& value, const json::json_pointer& place)
 {
-    std::string text;
-    std::size_t start = startOfTheFirst;
-    for (std::size_t shown = 0; begin != end && shown < MostItems; ++begin, ++shown, start = 0)
-        text += "\n" + mark + " " + Cut(*begin, start);
-    return text;
-}
-
-std::string ShownValue(const json* value)
-{
-    return value != nullptr ? Cut(value->dump(-1, ' ', false, json::error_handler_t::replace)) : "nothing";
-}
-
-// A null pointer: there is no such member.
-void AddDifferences(std::vector<std::string>& differences, const json::json_pointer& place, const json* expected,
-                    const json* sent)
-{
-    if (expected == nullptr || sent == nullptr || !expected->is_object() || !sent->is_object())
-    {
-        if (expected == nullptr || sent == nullptr || *expected != *sent)
-            differences.push_back(place.to_string() + ": expected " + ShownValue(expected) + ", sent " +
-                                  ShownValue(sent));
-        return;
-    }
-    json members = *expected;
-    members.update(*sent);
-    for (const auto& [key, value] : members.items())
-        AddDifferences(differences, place / key, expected->contains(key) ? &expected->at(key) : nullptr,
-                       sent->contains(key) ? &sent->at(key) : nullptr);
+    return value.contains(place) ? Cut(value.at(place).dump(-1, ' ', false, json::error_handler_t::replace))
+                                 : "nothing";
 }
 
 } // namespace
@@ -100,32 +59,21 @@ std::string TextDifference(const std::string& expected, const std::string& actua
     const Lines actualLines = LinesOf(actual);
     const auto [begin, actualBegin] =
         std::mismatch(expectedLines.begin(), expectedLines.end(), actualLines.begin(), actualLines.end());
-
-    // Ends where the texts are equal again: before their common last lines, or earlier when no line was added or
-    // removed.
-    auto end = expectedLines.end();
-    auto actualEnd = actualLines.end();
-    while (end != begin && actualEnd != actualBegin && *std::prev(end) == *std::prev(actualEnd))
-    {
-        --end;
-        --actualEnd;
-    }
-    if (end - begin == actualEnd - actualBegin)
-    {
-        const auto [equal, actualEqual] = std::mismatch(begin, end, actualBegin, std::not_equal_to<>());
-        end = equal;
-        actualEnd = actualEqual;
-    }
-
-    const bool bothHaveLines = begin != end && actualBegin != actualEnd;
-    const std::size_t start = bothHaveLines ? StartOfTheCut(*begin, *actualBegin) : 0;
     std::string text =
         "line " + std::to_string(begin - expectedLines.begin() + 1) + R"(, "-" is expected and "+" is there:)";
-    const auto above = std::find_if(std::make_reverse_iterator(begin), expectedLines.rend(),
-                                    [](const std::string& line) { return !line.empty(); });
-    if (above != expectedLines.rend())
-        text += "\n  " + Cut(*above);
-    return text + MarkedLines("-", begin, end, start) + MarkedLines("+", actualBegin, actualEnd, start);
+    if (begin != expectedLines.begin())
+        text += "\n  " + Cut(*std::prev(begin));
+
+    const bool bothGoOn = begin != expectedLines.end() && actualBegin != actualLines.end();
+    const std::size_t start = bothGoOn ? StartOfTheCut(*begin, *actualBegin) : 0;
+    const auto show = [&text, start](const char* mark, auto line, auto end)
+    {
+        for (std::size_t shown = 0; line != end && shown < MostItems; ++line, ++shown)
+            text += mark + Cut(*line, shown == 0 ? start : 0);
+    };
+    show("\n- ", begin, expectedLines.end());
+    show("\n+ ", actualBegin, actualLines.end());
+    return text;
 }
 
 testing::AssertionResult IsText(const char* actualExpression, const char*, const std::string& actual,
@@ -138,8 +86,13 @@ testing::AssertionResult IsText(const char* actualExpression, const char*, const
 
 std::string JsonDifferences(const json& expected, const json& sent)
 {
-    std::vector<std::string> differences;
-    AddDifferences(differences, json::json_pointer(), &expected, &sent);
+    Lines differences;
+    for (const json& change : json::diff(expected, sent))
+    {
+        const json::json_pointer place(change["path"].get<std::string>());
+        differences.push_back(place.to_string() + ": expected " + Member(expected, place) + ", sent " +
+                              Member(sent, place));
+    }
     return FirstFew(differences);
 }
 

@@ -1,4 +1,4 @@
-// What differs between an expected and an actual text or value, said in a few lines.
+// What differs between an expected and an actual text or value, in a few lines.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 // The first place where two texts of many lines differ: its number, the line above it, and up to three lines of either
-// text. Long lines are cut. Empty when the texts are equal.
+// text. Long lines are cut. Empty if the texts are equal.
 std::string TextDifference(const std::string& expected, const std::string& actual);
 
 // For EXPECT_PRED_FORMAT2(IsText, actual, expected): fails with the difference and without the whole texts.
@@ -16,7 +16,7 @@ testing::AssertionResult IsText(const char* actualExpression, const char* expect
                                 const std::string& expected);
 
 // The members in which two values differ, by their JSON pointers, a line each: the first three, and how many more there
-// are. Empty when the values are equal.
+// are. Empty if the values are equal.
 std::string JsonDifferences(const nlohmann::json& expected, const nlohmann::json& sent);
 
 // For EXPECT_PRED_FORMAT2(IsJson, sent, expected): fails with the differences and without the whole values.
