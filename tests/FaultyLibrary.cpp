@@ -17,7 +17,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -25,7 +24,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include "support/Text.h"
+#include "support/JsonConversion.h"
 
 using nlohmann::json;
 
@@ -37,52 +36,11 @@ namespace
 
 using Callback = int (*)(const JsonValue& payload, void* context, JsonValue& reply);
 
-json FromValue(const JsonValue& value)
-{
-    return json::parse(Json(value));
-}
-
-JsonValue ToValue(const json& source)
-{
-    JsonValue value;
-    if (source.is_boolean())
-    {
-        value = JsonValue(source.get<bool>());
-    }
-    else if (source.is_number_integer())
-    {
-        value = JsonValue(source.get<long long>());
-    }
-    else if (source.is_string())
-    {
-        value.SetString(source.get<std::string>().c_str());
-    }
-    else if (source.is_object())
-    {
-        value[Key("")] = JsonValue(); // even without members it is an object
-        value.RemoveKey(Key(""));
-        for (const auto& [key, member] : source.items())
-            value[Key(key.c_str())] = ToValue(member);
-    }
-    else if (source.is_array())
-    {
-        JsonValue keys;
-        for (const json& element : source)
-            keys[Key(element.get<std::string>().c_str())] = JsonValue();
-        value = keys.GetKeyList();
-    }
-    else if (!source.is_null())
-    {
-        throw std::invalid_argument("the library has no value like " + source.dump());
-    }
-    return value;
-}
-
-std::vector<JsonValue> ToValues(const json& sources)
+std::vector<JsonValue> ValuesOf(const json& sources)
 {
     std::vector<JsonValue> values;
     for (const json& source : sources)
-        values.push_back(ToValue(source));
+        values.push_back(ValueOf(source));
     return values;
 }
 
@@ -158,7 +116,7 @@ int StatusOf(const json& answer)
 int Initialize(const Facet::Product& product, TaviString& hostProduct)
 {
     JsonValue description = product.Build(JsonValue());
-    const json answer = TheFaults().Answer("Initialize", {{"product", FromValue(description)}});
+    const json answer = TheFaults().Answer("Initialize", {{"product", JsonOf(description)}});
     TheFaults().productDescription = description;
     hostProduct.SetString(answer.value("hostProduct", "faulty-host-product").c_str());
     return StatusOf(answer);
@@ -174,14 +132,14 @@ int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const Jso
     Faults& faults = TheFaults();
     JsonValue payload = core.Build(faults.productDescription);
     const json answer = faults.Answer("TrackEvent", {{"hostProduct", Text(hostProduct)},
-                                                     {"extra", extra != nullptr ? FromValue(*extra) : json()},
-                                                     {"payload", FromValue(payload)}});
+                                                     {"extra", extra != nullptr ? JsonOf(*extra) : json()},
+                                                     {"payload", JsonOf(payload)}});
     if (answer.contains("payload"))
-        payload = ToValue(answer["payload"]);
+        payload = ValueOf(answer["payload"]);
     if (answer.contains("patch"))
-        payload = ToValue(FromValue(payload).patch(answer["patch"]));
+        payload = ValueOf(JsonOf(payload).patch(answer["patch"]));
     if (answer.contains("payloads"))
-        faults.HandOver(ToValues(answer["payloads"]));
+        faults.HandOver(ValuesOf(answer["payloads"]));
     else
         faults.HandOver(std::vector<JsonValue>(answer.value("callbacks", std::size_t{1}), payload));
     return StatusOf(answer);
@@ -195,7 +153,7 @@ int IsOptedIn(JsonValue* details)
 int SetTestingFlags(const TaviString& productKey, const JsonValue& flags)
 {
     return StatusOf(
-        TheFaults().Answer("SetTestingFlags", {{"productKey", Text(productKey)}, {"flags", FromValue(flags)}}));
+        TheFaults().Answer("SetTestingFlags", {{"productKey", Text(productKey)}, {"flags", JsonOf(flags)}}));
 }
 
 int SetTestingCallback(const TaviString& productKey, Callback callback, void* context)
@@ -206,8 +164,8 @@ int SetTestingCallback(const TaviString& productKey, Callback callback, void* co
     {
         faults.callback = callback;
         faults.callbackContext = context;
-        faults.HandOver(ToValues(answer.value("payloads", json::array())));
-        faults.atExit = ToValues(answer.value("atExit", json::array()));
+        faults.HandOver(ValuesOf(answer.value("payloads", json::array())));
+        faults.atExit = ValuesOf(answer.value("atExit", json::array()));
     }
     return StatusOf(answer);
 }

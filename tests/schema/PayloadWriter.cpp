@@ -31,15 +31,12 @@ void WriteCatalogue()
 {
     for (const CatalogueTest& test : TheCatalogue())
         std::cout << json{{"kind", "catalogue"}, {"event", test.method}, {"payload", test.payload}} << '\n';
-    for (const std::vector<Mutant>& mutants : {MutantsOfExpectations(), FurtherMutants()})
-    {
-        for (const Mutant& mutant : mutants)
-            std::cout << json{{"kind", "mutant"},
-                              {"event", TheCatalogue()[mutant.test].method},
-                              {"what", mutant.what},
-                              {"payload", mutant.payload}}
-                      << '\n';
-    }
+    for (const Mutant& mutant : Mutants())
+        std::cout << json{{"kind", "mutant"},
+                          {"event", TheCatalogue()[mutant.test].method},
+                          {"what", mutant.what},
+                          {"payload", mutant.payload}}
+                  << '\n';
 }
 
 // The payloads' texts are the library's.
