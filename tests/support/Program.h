@@ -1,4 +1,4 @@
-// Runs other programs and keeps what they print.
+// Runs other programs and returns what they print.
 #pragma once
 
 #include <filesystem>
@@ -15,7 +15,7 @@ enum class OutputTo
     File,
     Pipe,
     Terminal,   // a terminal or console: the outcome is what it shows
-    SlowReader, // a non-blocking pipe with little room, read bit by bit
+    SlowReader, // a non-blocking pipe of small capacity, read bit by bit
     Nothing,    // standard output is closed from the start
     ReaderGone, // a pipe that nobody reads any more
     FullDisk,   // on Linux only
@@ -28,27 +28,24 @@ struct Command
     std::map<std::string, std::string> environment = {}; // in addition to this process's own
     std::filesystem::path workingFolder = {};            // empty: this process's own
     OutputTo output = OutputTo::File;
-    bool keepsLineEnds = false; // else they are "\n" in the outcome, whatever the system's own are
+    bool keepsLineEnds = false; // otherwise they are "\n" in the outcome, whatever the system's own are
 };
 
 struct Outcome
 {
-    int status; // on Linux 128 + signal number when a signal ended it
+    int status; // on Linux 128 + signal number if a signal ended it, 127 if it could not be started
     std::string output;
     std::string errors;
 };
 
-// Waits for the program to end. Throws std::runtime_error when it cannot be started.
+// Waits for the program to end. Its standard input is empty.
 Outcome RunProgram(const Command& command);
 
-// Whether there is OutputTo::Terminal. A test that needs it is skipped where there is none, with this sentence.
+// Whether there is OutputTo::Terminal. A test that needs it is skipped where there is none, with this message.
 bool HasTerminals();
 inline const char* const WithoutTerminals = "no pseudo-terminal can be opened here, so that nothing is run in one";
 
 std::string ReadFile(const std::filesystem::path& file);
-
-// Relative names of folders that are hard to handle, as far as this system can start a program from them.
-std::vector<std::filesystem::path> OddFolders();
 
 // Outputs that cannot be written, as far as the system has them, each with the system's error.
 std::map<OutputTo, int> BrokenOutputs();
@@ -56,7 +53,7 @@ std::map<OutputTo, int> BrokenOutputs();
 // What the program prints when every test passes.
 const std::string& GoodRun();
 
-// A copy of the built test program in a folder of its own, laid out as installed, on either telemetry library.
+// A copy of the built test program in its own folder, laid out as installed, on either telemetry library.
 class ProgramCopy
 {
 public:
@@ -73,18 +70,18 @@ public:
     std::filesystem::path ProductFile() const { return executable.parent_path() / "UPI" / "upiconfig.xml"; }
     const TemporaryFolder& Folder() const { return temporary; }
 
-    // The faulty library follows `script` and writes its calls to LogFile(), one JSON text a line.
+    // The faulty library follows `script` and writes its calls to LogFile(), a JSON text a line.
     Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
     std::filesystem::path LogFile() const { return temporary.Path() / "calls.log"; }
 
-    // The same of another program in the same folder.
+    // Runs another program in the same folder in the same way.
     Outcome Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                 const std::string& script, OutputTo output) const;
 
     // The calls of the latest run in order, or those of one function.
     std::vector<nlohmann::json> Calls(const std::string& function = "") const;
 
-    // The product that the program described to the library in the latest run; null when it never did.
+    // The product that the program described to the library in the latest run; null if it did not.
     nlohmann::json ReportedProduct() const;
 
 private:

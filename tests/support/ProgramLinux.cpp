@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <pty.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -10,124 +9,108 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstring>
+#include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 
 namespace
 {
 
-class Descriptor
-{
-public:
-    explicit Descriptor(int opened = -1) : number(opened) {}
-    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept
-    {
-        std::swap(number, other.number);
-        return *this;
-    }
-    ~Descriptor() { Close(); }
-
-    int Number() const { return number; }
-
-    void Close()
-    {
-        if (number >= 0)
-            close(std::exchange(number, -1));
-    }
-
-private:
-    int number;
-};
+constexpr int SmallCapacity = 4096;
 
 struct Channel
 {
-    Descriptor reader; // where there is something to read before the program ends
-    Descriptor writer;
+    int reader = -1; // of what is read while the program runs
+    int writer = -1;
 };
 
-constexpr int SlowReadersRoom = 4096;
-
-bool OpenTerminal(int (&ends)[2])
+bool OpenTerminal(Channel& channel)
 {
     termios raw{};
     cfmakeraw(&raw);
-    return openpty(&ends[0], &ends[1], nullptr, &raw, nullptr) == 0;
+    return openpty(&channel.reader, &channel.writer, nullptr, &raw, nullptr) == 0;
+}
+
+int OpenForWriting(const std::filesystem::path& file)
+{
+    return open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
 }
 
 Channel OpenChannel(OutputTo output, const std::filesystem::path& file)
 {
-    int ends[2] = {-1, -1};
     switch (output)
     {
     case OutputTo::File:
-        ends[1] = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-        break;
+        return {-1, OpenForWriting(file)};
+    case OutputTo::FullDisk:
+        return {-1, open("/dev/full", O_WRONLY | O_CLOEXEC)};
+    case OutputTo::Nothing:
+        return {};
+    case OutputTo::Terminal:
+        if (Channel channel; OpenTerminal(channel))
+            return channel;
+        throw std::runtime_error("cannot open a terminal");
     case OutputTo::Pipe:
     case OutputTo::SlowReader:
     case OutputTo::ReaderGone:
-        if (pipe2(ends, O_CLOEXEC) != 0)
-            throw std::runtime_error("cannot make a pipe");
-        break;
-    case OutputTo::Terminal:
-        if (!OpenTerminal(ends))
-            throw std::runtime_error("cannot open a terminal");
-        break;
-    case OutputTo::Nothing:
-        break;
-    case OutputTo::FullDisk:
-        ends[1] = open("/dev/full", O_WRONLY | O_CLOEXEC);
         break;
     }
-    Channel channel{Descriptor(ends[0]), Descriptor(ends[1])};
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("cannot make a pipe");
     if (output == OutputTo::SlowReader &&
-        (fcntl(ends[1], F_SETPIPE_SZ, SlowReadersRoom) < 0 || fcntl(ends[1], F_SETFL, O_NONBLOCK) != 0))
+        (fcntl(ends[1], F_SETPIPE_SZ, SmallCapacity) < 0 || fcntl(ends[1], F_SETFL, O_NONBLOCK) != 0))
         throw std::runtime_error("cannot make a pipe that does not wait");
     if (output == OutputTo::ReaderGone)
-        channel.reader.Close();
-    return channel;
+        close(std::exchange(ends[0], -1));
+    return {ends[0], ends[1]};
 }
 
-std::string ReadAll(const Descriptor& reader, std::chrono::milliseconds pause)
+// In the new process.
+[[noreturn]] void Become(const Command& command, int output, int errors)
+{
+    dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    if (output >= 0)
+        dup2(output, STDOUT_FILENO);
+    else
+        close(STDOUT_FILENO);
+    dup2(errors, STDERR_FILENO);
+
+    for (const auto& [name, value] : command.environment)
+        setenv(name.c_str(), value.c_str(), 1);
+    std::vector<char*> arguments{const_cast<char*>(command.program.c_str())};
+    for (const std::string& argument : command.arguments)
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+    if (command.workingFolder.empty() || chdir(command.workingFolder.c_str()) == 0)
+        execvp(arguments.front(), arguments.data());
+    std::perror(command.program.c_str());
+    std::_Exit(127);
+}
+
+std::string ReadAll(int reader, std::chrono::milliseconds pause)
 {
     std::string text;
-    std::array<char, SlowReadersRoom> buffer;
+    std::array<char, SmallCapacity> buffer;
     for (;;)
     {
         std::this_thread::sleep_for(pause);
-        const ssize_t count = read(reader.Number(), buffer.data(), buffer.size());
-        if (count > 0)
-            text.append(buffer.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR) // a terminal ends with an error
+        const ssize_t count = read(reader, buffer.data(), buffer.size());
+        if (count <= 0) // a terminal ends with an error
             return text;
+        text.append(buffer.data(), static_cast<std::size_t>(count));
     }
-}
-
-std::vector<char*> Pointers(std::vector<std::string>& strings)
-{
-    std::vector<char*> pointers;
-    for (std::string& string : strings)
-        pointers.push_back(string.data());
-    pointers.push_back(nullptr);
-    return pointers;
 }
 
 } // namespace
 
-std::vector<std::filesystem::path> OddFolders()
-{
-    return {"not\xFCutf8",
-            std::filesystem::path(std::string(200, 'l')) / std::string(200, 'o') / std::string(200, 'n')};
-}
-
 bool HasTerminals()
 {
-    int ends[2] = {-1, -1};
-    const bool opened = OpenTerminal(ends);
-    const Descriptor master(ends[0]);
-    const Descriptor terminal(ends[1]);
+    Channel channel;
+    const bool opened = OpenTerminal(channel);
+    close(channel.reader);
+    close(channel.writer);
     return opened;
 }
 
@@ -139,48 +122,23 @@ std::map<OutputTo, int> BrokenOutputs()
 Outcome RunProgram(const Command& command)
 {
     const TemporaryFolder folder;
-    const std::filesystem::path outputFile = folder.Path() / "output";
-    Channel output = OpenChannel(command.output, outputFile);
-    Channel errors = OpenChannel(OutputTo::File, folder.Path() / "errors");
+    const Channel output = OpenChannel(command.output, folder.Path() / "output");
+    const int errors = OpenForWriting(folder.Path() / "errors");
+    const pid_t child = fork();
+    if (child < 0)
+        throw std::runtime_error("cannot start a process");
+    if (child == 0)
+        Become(command, output.writer, errors);
 
-    std::vector<std::string> arguments{command.program.string()};
-    arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
-    std::vector<std::string> environment;
-    for (char** variable = environ; *variable != nullptr; ++variable)
-    {
-        const std::string text(*variable);
-        if (!command.environment.contains(text.substr(0, text.find('='))))
-            environment.push_back(text);
-    }
-    for (const auto& [name, value] : command.environment)
-        environment.push_back(name + "=" + value);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    if (command.output == OutputTo::Nothing)
-        posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);
-    else
-        posix_spawn_file_actions_adddup2(&actions, output.writer.Number(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, errors.writer.Number(), STDERR_FILENO);
-    if (!command.workingFolder.empty())
-        posix_spawn_file_actions_addchdir_np(&actions, command.workingFolder.c_str());
-    pid_t child = 0;
-    const int error = posix_spawnp(&child, arguments.front().c_str(), &actions, nullptr, Pointers(arguments).data(),
-                                   Pointers(environment).data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        throw std::runtime_error("cannot start " + arguments.front() + ": " + std::strerror(error));
-
-    output.writer.Close();
+    close(output.writer);
+    close(errors);
     std::string text;
-    if (output.reader.Number() >= 0)
+    if (output.reader >= 0)
         text = ReadAll(output.reader, std::chrono::milliseconds(command.output == OutputTo::SlowReader ? 2 : 0));
+    close(output.reader);
     int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR)
-    {
-    }
+    waitpid(child, &status, 0);
     if (command.output == OutputTo::File)
-        text = ReadFile(outputFile);
+        text = ReadFile(folder.Path() / "output");
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), text, ReadFile(folder.Path() / "errors")};
 }
