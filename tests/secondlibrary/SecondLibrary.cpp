@@ -1,17 +1,14 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <array>
-#include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <memory>
-#include <new>
 #include <string>
-#include <string_view>
-#include <type_traits>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace Veltrane::TaviDesktopSDK
@@ -20,15 +17,10 @@ namespace Veltrane::TaviDesktopSDK
 namespace
 {
 
-bool EmptyIsNoText()
-{
-    static const bool isSet = std::getenv("SECOND_LIBRARY_EMPTY_IS_NO_TEXT") != nullptr;
-    return isSet;
-}
-
 bool IsNoText(const char* text)
 {
-    return text == nullptr || (*text == '\0' && EmptyIsNoText());
+    static const bool emptyIsNoText = std::getenv("SECOND_LIBRARY_EMPTY_IS_NO_TEXT") != nullptr;
+    return text == nullptr || (*text == '\0' && emptyIsNoText);
 }
 
 std::string TextIn(const TaviString& text)
@@ -43,76 +35,26 @@ TaviString TextOf(const std::string& text)
     return result;
 }
 
-constexpr char32_t Replacement = 0xFFFD;
-
-bool IsBetween(char32_t character, char32_t first, char32_t last)
-{
-    return character >= first && character <= last;
-}
-
-// The character at `at` of the null-terminated `wide`; moves `at` beyond it.
-char32_t NextWide(const wchar_t*& at)
-{
-    const auto unit = [](wchar_t character) { return char32_t{static_cast<std::make_unsigned_t<wchar_t>>(character)}; };
-    const char32_t first = unit(*at++);
-    if (IsBetween(first, 0xD800, 0xDBFF) && IsBetween(unit(*at), 0xDC00, 0xDFFF))
-        return 0x10000 + ((first - 0xD800) << 10) + (unit(*at++) - 0xDC00);
-    return IsBetween(first, 0xD800, 0xDFFF) || first > 0x10FFFF ? Replacement : first;
-}
-
+// The standard library converts paths between these encodings. Ill-formed text becomes "?".
 std::string Utf8Of(const wchar_t* wide)
+try
 {
-    std::string text;
-    while (*wide != L'\0')
-    {
-        const char32_t character = NextWide(wide);
-        const int trailing = character < 0x80 ? 0 : character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-        constexpr std::array<char32_t, 4> leads = {0x00, 0xC0, 0xE0, 0xF0};
-        text += static_cast<char>(leads[static_cast<std::size_t>(trailing)] | character >> (6 * trailing));
-        for (int i = trailing - 1; i >= 0; --i)
-            text += static_cast<char>(0x80 | (character >> (6 * i) & 0x3F));
-    }
-    return text;
+    const std::u8string text = std::filesystem::path(wide).u8string();
+    return {text.begin(), text.end()};
+}
+catch (const std::exception&)
+{
+    return "?";
 }
 
-// The character at `at` of the null-terminated `text`; moves `at` beyond it, or by one byte where it is ill-formed.
-char32_t NextUtf8(const char*& at)
+std::wstring WideOf(const std::string& text)
+try
 {
-    const auto byte = [bytes = at](int i) { return char32_t{static_cast<unsigned char>(bytes[i])}; };
-    const char32_t lead = byte(0);
-    ++at;
-    if (lead < 0x80)
-        return lead;
-    const int trailing = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-    char32_t character = lead & (0x3FU >> trailing);
-    for (int i = 1; i <= trailing; ++i)
-    {
-        if (!IsBetween(byte(i), 0x80, 0xBF))
-            return Replacement;
-        character = character << 6 | (byte(i) & 0x3F);
-    }
-    const char32_t least = trailing == 1 ? 0x80 : trailing == 2 ? 0x800 : 0x10000;
-    if (!IsBetween(lead, 0xC2, 0xF4) || !IsBetween(character, least, 0x10FFFF) || IsBetween(character, 0xD800, 0xDFFF))
-        return Replacement;
-    at += trailing;
-    return character;
+    return std::filesystem::path(std::u8string(text.begin(), text.end())).wstring();
 }
-
-std::wstring WideOf(const char* text)
+catch (const std::exception&)
 {
-    std::wstring wide;
-    while (*text != '\0')
-    {
-        char32_t character = NextUtf8(text);
-        if (sizeof(wchar_t) == 2 && character >= 0x10000)
-        {
-            character -= 0x10000;
-            wide += static_cast<wchar_t>(0xD800 + (character >> 10));
-            character = 0xDC00 + (character & 0x3FF);
-        }
-        wide += static_cast<wchar_t>(character);
-    }
-    return wide;
+    return L"?";
 }
 
 } // namespace
@@ -123,14 +65,9 @@ struct TaviString::Content
     std::wstring wide;
 };
 
-TaviString::TaviString() noexcept : content(nullptr) {}
-
 TaviString::TaviString(double value) : content(nullptr)
 {
-    std::array<char, 512> digits{}; // the largest number has 309 before the point
-    const char* const end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, 6).ptr;
-    std::string text(static_cast<const char*>(digits.data()), end);
+    std::string text = std::to_string(value);
     if (text.find('.') != std::string::npos)
         text.erase(text.find_last_not_of('0') + 1);
     if (text.back() == '.')
@@ -141,11 +78,6 @@ TaviString::TaviString(double value) : content(nullptr)
 TaviString::TaviString(const TaviString& other)
     : content(other.content != nullptr ? new Content(*other.content) : nullptr)
 {
-}
-
-TaviString::~TaviString()
-{
-    delete content;
 }
 
 TaviString& TaviString::operator=(const TaviString& other)
@@ -199,84 +131,86 @@ bool operator<(const TaviString& left, const TaviString& right)
 
 struct JsonValue::Node
 {
-    using Array = std::vector<JsonValue>;
-    using Object = std::map<std::string, JsonValue>;
-
-    std::variant<bool, long long, std::string, Array, Object> content;
-
-    // A null pointer when `value` is of another kind.
-    template <typename Kind>
-    static Kind* In(const JsonValue& value)
+    enum class Kind
     {
-        return value.node != nullptr ? std::get_if<Kind>(&value.node->content) : nullptr;
+        Boolean,
+        Integer,
+        Text,
+        Array,
+        Object,
+    };
+
+    Kind kind;
+    long long integer = 0; // of a boolean 0 or 1
+    std::string text = {};
+    std::vector<JsonValue> elements = {};
+    std::map<std::string, JsonValue> members = {};
+
+    static bool Is(Kind kind, const JsonValue& value) { return value.node != nullptr && value.node->kind == kind; }
+
+    static JsonValue Of(Node content)
+    {
+        JsonValue value;
+        value.node = new Node(std::move(content));
+        return value;
     }
 
     // Moves all members to new memory, so that a reference that is no longer valid refers to freed memory.
-    static void Renew(Object& object)
-    {
-        Object copy(object);
-        object.swap(copy);
-    }
+    void Renew() { members = std::map<std::string, JsonValue>(members); }
 
     // The same text for equal values, and for no others.
-    static std::string JsonText(const JsonValue& value);
+    std::string JsonText() const;
+    static std::string JsonText(const JsonValue& value)
+    {
+        return value.node != nullptr ? value.node->JsonText() : "null";
+    }
 };
 
 namespace
 {
+
+const JsonValue& NullValue()
+{
+    static const JsonValue& null = *new JsonValue; // never destroyed, as the library's state below
+    return null;
+}
 
 std::string Quoted(const std::string& text)
 {
     std::string quoted = "\"";
     for (const char byte : text)
     {
-        constexpr std::string_view digits = "0123456789abcdef";
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x20)
-        {
-            quoted += "\\u00";
-            quoted += digits[code / 16U];
-            quoted += digits[code % 16U];
-            continue;
-        }
+        std::array<char, 8> escaped{byte};
         if (byte == '"' || byte == '\\')
-            quoted += '\\';
-        quoted += byte;
+            escaped = {'\\', byte};
+        else if (static_cast<unsigned char>(byte) < 0x20)
+            std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{static_cast<unsigned char>(byte)});
+        quoted += escaped.data();
     }
     return quoted + '"';
 }
 
 } // namespace
 
-std::string JsonValue::Node::JsonText(const JsonValue& value)
+std::string JsonValue::Node::JsonText() const
 {
-    if (const bool* const boolean = In<bool>(value))
-        return *boolean ? "true" : "false";
-    if (const long long* const integer = In<long long>(value))
-        return std::to_string(*integer);
-    if (const std::string* const text = In<std::string>(value))
-        return Quoted(*text);
+    if (kind == Kind::Boolean)
+        return integer != 0 ? "true" : "false";
+    if (kind == Kind::Integer)
+        return std::to_string(integer);
+    if (kind == Kind::Text)
+        return Quoted(text);
     std::string list;
-    if (const Object* const object = In<Object>(value))
-    {
-        for (const auto& [key, member] : *object)
-            list += (list.empty() ? "" : ",\n") + Quoted(key) + ": " + JsonText(member);
-        return "{" + list + "}";
-    }
-    if (const Array* const array = In<Array>(value))
-    {
-        for (const JsonValue& element : *array)
-            list += (list.empty() ? "" : ", ") + JsonText(element);
-        return "[" + list + "]";
-    }
-    return "null";
+    for (const auto& [key, member] : members)
+        list += (list.empty() ? "" : ",\n") + Quoted(key) + ": " + JsonText(member);
+    for (const JsonValue& element : elements)
+        list += (list.empty() ? "" : ", ") + JsonText(element);
+    return kind == Kind::Object ? "{" + list + "}" : "[" + list + "]";
 }
 
-JsonValue::JsonValue() noexcept : node(nullptr) {}
+JsonValue::JsonValue(bool value) : node(new Node{Node::Kind::Boolean, value ? 1 : 0}) {}
 
-JsonValue::JsonValue(bool value) : node(new Node{value}) {}
-
-JsonValue::JsonValue(long long value) : node(new Node{value}) {}
+JsonValue::JsonValue(long long value) : node(new Node{Node::Kind::Integer, value}) {}
 
 JsonValue::JsonValue(const JsonValue& other) : node(other.node != nullptr ? new Node(*other.node) : nullptr) {}
 
@@ -299,63 +233,44 @@ JsonValue& JsonValue::operator=(JsonValue&& other) noexcept
 
 void JsonValue::SetString(const char* text)
 {
-    Node* const next = IsNoText(text) ? nullptr : new Node{std::string(text)};
-    delete std::exchange(node, next);
+    *this = IsNoText(text) ? JsonValue() : Node::Of({Node::Kind::Text, 0, text});
 }
-
-namespace
-{
-
-const JsonValue& NullValue()
-{
-    static const JsonValue& null = *new JsonValue; // never destroyed, as the library's state below
-    return null;
-}
-
-} // namespace
 
 JsonValue& JsonValue::operator[](const TaviString& key)
 {
-    if (Node::In<Node::Object>(*this) == nullptr)
-        delete std::exchange(node, new Node{Node::Object()});
-    Node::Object& object = *Node::In<Node::Object>(*this);
-    if (object.try_emplace(TextIn(key)).second)
-        Node::Renew(object);
-    return object.at(TextIn(key));
+    if (!Node::Is(Node::Kind::Object, *this))
+        *this = Node::Of({Node::Kind::Object});
+    if (node->members.try_emplace(TextIn(key)).second)
+        node->Renew();
+    return node->members.at(TextIn(key));
 }
 
 const JsonValue& JsonValue::operator[](const TaviString& key) const
 {
-    const Node::Object* const object = Node::In<Node::Object>(*this);
-    return object != nullptr && object->contains(TextIn(key)) ? object->at(TextIn(key)) : NullValue();
+    const bool isThere = node != nullptr && node->members.contains(TextIn(key));
+    return isThere ? node->members.at(TextIn(key)) : NullValue();
 }
 
 const JsonValue& JsonValue::operator[](int index) const
 {
-    const Node::Array* const array = Node::In<Node::Array>(*this);
-    const bool isThere = array != nullptr && index >= 0 && index < GetCount();
-    return isThere ? (*array)[static_cast<std::size_t>(index)] : NullValue();
+    const bool isThere = Node::Is(Node::Kind::Array, *this) && index >= 0 && index < GetCount();
+    return isThere ? node->elements[static_cast<std::size_t>(index)] : NullValue();
 }
 
 int JsonValue::GetCount() const
 {
-    if (const Node::Object* const object = Node::In<Node::Object>(*this))
-        return static_cast<int>(object->size());
-    const Node::Array* const array = Node::In<Node::Array>(*this);
-    return array != nullptr ? static_cast<int>(array->size()) : 0;
+    return node != nullptr ? static_cast<int>(node->members.size() + node->elements.size()) : 0;
 }
 
 JsonValue JsonValue::GetKeyList() const
 {
-    Node::Array keys;
-    if (const Node::Object* const object = Node::In<Node::Object>(*this))
+    Node list{Node::Kind::Array};
+    if (node != nullptr)
     {
-        for (const auto& [key, member] : *object)
-            keys.emplace_back().node = new Node{key};
+        for (const auto& [key, member] : node->members)
+            list.elements.push_back(Node::Of({Node::Kind::Text, 0, key}));
     }
-    JsonValue list;
-    list.node = new Node{std::move(keys)};
-    return list;
+    return Node::Of(std::move(list));
 }
 
 TaviString JsonValue::GetJsonString() const
@@ -370,29 +285,22 @@ int JsonValue::Compare(const JsonValue& other) const
 
 bool JsonValue::RemoveKey(const TaviString& key)
 {
-    auto* const object = Node::In<Node::Object>(*this);
-    if (object == nullptr)
-        return false;
-    const bool wasThere = object->erase(TextIn(key)) != 0;
+    const bool wasThere = node != nullptr && node->members.erase(TextIn(key)) != 0;
     if (wasThere)
-        Node::Renew(*object);
+        node->Renew();
     return wasThere;
 }
 
 JsonValue::operator TaviString() const
 {
     if (node == nullptr)
-        return {};
-    const std::string* const text = Node::In<std::string>(*this);
-    return TextOf(text != nullptr ? *text : Node::JsonText(*this));
+        return TaviString();
+    return TextOf(node->kind == Node::Kind::Text ? node->text : node->JsonText());
 }
 
 JsonValue::operator long long() const
 {
-    if (const bool* const boolean = Node::In<bool>(*this))
-        return *boolean ? 1 : 0;
-    const long long* const integer = Node::In<long long>(*this);
-    return integer != nullptr ? *integer : 0;
+    return node != nullptr ? node->integer : 0;
 }
 
 namespace
@@ -403,7 +311,7 @@ void AddMembers(JsonValue& event, const JsonValue& members)
     const JsonValue keys = members.GetKeyList();
     for (int i = 0; i < keys.GetCount(); ++i)
     {
-        const TaviString key = keys[i].operator TaviString();
+        const TaviString key(keys[i]);
         event[key] = members[key];
     }
 }
@@ -423,16 +331,6 @@ Base& Base::operator=(const Base& other)
     if (this != &other)
         Data() = other.Data();
     return *this;
-}
-
-void* Base::operator new(std::size_t size)
-{
-    return ::operator new(size);
-}
-
-void Base::operator delete(void* memory) noexcept
-{
-    ::operator delete(memory);
 }
 
 Base::~Base() = default;
@@ -462,8 +360,10 @@ const JsonValue& Base::Data() const
 namespace
 {
 
-Base* Filled(std::unique_ptr<Base> copy, const Base& original)
+template <typename Facet>
+Base* CopyOf(const Facet& original)
 {
+    std::unique_ptr<Base> copy = std::make_unique<Facet>();
     *copy = original;
     return copy.release();
 }
@@ -477,7 +377,7 @@ const char* Product::FacetName()
 
 Base* Product::Clone() const
 {
-    return Filled(std::unique_ptr<Base>(new Product), *this);
+    return CopyOf(*this);
 }
 
 const char* Content::FacetName()
@@ -492,7 +392,7 @@ JsonValue Content::Build(const JsonValue& event) const
 
 Base* Content::Clone() const
 {
-    return Filled(std::unique_ptr<Base>(new Content), *this);
+    return CopyOf(*this);
 }
 
 void Content::StartDocumentEditTimer() {}
@@ -504,7 +404,7 @@ const char* Entitlement::FacetName()
 
 Base* Entitlement::Clone() const
 {
-    return Filled(std::unique_ptr<Base>(new Entitlement), *this);
+    return CopyOf(*this);
 }
 
 const char* Component::FacetName()
@@ -514,7 +414,7 @@ const char* Component::FacetName()
 
 Base* Component::Clone() const
 {
-    return Filled(std::unique_ptr<Base>(new Component), *this);
+    return CopyOf(*this);
 }
 
 struct Core::SubFacets
@@ -541,13 +441,14 @@ JsonValue Core::Build(const JsonValue& event) const
 Base* Core::Clone() const
 {
     auto copy = std::make_unique<Core>();
+    static_cast<Base&>(*copy) = *this;
     if (subFacets != nullptr)
     {
         copy->subFacets = new SubFacets;
         for (const auto& facet : subFacets->list)
             copy->subFacets->list.emplace_back(facet->Clone());
     }
-    return Filled(std::move(copy), *this);
+    return copy.release();
 }
 
 void Core::Clear()
@@ -567,19 +468,18 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
     }
     if (action == FindOnly)
         return nullptr;
-    const auto isNamed = [name](const char* known) { return std::strcmp(name, known) == 0; };
+    const std::string wanted = name;
     Base* created = nullptr;
-    if (isNamed(Component::FacetName()))
+    if (wanted == Component::FacetName())
         created = new Component;
-    else if (isNamed(Content::FacetName()))
+    else if (wanted == Content::FacetName())
         created = new Content;
-    else if (isNamed(Entitlement::FacetName()))
+    else if (wanted == Entitlement::FacetName())
         created = new Entitlement;
-    else if (isNamed(Product::FacetName()))
+    else if (wanted == Product::FacetName())
         created = new Product;
-    else
-        return nullptr;
-    subFacets->list.emplace_back(created);
+    if (created != nullptr)
+        subFacets->list.emplace_back(created);
     return created;
 }
 
@@ -588,15 +488,9 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
 namespace
 {
 
+constexpr int OptedIn = 1; // only 4 means the contrary
 constexpr int UnknownHostProduct = 40;
 constexpr int FlagsAreNoObject = 41;
-
-// The function's status: that in the environment, as in SECOND_LIBRARY_TrackEvent=7, or else the given one.
-int StatusOf(const char* function, int status)
-{
-    const char* const told = std::getenv((std::string("SECOND_LIBRARY_") + function).c_str());
-    return told != nullptr ? static_cast<int>(std::strtol(told, nullptr, 10)) : status;
-}
 
 struct Library
 {
@@ -621,7 +515,7 @@ int Initialize(const Facet::Product& product, TaviString& hostProduct)
     const std::string identifier = "second library, product " + std::to_string(products.size() + 1);
     products[identifier] = product.Build(JsonValue());
     hostProduct = TextOf(identifier);
-    return StatusOf("Initialize", 0);
+    return 0;
 }
 
 bool SetHostProduct(const TaviString&)
@@ -641,12 +535,12 @@ int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const Jso
     JsonValue reply;
     if (library.callbackEnabled && library.callback != nullptr)
         library.callback(payload, library.callbackContext, reply);
-    return StatusOf("TrackEvent", 0);
+    return 0;
 }
 
 int IsOptedIn(JsonValue*)
 {
-    return StatusOf("IsOptedIn", 1); // opted in: only 4 means the contrary
+    return OptedIn;
 }
 
 int SetTestingFlags(const TaviString&, const JsonValue& flags)
@@ -654,7 +548,7 @@ int SetTestingFlags(const TaviString&, const JsonValue& flags)
     if (!TextIn(flags.GetJsonString()).starts_with('{'))
         return FlagsAreNoObject;
     TheLibrary().callbackEnabled = flags[TextOf("Testing_EnableCallback")].Compare(JsonValue(true)) == 0;
-    return StatusOf("SetTestingFlags", 0);
+    return 0;
 }
 
 int SetTestingCallback(const TaviString&, int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
@@ -662,7 +556,7 @@ int SetTestingCallback(const TaviString&, int (*callback)(const JsonValue& paylo
 {
     TheLibrary().callback = callback;
     TheLibrary().callbackContext = context;
-    return StatusOf("SetTestingCallback", 0);
+    return 0;
 }
 
 } // namespace Veltrane::TaviDesktopSDK

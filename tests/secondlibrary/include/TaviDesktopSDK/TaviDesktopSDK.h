@@ -1,14 +1,11 @@
 // The second library, for tests only: the same declarations as the telemetry library's interface, in one header.
-// Whatever the interface leaves open is decided differently than in the stand-in.
+// Whatever the interface leaves open is decided differently than in the stand-in: conversions are explicit, and no
+// pointer converts to a boolean.
 //
 // A reference returned by operator[] is valid until a member is added to or removed from its object, or an object
 // around that. An object's keys are in ascending order. Copies share nothing. Calls are made on one thread.
-//
-// With SECOND_LIBRARY_EXPLICIT conversions are explicit, and no pointer converts to a boolean: what compiles with and
-// without it relies on no implicit conversion. The macro must be the same for the library and all its users.
 #pragma once
 
-#include <cstddef>
 #include <utility>
 
 #if !defined(_WIN32)
@@ -19,33 +16,27 @@
 #define SECOND_LIBRARY_API __declspec(dllimport)
 #endif
 
-#if defined(SECOND_LIBRARY_EXPLICIT)
-#define SECOND_LIBRARY_CONVERSION explicit
-#else
-#define SECOND_LIBRARY_CONVERSION
-#endif
-
 namespace Veltrane::TaviDesktopSDK
 {
 
-class TaviString
+class SECOND_LIBRARY_API TaviString
 {
 public:
-    SECOND_LIBRARY_API TaviString() noexcept;
-    SECOND_LIBRARY_API SECOND_LIBRARY_CONVERSION TaviString(double value);
-    SECOND_LIBRARY_API TaviString(const TaviString& other);
-    TaviString(TaviString&& other) noexcept : content(other.content) { other.content = nullptr; }
-    SECOND_LIBRARY_API ~TaviString();
-    SECOND_LIBRARY_API TaviString& operator=(const TaviString& other);
-    SECOND_LIBRARY_API TaviString& operator=(TaviString&& other) noexcept;
+    TaviString() noexcept : content(nullptr) {}
+    explicit TaviString(double value);
+    TaviString(const TaviString& other);
+    TaviString(TaviString&& other) noexcept : content(std::exchange(other.content, nullptr)) {}
+    ~TaviString() { SetString(nullptr); }
+    TaviString& operator=(const TaviString& other);
+    TaviString& operator=(TaviString&& other) noexcept;
 
     // With SECOND_LIBRARY_EMPTY_IS_NO_TEXT in the environment, "" is no text either.
-    SECOND_LIBRARY_API void SetString(const char* text);
-    SECOND_LIBRARY_API void SetStringW(const wchar_t* text);
+    void SetString(const char* text);
+    void SetStringW(const wchar_t* text);
 
-    SECOND_LIBRARY_API const char* c_str() const;
-    SECOND_LIBRARY_API const wchar_t* c_strw() const;
-    SECOND_LIBRARY_API unsigned long long size() const;
+    const char* c_str() const;
+    const wchar_t* c_strw() const;
+    unsigned long long size() const;
 
 private:
     struct Content;
@@ -56,37 +47,35 @@ private:
 SECOND_LIBRARY_API TaviString operator+(const TaviString& left, const TaviString& right);
 SECOND_LIBRARY_API bool operator<(const TaviString& left, const TaviString& right);
 
-class JsonValue
+class SECOND_LIBRARY_API JsonValue
 {
 public:
-    SECOND_LIBRARY_API JsonValue() noexcept;
-    SECOND_LIBRARY_API SECOND_LIBRARY_CONVERSION JsonValue(bool value);
-    SECOND_LIBRARY_API SECOND_LIBRARY_CONVERSION JsonValue(long long value);
-#if defined(SECOND_LIBRARY_EXPLICIT)
+    JsonValue() noexcept : node(nullptr) {}
+    explicit JsonValue(bool value);
+    explicit JsonValue(long long value);
     JsonValue(const void*) = delete;
-#endif
-    SECOND_LIBRARY_API JsonValue(const JsonValue& other);
+    JsonValue(const JsonValue& other);
     JsonValue(JsonValue&& other) noexcept : node(std::exchange(other.node, nullptr)) {}
-    SECOND_LIBRARY_API ~JsonValue();
-    SECOND_LIBRARY_API JsonValue& operator=(const JsonValue& other);
-    SECOND_LIBRARY_API JsonValue& operator=(JsonValue&& other) noexcept;
+    ~JsonValue();
+    JsonValue& operator=(const JsonValue& other);
+    JsonValue& operator=(JsonValue&& other) noexcept;
 
     // With SECOND_LIBRARY_EMPTY_IS_NO_TEXT in the environment, "" makes the value null.
-    SECOND_LIBRARY_API void SetString(const char* text);
+    void SetString(const char* text);
 
-    SECOND_LIBRARY_API JsonValue& operator[](const TaviString& key);
-    SECOND_LIBRARY_API const JsonValue& operator[](const TaviString& key) const;
-    SECOND_LIBRARY_API const JsonValue& operator[](int index) const;
-    SECOND_LIBRARY_API int GetCount() const;
-    SECOND_LIBRARY_API JsonValue GetKeyList() const;
-    SECOND_LIBRARY_API TaviString GetJsonString() const;
+    JsonValue& operator[](const TaviString& key);
+    const JsonValue& operator[](const TaviString& key) const;
+    const JsonValue& operator[](int index) const;
+    int GetCount() const;
+    JsonValue GetKeyList() const;
+    TaviString GetJsonString() const;
 
-    // -7 where the values differ.
-    SECOND_LIBRARY_API int Compare(const JsonValue& other) const;
+    // -7 if the values differ.
+    int Compare(const JsonValue& other) const;
 
-    SECOND_LIBRARY_API bool RemoveKey(const TaviString& key);
-    SECOND_LIBRARY_API SECOND_LIBRARY_CONVERSION operator TaviString() const;
-    SECOND_LIBRARY_API SECOND_LIBRARY_CONVERSION operator long long() const;
+    bool RemoveKey(const TaviString& key);
+    explicit operator TaviString() const;
+    explicit operator long long() const;
 
 private:
     struct Node;
@@ -95,12 +84,6 @@ private:
 };
 
 static_assert(sizeof(TaviString) == sizeof(void*) && sizeof(JsonValue) == sizeof(void*));
-
-// A facet has a member of a class that is not exported as a whole, of which cl warns. All its non-inline members are.
-#if defined(_MSC_VER)
-#pragma warning(push)
-#pragma warning(disable : 4251)
-#endif
 
 namespace Facet
 {
@@ -111,8 +94,6 @@ public:
     Base(JsonValue* data, bool shared);
     Base(const Base&) = delete;
     Base& operator=(const Base& other);
-    static void* operator new(std::size_t size);
-    static void operator delete(void* memory) noexcept;
 
     // The order of the virtual functions is part of the binary interface: never change it.
     virtual ~Base();
@@ -143,7 +124,6 @@ class SECOND_LIBRARY_API Product : public Base
 {
 public:
     Product() : Base(nullptr, false) {}
-    Product& operator=(const Product&) = delete;
 
     static const char* FacetName();
 
@@ -155,7 +135,6 @@ class SECOND_LIBRARY_API Content : public Base
 {
 public:
     Content() : Base(nullptr, false) {}
-    Content& operator=(const Content&) = delete;
 
     static const char* FacetName();
 
@@ -170,33 +149,23 @@ public:
 class SECOND_LIBRARY_API Entitlement : public Base
 {
 public:
-    Entitlement& operator=(const Entitlement&) = delete;
+    Entitlement() : Base(nullptr, false) {}
 
     static const char* FacetName();
 
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
-
-private:
-    friend class Core;
-
-    Entitlement() : Base(nullptr, false) {}
 };
 
 class SECOND_LIBRARY_API Component : public Base
 {
 public:
-    Component& operator=(const Component&) = delete;
+    Component() : Base(nullptr, false) {}
 
     static const char* FacetName();
 
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
-
-private:
-    friend class Core;
-
-    Component() : Base(nullptr, false) {}
 };
 
 class SECOND_LIBRARY_API Core : public Base
@@ -233,10 +202,6 @@ private:
 };
 
 } // namespace Facet
-
-#if defined(_MSC_VER)
-#pragma warning(pop)
-#endif
 
 SECOND_LIBRARY_API int Initialize(const Facet::Product& product, TaviString& hostProduct);
 SECOND_LIBRARY_API bool SetHostProduct(const TaviString& hostProduct);
