@@ -26,10 +26,8 @@ inline const std::wstring productKey = L"productKey";
 inline const std::wstring featureName = L"featureName";
 inline const std::wstring featureVersion = L"featureVersion";
 inline const std::wstring serialNumber = L"serialNumber";
-inline const std::wstring document1 = L"fileName1";
-inline const std::wstring document2 = L"fileName2";
-inline const std::wstring extension1 = L"fileExtension1";
-inline const std::wstring extension2 = L"fileExtension2";
+inline const std::wstring document = L"fileName1";
+inline const std::wstring documentType = L"fileExtension1";
 
 } // namespace EventText
 
@@ -68,13 +66,12 @@ inline constexpr std::array<Event<Reporter>, 6> Events = {{
          reporter.TrackUpdateLicense(EventText::productKey, EventText::featureName, EventText::featureVersion,
                                      EventText::serialNumber, 13, 14, 15);
      }},
-    {"StartTrackFileChange", [](Reporter& reporter) { reporter.StartTrackFileChange(EventText::document1); }},
+    {"StartTrackFileChange", [](Reporter& reporter) { reporter.StartTrackFileChange(EventText::document); }},
 }};
 
-// Registers the documents that StartTrackFileChange reports.
+// Registers the document that StartTrackFileChange reports.
 template <typename Reporter>
-void AddDocuments(Reporter& reporter)
+void AddDocument(Reporter& reporter)
 {
-    reporter.AddDocument(EventText::document1, EventText::extension1, 12, 12);
-    reporter.AddDocument(EventText::document2, EventText::extension2, 24, 24);
+    reporter.AddDocument(EventText::document, EventText::documentType, 12, 12);
 }

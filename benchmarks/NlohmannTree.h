@@ -1,58 +1,29 @@
-// Payloads as trees of nlohmann::json: an engine of Comparison.
+// A payload as a tree of nlohmann::json, for Comparison.
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 
-#include "Comparison.h"
-
 class NlohmannTree
 {
 public:
-    using Callback = int (*)(const nlohmann::json& payload, void* context);
+    using Finished = nlohmann::json;
 
-    class Object
+    void Add(std::string_view key, std::string_view text) { json.emplace(key, text); }
+    void Add(std::string_view key, std::int64_t number) { json.emplace(key, number); }
+
+    void AddObject(std::string_view key, const auto& fill)
     {
-    public:
-        Object() : json(nlohmann::json::object()) {}
-        explicit Object(const nlohmann::json& base) : json(base) {}
+        NlohmannTree object;
+        fill(object);
+        json.emplace(key, std::move(object.json));
+    }
 
-        void Add(std::string_view key, std::string_view text) { json.emplace(key, text); }
-        void Add(std::string_view key, std::int64_t number) { json.emplace(key, number); }
-
-        nlohmann::json json;
-    };
-
-    class Payload : public Object
-    {
-    public:
-        explicit Payload(const NlohmannTree& engine) : Object(engine.description) {}
-
-        template <typename Fill>
-        void AddObject(std::string_view key, const Fill& fill)
-        {
-            Object object;
-            fill(object);
-            json.emplace(key, std::move(object.json));
-        }
-    };
-
-    using Prepared = nlohmann::json;
-
-    NlohmannTree(const ProductDescription& product, Callback target, void* targetContext);
-
-    void Send(Payload&& payload) const { callback(payload.json, context); }
-    Prepared Prepare(Payload&& payload) const { return std::move(payload.json); }
-    void SendPrepared(const Prepared& prepared, std::int64_t milliseconds) const;
+    const nlohmann::json& Finish() { return json; }
 
 private:
-    nlohmann::json description;
-    Callback callback;
-    void* context;
+    nlohmann::json json = nlohmann::json::object();
 };
-
-extern template class Comparison<NlohmannTree>;

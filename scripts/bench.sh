@@ -1,85 +1,72 @@
 #!/usr/bin/env bash
-# Measures what a report costs, on an otherwise idle machine, and prints the results as one table.
+# Measures what a report costs, in a minute: its time, and its instructions, which no other load changes.
 #
 #     scripts/bench.sh
 #
-# Builds the preset benchmark and measures, nine times each: the events, beside the same payloads made by other libraries
-# and by hand; reports and values of growing size. Then it counts heap allocations, and instructions under valgrind, those
-# in the wrapper's own code as well. It fails when a comparison does not make the wrapper's payload. Results are left in
-# build/benchmark/results/; the table goes into docs/performance.md and the figure beside it.
+# The wrapper reports six events to the telemetry library in its test mode. The same payloads are made as trees of
+# nlohmann-json, and written as text into a buffer, which is the floor. The exit status is 1 when the wrapper takes more
+# instructions than the limit, which is a multiple of the tree's. The tables go into docs/performance.md.
 set -euo pipefail
 source "$(dirname -- "$0")/common.bash"
 
 take_no_arguments "$@"
-steps=7
+steps=4
 step "Looking for missing packages"
-need_packages g++ cmake ninja-build libmxml-dev libcli11-dev libbenchmark-dev nlohmann-json3-dev rapidjson-dev \
-    valgrind python3
+need_packages g++ cmake ninja-build libmxml-dev libcli11-dev libbenchmark-dev nlohmann-json3-dev valgrind
 need_build_folder benchmark
-build=$PWD/build/benchmark
-export results=$build/results programs=$build/benchmarks
+export program=$PWD/build/benchmark/benchmarks/reporting_benchmark profiles=$PWD/build/benchmark/profiles
 
 step "Building in build/benchmark"
 configure --preset benchmark
 compile --preset benchmark
-rm -rf "$results"
-mkdir -p "$results"
-date -u +%FT%TZ >"$results/date"
-nproc >"$results/processors"
-cut -d' ' -f1 /proc/loadavg >"$results/load"
 
-# run_benchmark NAME PROGRAM [ARGUMENT]...
-run_benchmark() {
-    local name=$1 program=$2
-    shift 2
-    quietly "$programs/$program" "$@" --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true \
-        --benchmark_min_time=0.05 --benchmark_out="$results/$name.json" --benchmark_out_format=json ||
-        fail "a benchmark failed, see above"
-    if grep -q '"error_occurred": true' "$results/$name.json"; then
-        fail "a benchmark failed, see $results/$name.json"
-    fi
-}
-
-step "Measuring events and values"
-run_benchmark reporting reporting_benchmark
-step "Measuring documents"
-for count in 1 10 1000 100000; do
-    run_benchmark "documents-$count" document_benchmark "$count"
-done
-
-step "Counting allocations"
-"$programs/allocation_benchmark" >"$results/allocations.json"
-
-# count_instructions COUNT PROGRAM ARGUMENT...: of a whole run, as "PROGRAM ARGUMENT... COUNT INSTRUCTIONS". Callgrind's
-# profile is left in callgrind-PROGRAM-ARGUMENT-...-COUNT.
-count_instructions() {
-    local count=$1 out profile
-    shift
-    profile=$results/callgrind-$(printf '%s-' "$@")$count
-    out=$(valgrind --tool=callgrind --callgrind-out-file="$profile" "$programs/$1" "${@:2}" "$count" 2>&1) || {
-        printf '%s\n' "$out" >&2
-        return 1
-    }
-    [[ "$out" =~ Collected\ :\ ([0-9]+) ]]
-    printf '%s %s %s\n' "$*" "$count" "${BASH_REMATCH[1]}" # in one write: others write to the same file
-}
-export -f count_instructions
+step "Measuring time, nine times each"
+"$program" --benchmark_repetitions=9 --benchmark_report_aggregates_only=true --benchmark_min_time=0.05 2>&1 |
+    grep -v -e '_mean ' -e '_stddev ' -e '_cv '
 
 step "Counting instructions"
-{
-    for event in Track3DCKeyPressed TrackMaterialSelection TrackSteerWheelLoadOption TrackFileInput TrackUpdateLicense \
-        StartTrackFileChange; do
-        for subject in wrapper nlohmann rapidjson floor; do
-            printf '%s\n' "200 event_loop $event $subject" "1200 event_loop $event $subject"
-        done
-    done
-    for action in build copy compare look_up text; do
-        for shape in "members 100" "members 1000" "members 10000" "members 100000" "levels 100" "levels 1000"; do
-            printf '%s\n' "4 value_loop ${shape% *} $action ${shape#* }" "8 value_loop ${shape% *} $action ${shape#* }"
-        done
-    done
-} | xargs -P "$(nproc)" -L 1 bash -c 'count_instructions "$@"' count >"$results/instructions.txt" ||
-    fail "counting instructions failed, see above"
+rm -rf "$profiles"
+mkdir -p "$profiles"
+# profile REPORT: callgrind's profile of a thousand calls, in the file EVENT.MAKER.
+profile() {
+    valgrind --quiet --tool=callgrind --toggle-collect='CountedReports*' \
+        --callgrind-out-file="$profiles/${1/\//.}" "$program" count "$1"
+}
+export -f profile
+"$program" --benchmark_list_tests | xargs -P "$(nproc)" -I{} bash -c 'profile {}' || fail "counting failed, see above"
 
-step "Writing the table and the figure into docs/"
-python3 scripts/benchmark_report.py "$results" docs/performance.md docs/performance.svg
+# A profile names the binary of the lines "POSITION COST" that follow as "ob=(2) /lib/libc.so.6", and later as "ob=(2)". The
+# line after "calls=" has the cost of what was called, which the profile also has where it arose.
+awk '
+    FNR == 1 { name = FILENAME; sub(/.*\//, "", name) }
+    /^c?ob=/ {
+        match($0, /\([0-9]+\)/)
+        id = substr($0, RSTART, RLENGTH)
+        if (NF > 1) binary[FILENAME, id] = $2
+        path = binary[FILENAME, id]
+        if (/^ob/) here = path ~ /reporting_benchmark$/ ? "own" : path ~ /TaviSDKWrapper/ ? "library" : "system"
+    }
+    /^calls=/ { getline; next }
+    /^[+*0-9-]/ { cost[name, here] += $2 / 1000; all[name] += $2 / 1000 }
+    END {
+        count = split("Track3DCKeyPressed TrackMaterialSelection TrackSteerWheelLoadOption TrackFileInput " \
+            "TrackUpdateLicense StartTrackFileChange", events)
+        split("0.60 0.82 1.02", limits)
+        printf "\n%-28s %9s %9s %9s %11s %6s\n", "instructions", "wrapper", "nlohmann", "floor", "/ nlohmann", "limit"
+        for (i = 1; i <= count; ++i) {
+            wrapper = all[events[i] ".wrapper"]
+            ratio = wrapper / all[events[i] ".nlohmann"]
+            missed = limits[i] != "" && ratio > limits[i]
+            failed = failed || missed
+            printf "%-28s %9d %9d %9d %11.3f %6s%s\n", events[i], wrapper, all[events[i] ".nlohmann"],
+                all[events[i] ".floor"], ratio, limits[i], missed ? "  EXCEEDED" : ""
+        }
+        for (n = 10; n <= 10000; n *= 10) events[++count] = "Track3DCKeyPressed-" n
+        printf "\n%-28s %9s %9s %9s %9s\n", "thereof in", "telemetry", "library", "system", "all"
+        for (i = 1; i <= count; ++i) {
+            name = events[i] ".wrapper"
+            printf "%-28s %9d %9d %9d %9d\n", events[i], cost[name, "own"], cost[name, "library"],
+                cost[name, "system"], all[name]
+        }
+        exit failed
+    }' "$profiles"/* || fail "an event takes more instructions than its limit, see above"
