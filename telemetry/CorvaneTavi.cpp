@@ -3,13 +3,12 @@
 #include <iostream>
 #include <utility>
 
-#include <telemetry/Attribute.h>
+#include <telemetry/Attributes.h>
 #include <telemetry/EventCodes.h>
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
 #include <telemetry/UpiProductInfo.h>
-#include <telemetry/ValueText.h>
 #include <telemetry/Vocabulary.h>
 
 using namespace Corvane;
@@ -18,16 +17,6 @@ using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 namespace Sdk = Veltrane::TaviDesktopSDK;
-
-namespace
-{
-
-std::string StandardString(const TaviString& text)
-{
-    return text.c_str() != nullptr ? text.c_str() : "";
-}
-
-} // namespace
 
 CorvaneTavi& CorvaneTavi::Instance()
 {
@@ -215,10 +204,10 @@ void CorvaneTavi::TrackNavBarStartup(bool moreControlsVisible, bool linkedToDorv
     {
         // The keys carry no index, so that each tool replaces the one before: only the last is sent.
         const NavBarToolState& tool = tools.at(i);
-        Attribute(COMMON_ZEPH_NB_TOOL_NAME, tool.name).StoreIn(attributes);
-        Attribute(COMMON_ZEPH_NB_TOOL_HIDDEN, tool.hidden).StoreIn(attributes);
+        attributes[TextOf(COMMON_ZEPH_NB_TOOL_NAME)] = TextOf(tool.name);
+        attributes[TextOf(COMMON_ZEPH_NB_TOOL_HIDDEN)] = TextOf(tool.hidden);
     }
-    Attribute(COMMON_ZEPH_NB_TOOL_COUNT, std::uint64_t{count}).StoreIn(attributes);
+    attributes[TextOf(COMMON_ZEPH_NB_TOOL_COUNT)] = TextOf(std::uint64_t{count});
     TrackWaypoint(TextOf(COMMON_ZEPH_NB_STARTUP_CONDITIONS), attributes);
 }
 

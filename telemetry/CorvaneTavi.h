@@ -26,13 +26,8 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/AttributeMap.h>
+#include <telemetry/Attributes.h>
 #include <telemetry/TaviDocument.h>
-
-namespace Corvane
-{
-class Attribute;
-}
 
 // A tool of the navigation bar.
 struct NavBarToolState

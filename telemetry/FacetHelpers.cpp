@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <utility>
 
+#include <telemetry/Attributes.h>
 #include <telemetry/EventCodes.h>
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
-#include <telemetry/ValueText.h>
 
 using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;

@@ -4,7 +4,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/AttributeMap.h>
+#include <telemetry/Attributes.h>
 
 // EventCodes.h names the letters and codes that the wrapper sends.
 void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter);

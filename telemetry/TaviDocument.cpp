@@ -2,12 +2,12 @@
 
 #include <utility>
 
+#include <telemetry/Attributes.h>
 #include <telemetry/CorvaneTavi.h>
 #include <telemetry/EventCodes.h>
 #include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
-#include <telemetry/ValueText.h>
 #include <telemetry/Vocabulary.h>
 
 using namespace Corvane;

@@ -8,7 +8,7 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <recorder/PayloadRecorder.h>
-#include <telemetry/AttributeMap.h>
+#include <telemetry/Attributes.h>
 #include <telemetry/CorvaneTavi.h>
 
 #include "OutputCapture.h"

@@ -1,6 +1,7 @@
-#include <telemetry/ValueText.h>
+#include <telemetry/Attributes.h>
 
 #include <array>
+#include <utility>
 
 using Veltrane::TaviDesktopSDK::TaviString;
 
@@ -65,6 +66,19 @@ TaviString TextOf(std::uint64_t value)
 TaviString TextOf(double value)
 {
     return TaviString(value);
+}
+
+std::string StandardString(const TaviString& text)
+{
+    return text.c_str() != nullptr ? text.c_str() : "";
+}
+
+AttributeMap Attributes(std::initializer_list<Attribute> attributes)
+{
+    AttributeMap gathered;
+    for (const Attribute& attribute : attributes)
+        gathered[std::move(attribute.key)] = std::move(attribute.text);
+    return gathered;
 }
 
 } // namespace Corvane
