@@ -1,10 +1,37 @@
-// How the wrapper fills the telemetry library's facets, by the set-or-remove rule of FacetAccess.h. Field names are
-// those of FacetFields.h.
+// How the wrapper fills the telemetry library's facets. Field names are those of FacetFields.h.
+//
+// Entries are set by one rule, set-or-remove: null, or text that the library treats as none, removes the key.
 #pragma once
+
+#include <concepts>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <telemetry/Attributes.h>
+#include <telemetry/FacetAccess.h>
+
+// Sets or removes one entry. `value` and `text` are exactly of the library's types, and not of a type that converts to
+// them: a pointer would become the boolean true, and a number or a flag would become text.
+void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                   const std::same_as<Veltrane::TaviDesktopSDK::JsonValue> auto& value)
+{
+    if (value.Compare(Veltrane::TaviDesktopSDK::JsonValue()) != 0)
+        Corvane::FacetEntries(facet)[key] = value;
+    else
+        Corvane::FacetEntries(facet).RemoveKey(key);
+}
+inline void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                          const char* text)
+{
+    Veltrane::TaviDesktopSDK::JsonValue value;
+    value.SetString(text);
+    SetFacetEntry(facet, key, value);
+}
+void SetFacetEntry(Veltrane::TaviDesktopSDK::Facet::Base& facet, const Veltrane::TaviDesktopSDK::TaviString& key,
+                   const std::same_as<Veltrane::TaviDesktopSDK::TaviString> auto& text)
+{
+    SetFacetEntry(facet, key, text.c_str());
+}
 
 // EventCodes.h names the letters and codes that the wrapper sends.
 void SetEventType(Veltrane::TaviDesktopSDK::Facet::Core& core, const char* letter);

@@ -7,7 +7,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/FacetAccess.h>
+#include <telemetry/FacetHelpers.h>
 
 #include "Text.h"
 

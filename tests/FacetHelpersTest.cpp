@@ -6,7 +6,6 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/FacetAccess.h>
 #include <telemetry/FacetFields.h>
 #include <telemetry/FacetHelpers.h>
 

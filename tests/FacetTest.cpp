@@ -15,7 +15,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/FacetAccess.h>
+#include <telemetry/FacetHelpers.h>
 
 #include "Text.h"
 

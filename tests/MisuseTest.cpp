@@ -3,7 +3,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/FacetAccess.h>
+#include <telemetry/FacetHelpers.h>
 
 #include "Text.h"
 

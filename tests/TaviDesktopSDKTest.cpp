@@ -8,7 +8,7 @@
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <recorder/PayloadRecorder.h>
-#include <telemetry/FacetAccess.h>
+#include <telemetry/FacetHelpers.h>
 
 #include "Text.h"
 

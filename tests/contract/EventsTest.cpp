@@ -12,7 +12,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <telemetry/FacetAccess.h>
+#include <telemetry/FacetHelpers.h>
 
 #include "Values.h"
 
