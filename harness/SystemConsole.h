@@ -1,4 +1,4 @@
-// The system's side of standard output: the console's encoding, and writing bytes.
+// The system's side of the output: the console's encoding, and writing bytes to standard output.
 #pragma once
 
 #include <string_view>
@@ -7,9 +7,9 @@
 namespace Corvane
 {
 
-// While it lives, a console or terminal at standard output takes UTF-8; afterwards what it took before. Construct it
-// before the program's first output and before any file is opened, else a file opened later could reuse a closed
-// stdout's number.
+// While it lives, a console at standard output or at the error stream takes UTF-8; afterwards it takes what it took
+// before. Construct it before the program's first output and before any file is opened: a file opened earlier could
+// have the number of a standard output that is closed.
 class SystemConsole
 {
 public:

@@ -20,17 +20,21 @@ std::string WithWindowsLineEnds(std::string_view text)
     return result;
 }
 
+bool IsConsole(HANDLE stream)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(stream, &mode) != 0;
+}
+
 } // namespace
 
 SystemConsole::SystemConsole()
 {
     void* const inherited = GetStdHandle(STD_OUTPUT_HANDLE);
-    if (GetFileType(inherited) == FILE_TYPE_UNKNOWN)
-        return; // closed: the next file that is opened could get this handle
-    output = inherited;
-    DWORD mode = 0;
-    if (GetConsoleMode(output, &mode) == 0)
-        return; // not a console
+    if (GetFileType(inherited) != FILE_TYPE_UNKNOWN)
+        output = inherited; // else closed: the next file that is opened could get this handle
+    if (!IsConsole(output) && !IsConsole(GetStdHandle(STD_ERROR_HANDLE)))
+        return;
     previousCodePage = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
 }
@@ -43,7 +47,7 @@ SystemConsole::~SystemConsole()
 
 std::error_code SystemConsole::Write(std::string_view text)
 {
-    const bool isConsole = previousCodePage != 0;
+    const bool isConsole = IsConsole(output);
     const std::string bytes = isConsole ? std::string(text) : WithWindowsLineEnds(text);
     constexpr std::size_t most = 1U << 30;
     std::size_t piece = most;
