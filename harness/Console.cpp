@@ -7,6 +7,8 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <harness/NarrowText.h>
+
 using Veltrane::TaviDesktopSDK::TaviString;
 
 namespace Corvane
@@ -52,8 +54,7 @@ private:
         for (;;)
         {
             const std::size_t end = wide.find(L'\0');
-            TaviString utf8;
-            utf8.SetStringW(std::wstring(wide.substr(0, end)).c_str());
+            const TaviString utf8 = NarrowText(std::wstring(wide.substr(0, end)));
             if (utf8.size() != 0 && !WriteBytes({utf8.c_str(), utf8.size()}))
                 return false;
             if (end == std::wstring_view::npos)

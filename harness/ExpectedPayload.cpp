@@ -28,11 +28,6 @@ std::wstring ExpectedText(const std::wstring& text)
     return text;
 }
 
-std::wstring ExpectedText(const wchar_t* text)
-{
-    return text;
-}
-
 JsonValue ExpectObject(std::initializer_list<ExpectedMember> members)
 {
     JsonValue object;

@@ -31,9 +31,8 @@ std::wstring ExpectedText(Number number)
 // Six decimals, without trailing zeros and without a trailing point.
 std::wstring ExpectedText(double number);
 
-// As given; a pointer is not null.
+// As given.
 std::wstring ExpectedText(const std::wstring& text);
-std::wstring ExpectedText(const wchar_t* text);
 
 // A key beside its expected value, a text, number or flag, for parameter lists only: the key is borrowed for the call.
 struct ExpectedMember

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <ostream>
 
+#include <telemetry/Attributes.h>
 #include <telemetry/CorvaneTavi.h>
+#include <telemetry/FacetFields.h>
 
 using Veltrane::TaviDesktopSDK::JsonValue;
 using Veltrane::TaviDesktopSDK::TaviString;
@@ -15,18 +17,11 @@ namespace Corvane
 namespace
 {
 
-constexpr int NotOptedIn = 4; // the one answer of IsOptedIn() with a meaning of its own
-
-TaviString Text(const std::string& text)
-{
-    TaviString copy;
-    copy.SetString(text.c_str());
-    return copy;
-}
+constexpr int NotOptedIn = 4; // any other answer of IsOptedIn() means go on
 
 TaviString ProductKey()
 {
-    return Text(CorvaneTavi::Instance().GetProductKey());
+    return TextOf(CorvaneTavi::Instance().GetProductKey());
 }
 
 bool IsNull(const JsonValue& value)
@@ -54,9 +49,9 @@ PayloadRecorder::PayloadRecorder()
         return;
     }
     JsonValue flags;
-    flags[Text("Testing_EnableCallback")] = JsonValue(true);
-    flags[Text("Testing_EnableWhitelistDownload")] = JsonValue(true);
-    flags[Text("Testing_EnableUpload")] = JsonValue(false);
+    flags[TextOf("Testing_EnableCallback")] = JsonValue(true);
+    flags[TextOf("Testing_EnableWhitelistDownload")] = JsonValue(true);
+    flags[TextOf("Testing_EnableUpload")] = JsonValue(false);
     if (const int flagsStatus = Sdk::SetTestingFlags(ProductKey(), flags); flagsStatus != 0)
         refusal = "SetTestingFlags returned " + std::to_string(flagsStatus);
     else if (const int status = Sdk::SetTestingCallback(ProductKey(), Record, this); status != 0)
@@ -71,23 +66,21 @@ PayloadRecorder::~PayloadRecorder()
 
 std::size_t PayloadRecorder::CountOf(const std::wstring& event) const
 {
-    TaviString text;
-    text.SetStringW(event.c_str());
+    const TaviString text = TextOf(event);
     JsonValue name;
     name.SetString(text.c_str());
     const auto isOfTheEvent = [&text, &name](const JsonValue& payload)
     {
-        return !IsNull(payload) &&
-               (name.Compare(payload[Text("component_name")]) == 0 || HasMember(payload[Text("content_meta")], text) ||
-                HasMember(payload[Text("entitlement_properties")], text));
+        return !IsNull(payload) && (name.Compare(payload[TextOf(FacetFields::component_name)]) == 0 ||
+                                    HasMember(payload[TextOf(FacetFields::content_meta)], text) ||
+                                    HasMember(payload[TextOf(FacetFields::entitlement_properties)], text));
     };
     return static_cast<std::size_t>(std::count_if(payloads.begin(), payloads.end(), isOfTheEvent));
 }
 
 std::string PayloadRecorder::JsonText(std::size_t index) const
 {
-    const TaviString text = payloads.at(index).GetJsonString();
-    std::string line = text.c_str() != nullptr ? text.c_str() : "";
+    std::string line = StandardString(payloads.at(index).GetJsonString());
     std::replace_if(
         line.begin(), line.end(), [](char character) { return character == '\n' || character == '\r'; }, ' ');
     return line;
