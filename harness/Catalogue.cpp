@@ -193,7 +193,7 @@ void RunTests(TestResultList& results)
     RunTest(results, "NavBarMoreControlsClicked", ExpectWaypoint(COMMON_ZEPH_NB_MORE_CONTROLS_CLICKED, {}),
             [](CorvaneTavi& tavi) { tavi.TrackNavBarMoreControlsClicked(); });
 
-    // Of the three tools, the last one's name and flag are sent, and how many there are.
+    // The last tool's name and flag are sent, and the number of tools.
     RunTest(results, "NavBarStartup",
             ExpectWaypoint(COMMON_ZEPH_NB_STARTUP_CONDITIONS, {{COMMON_ZEPH_NB_MORE_CONTROLS_VISIBLE, true},
                                                                {COMMON_ZEPH_NB_LINKED_TO_DORVEL, false},
@@ -299,8 +299,8 @@ void RunTests(TestResultList& results)
                                     {CV_CONCURRENT_JOBS_HALDEN, 0}}),
             [](CorvaneTavi& tavi) { tavi.TrackPPR(L"NETWORK", true, false, false, false, 3, 0, 0); });
 
-    // Documents are judged by a callback of their own, which stays registered: this is the last test. Its record joins
-    // the list after the call.
+    // Documents are judged by another callback, which stays registered: so this is the last test. Its record joins the
+    // list after the call.
     CorvaneTavi::Instance().AddDocument(L"fileName1", L"fileExtension1", 12, 12);
     CorvaneTavi::Instance().AddDocument(L"fileName2", L"fileExtension2", 24, 24);
     const JsonValue expected = ExpectContent({{COMMON_FILE_NAME, L"fileName1"},

@@ -4,6 +4,6 @@
 #include <harness/Verification.h>
 
 // Runs all tests in order, prints their titles and appends one record each to `results`. VerifyPayloadCallback must be
-// registered with `results` as its context. The last test registers a callback of its own and leaves it registered with
-// a context that is gone afterwards: before any further event another must be registered.
+// registered with `results` as its context. The last test registers another callback and leaves it registered with a
+// context that is gone afterwards: before any further event another must be registered.
 void RunTests(TestResultList& results);

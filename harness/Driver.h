@@ -1,4 +1,4 @@
-// One run of the test program: opt-in check, test mode, catalogue, summary.
+// One run of the test program: opt-in, test mode, catalogue, summary.
 #pragma once
 
 namespace Corvane

@@ -1,4 +1,4 @@
-// The facet keys that expected payloads are built and read by, as wide text.
+// The facet keys with which expected payloads are built and read, as wide text.
 #pragma once
 
 #include <string>

@@ -18,15 +18,15 @@ struct TestResult
 using TestResultList = std::vector<TestResult>; // in the order in which the tests ran
 
 // The testing callback of all tests but the last. `context` is the TestResultList, whose last record is judged: each
-// expected key that differs is reported with both values, then "PASSED" or "FAILED" is printed and stored. A null
-// payload gets a message of its own instead and leaves the record as it is, unless null is what was expected. While the
-// list is empty nothing is judged. Always returns 0, and never touches `reply`.
+// expected key that differs is reported with both values, then "PASSED" or "FAILED" is printed and stored. For a null
+// payload a message is printed instead and the record stays as it is, unless null was expected. While the list is empty
+// nothing is judged. Always returns 0, and never touches `reply`.
 int VerifyPayloadCallback(const Veltrane::TaviDesktopSDK::JsonValue& payload, void* context,
                           Veltrane::TaviDesktopSDK::JsonValue& reply);
 
 // The testing callback for documents. `context` is one TestResult. Compares the document's name, type, source and size
-// under "content_meta", and "type"; prints the verdict without details, and stores it. A null payload gets a shorter
-// message and no verdict. Always returns 0, and never touches `reply`.
+// under "content_meta", and "type"; prints the verdict without details, and stores it. For a null payload a shorter
+// message is printed, and no verdict. Always returns 0, and never touches `reply`.
 int VerifyFileInputPayload(const Veltrane::TaviDesktopSDK::JsonValue& payload, void* context,
                            Veltrane::TaviDesktopSDK::JsonValue& reply);
 

@@ -1,9 +1,9 @@
 // Records what a host application sends, for the host's own tests: each payload that the telemetry library would
 // upload.
 //
-// A recorder puts the library into its test mode, in which nothing is uploaded. That stays so for the process, after
-// the recorder's end as well. Payloads hold what is sent in clear text: serial numbers and names of files among it. One
-// recorder at a time; one thread at a time may use it, the wrapper and the library.
+// A recorder puts the library into its test mode, in which nothing is uploaded. The library stays in it until the
+// process ends, also after the recorder's end. Payloads hold what is sent in clear text: serial numbers and names of
+// files among it. One recorder at a time; one thread at a time may use it, the wrapper and the library.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +34,7 @@ public:
     // In the order sent.
     const std::vector<Veltrane::TaviDesktopSDK::JsonValue>& Payloads() const { return payloads; }
 
-    // Whether a payload came for which memory did not suffice.
+    // Whether a payload was lost because memory did not suffice.
     bool HasLostAny() const { return hasLostAny; }
 
     // How many payloads of an event came. `event` is its name, a constant of Vocabulary.h. An event without a name is

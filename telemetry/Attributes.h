@@ -16,11 +16,11 @@ using AttributeMap = std::map<Veltrane::TaviDesktopSDK::TaviString, Veltrane::Ta
 namespace Corvane
 {
 
-// Up to its first null character, byte for byte; no text for a null pointer.
+// The bytes of `value` up to its first null character; no text for a null pointer.
 Veltrane::TaviDesktopSDK::TaviString TextOf(const char* value);
 Veltrane::TaviDesktopSDK::TaviString TextOf(const std::string& value);
 
-// Up to its first null character, as the library's SetStringW() converts it.
+// `value` up to its first null character, as the library's SetStringW() converts it.
 Veltrane::TaviDesktopSDK::TaviString TextOf(const std::wstring& value);
 
 // Plain decimal, "-" before a negative value.
@@ -28,7 +28,7 @@ Veltrane::TaviDesktopSDK::TaviString TextOf(std::int32_t value);
 Veltrane::TaviDesktopSDK::TaviString TextOf(std::int64_t value);
 Veltrane::TaviDesktopSDK::TaviString TextOf(std::uint64_t value);
 
-// As the library writes it, TaviString(double).
+// The text that TaviString(double) makes of it.
 Veltrane::TaviDesktopSDK::TaviString TextOf(double value);
 
 // "True" or "False". A plain bool parameter would take any pointer as well.
@@ -37,7 +37,7 @@ Veltrane::TaviDesktopSDK::TaviString TextOf(std::same_as<bool> auto value)
     return TextOf(value ? "True" : "False");
 }
 
-// The other way: empty for a string without text.
+// The library's string as a standard one; empty if it has no text.
 std::string StandardString(const Veltrane::TaviDesktopSDK::TaviString& text);
 
 template <typename Value>

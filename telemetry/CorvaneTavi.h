@@ -5,8 +5,8 @@
 // returns. Methods return nothing and keep nothing; when the library refuses an event, one line on standard output
 // names the sender and the library function, and the host goes on. The sender is the method itself, as in
 // "CorvaneTavi::TrackFileInput TaviDesktopSDK::TrackEvent", except for waypoints (CorvaneTavi::TrackWaypoint) and
-// documents (TaviDocument::TrackEvent). Only exhausted memory throws. The wrapper does not check opt-in: ask the
-// library's IsOptedIn first.
+// documents (TaviDocument::TrackEvent). Only exhausted memory throws. The wrapper does not ask whether the user has
+// opted in: call the library's IsOptedIn first.
 //
 // Wide text is UTF-16 or UTF-32, as wide as wchar_t, and ends at its first null character; it is sent as UTF-8, with
 // U+FFFD for what is ill-formed. An empty text is sent as an empty string. Numbers and flags are sent as text unless
@@ -39,7 +39,7 @@ struct NavBarToolState
 class CorvaneTavi
 {
 public:
-    // The one wrapper of the process, there until it exits. Every call runs StartSdk() and drops its status.
+    // The process's one wrapper, which lives until the process exits. Every call runs StartSdk() and drops its status.
     //
     // A static object of the host may report from its destructor if its construction ended after the first call. One
     // that is constructed before main() may report at all only if it is defined outside functions and below an
@@ -49,10 +49,10 @@ public:
     CorvaneTavi(const CorvaneTavi&) = delete;
     CorvaneTavi& operator=(const CorvaneTavi&) = delete;
 
-    // Reads the product file (UpiProductInfo.h) and starts the telemetry library. Returns the library's status; any but
-    // 0 prints "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize". Once the library has given an identifier of the
-    // host product, whatever the status, further calls do nothing and return 0. Until then each tries again, and events
-    // carry an empty identifier.
+    // Reads the product file (UpiProductInfo.h) and starts the telemetry library. Returns the library's status; any
+    // except 0 prints "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize". Once the library has given an identifier
+    // of the host product, whatever the status, further calls do nothing and return 0. Until then each tries again, and
+    // events carry an empty identifier.
     int StartSdk();
 
     // Product line, release, master and build identifier joined by "&", for the library's testing functions; empty when

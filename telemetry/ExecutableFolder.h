@@ -1,4 +1,4 @@
-// Where the running code lies and how a file is opened, by each platform's own means.
+// Finds the folder of the running code, and opens files, by each platform's means.
 #pragma once
 
 #include <cstdio>
@@ -16,7 +16,7 @@ std::optional<std::filesystem::path> ExecutableFolder();
 // The folder of the program or shared library that this code is linked into; std::nullopt as above.
 std::optional<std::filesystem::path> ModuleFolder();
 
-// In text mode. Null when the file cannot be opened. The caller closes it.
+// Opens the file in text mode. Null when it cannot be opened. The caller closes it.
 std::FILE* OpenForReading(const std::filesystem::path& file);
 
 } // namespace Corvane

@@ -1,5 +1,5 @@
-// What differs between the versions of Mini-XML. MiniXml3.cpp is for version 3, MiniXml4.cpp for version 4; CMake
-// picks.
+// Hides the differences between the versions of Mini-XML. MiniXml3.cpp is for version 3, MiniXml4.cpp for version 4;
+// CMake picks one.
 #pragma once
 
 #include <cstdio>

@@ -6,7 +6,7 @@ namespace Corvane
 namespace
 {
 
-// Without a callback Mini-XML prints on the error stream. The callback that was set before cannot be asked for.
+// Without a callback Mini-XML prints on the error stream. It cannot return the callback that was set before.
 class SilentMiniXml
 {
 public:

@@ -1,7 +1,7 @@
 // One open document of the host and the event that is sent when its user starts changing it.
 //
-// The event is made when the document is registered, and its edit timer runs from then on. What CorvaneTavi.h says of
-// text and threads holds here.
+// The event is made when the document is registered, and its edit timer runs from then on. The rules of CorvaneTavi.h
+// for text and threads hold here as well.
 #pragma once
 
 #include <cstdint>
