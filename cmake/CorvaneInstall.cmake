@@ -101,6 +101,7 @@ install(
     FILES
         "${PROJECT_BINARY_DIR}/CorvaneTaviConfig.cmake"
         "${PROJECT_BINARY_DIR}/CorvaneTaviConfigVersion.cmake"
+        "${PROJECT_SOURCE_DIR}/cmake/CorvaneProductFile.cmake"
         "${PROJECT_SOURCE_DIR}/cmake/FindMxml.cmake"
     DESTINATION "${packageDir}"
     COMPONENT Development

@@ -40,8 +40,8 @@ std::error_code SystemConsole::Write(std::string_view text)
         const int error = errno;
         if (error == EAGAIN)
         {
-            pollfd output{STDOUT_FILENO, POLLOUT, 0};
-            poll(&output, 1, -1);
+            pollfd stream{STDOUT_FILENO, POLLOUT, 0};
+            poll(&stream, 1, -1);
         }
         else if (error != EINTR)
         {
