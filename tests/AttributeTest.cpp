@@ -1,4 +1,4 @@
-// What the prober's calls leave open: those prove each type of value, with arguments of every kind.
+// Covers what the prober's calls leave open: those prove each type of value.
 #include <string>
 #include <type_traits>
 #include <utility>

