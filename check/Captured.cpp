@@ -22,12 +22,12 @@ struct Refused : std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-// Throws Refused where the text is no JSON, has a key twice in one object, or has more levels than any payload.
+// Throws Refused when the text is no JSON, has a key twice in one object, or has more levels than any payload.
 json ParseLine(const std::string& text)
 {
     constexpr int mostLevels = 100;
     std::vector<std::set<std::string>> keys; // of the objects that are open
-    const auto check = [&keys](int depth, json::parse_event_t event, json& parsed)
+    const auto inspect = [&keys](int depth, json::parse_event_t event, json& parsed)
     {
         if (depth > mostLevels)
             throw Refused("has more than " + std::to_string(mostLevels) + " levels");
@@ -41,7 +41,7 @@ json ParseLine(const std::string& text)
     };
     try
     {
-        return json::parse(text, check);
+        return json::parse(text, inspect);
     }
     catch (const json::parse_error& error)
     {
@@ -55,20 +55,13 @@ json ParseLine(const std::string& text)
     }
 }
 
-const DocumentKey* FindKey(const DocumentEvent& event, const std::string& name)
-{
-    const auto found = std::find_if(event.keys.begin(), event.keys.end(),
-                                    [&name](const DocumentKey& key) { return key.place.empty() && key.name == name; });
-    return found != event.keys.end() ? &*found : nullptr;
-}
-
-// By type, component type and name, as far as they are the event's and not the caller's.
+// Whether the payload has the event's type, component type and name, except a name that the caller gives.
 bool HasMarksOf(const DocumentEvent& event, const json& payload)
 {
     const auto marks = {"type", "component_type", "component_name"};
     const auto isAsInTheEvent = [&event, &payload](const char* mark)
     {
-        const DocumentKey* const key = FindKey(event, mark);
+        const DocumentKey* const key = FindKey(event, "", mark);
         if (key == nullptr)
             return !payload.contains(mark);
         return key->kind != "fixed" || payload.value(mark, json()) == key->fixed;
@@ -84,6 +77,7 @@ bool HasKey(const DocumentKey& key, const json& payload)
     return object != payload.end() && object->contains(key.name);
 }
 
+// How many of the event's keys the payload has.
 std::size_t KeysOf(const DocumentEvent& event, const json& payload)
 {
     return static_cast<std::size_t>(std::count_if(event.keys.begin(), event.keys.end(),
@@ -106,52 +100,38 @@ std::string UnknownEvent(const json& payload)
            " and its name " + textOf("component_name");
 }
 
-std::vector<std::string> Sentences(const Findings& findings)
-{
-    std::vector<std::string> sentences;
-    for (const std::vector<Fault>* const faults : {&findings.faults, &findings.productFaults})
-    {
-        for (const Fault& fault : *faults)
-            sentences.push_back(fault.sentence);
-    }
-    return sentences;
-}
-
-struct Candidate
-{
-    const DocumentEvent* event;
-    std::vector<std::string> faults;
-    std::vector<std::string> remarks;
-    std::tuple<bool, bool, std::size_t> fit; // a name of its own tells more than one that the caller gives
-};
-
-// What is wrong with the event that the payload fits best, or with each where there are several.
+// Judges the payload as the event that it fits best, or as each of several.
 CapturedPayload JudgePayload(const Document& document, const Judge& judge, const json& payload)
 {
-    std::vector<Candidate> best;
+    struct Candidate
+    {
+        std::string method;
+        Findings findings;
+    };
+    // A name of the event's own counts more than the absence of faults, and that more than the number of its keys.
+    std::map<std::tuple<bool, bool, std::size_t>, std::vector<Candidate>> candidates;
     for (const DocumentEvent& event : document.events)
     {
         if (!HasMarksOf(event, payload) || (event.nameFrom && !HasAnAttributeOf(event, payload)))
             continue;
         const Findings findings = judge.OfCaptured(event, payload);
-        Candidate candidate{&event, Sentences(findings), findings.remarks, {}};
-        candidate.fit = {!event.nameFrom, candidate.faults.empty(), KeysOf(event, payload)};
-        if (!best.empty() && candidate.fit < best.front().fit)
-            continue;
-        if (!best.empty() && candidate.fit > best.front().fit)
-            best.clear();
-        best.push_back(std::move(candidate));
+        candidates[{!event.nameFrom, findings.Sentences().empty(), KeysOf(event, payload)}].push_back(
+            {event.method, findings});
     }
     CapturedPayload judged;
-    for (const Candidate& candidate : best)
+    if (candidates.empty())
     {
-        judged.methods.push_back(candidate.event->method);
-        judged.remarks = candidate.remarks;
-        for (const std::string& fault : candidate.faults)
-            judged.faults.push_back((best.size() > 1 ? "as " + candidate.event->method + ", " : "") + fault);
-    }
-    if (best.empty())
         judged.faults = {UnknownEvent(payload)};
+        return judged;
+    }
+    const std::vector<Candidate>& best = candidates.rbegin()->second;
+    for (const auto& [method, findings] : best)
+    {
+        judged.methods.push_back(method);
+        judged.remarks = findings.remarks;
+        for (const std::string& fault : findings.Sentences())
+            judged.faults.push_back((best.size() > 1 ? "as " + method + ", " : "") + fault);
+    }
     return judged;
 }
 

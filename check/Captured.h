@@ -1,5 +1,5 @@
-// Judges payloads that a host recorded, one JSON text a line. The arguments of their calls are not known, so that
-// values are judged by their form.
+// Judges payloads that a host recorded, one JSON text a line. Values are judged by their form, because the arguments of
+// the calls are not known.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@ namespace Corvane
 struct CapturedPayload
 {
     std::size_t line = 0;             // counted from 1
-    std::vector<std::string> methods; // whose event it is; several when it fits them alike, none when it fits none
-    std::vector<std::string> faults;  // sentences; none when it is good
+    std::vector<std::string> methods; // of the event that it fits best; several when it fits them alike
+    std::vector<std::string> faults;  // sentences; empty when it is good
     std::vector<std::string> remarks; // sentences
 };
 
@@ -27,18 +27,18 @@ struct CapturedOutcome
 {
     std::size_t good = 0;
     std::size_t bad = 0;
-    std::map<std::string, std::size_t> events;  // how many of each came, by method; 0 of those that never did
+    std::map<std::string, std::size_t> events;  // how many of each came, by method; 0 for those that never came
     std::map<std::string, std::size_t> remarks; // with the number of payloads
 };
 
-// Hands each line that is not blank to `onPayload` once it is judged. `isStrict` makes remarks faults.
+// Calls `onPayload` for each line that is not blank once it is judged. `isStrict` makes remarks faults.
 CapturedOutcome JudgeCapturedLines(const Document& document, const Judge& judge, bool isStrict, std::istream& input,
                                    const std::function<void(const CapturedPayload&)>& onPayload);
 
-// A line, "line 3: good, TrackMeshSize", above what is wrong with a bad one.
+// "line 3: good, TrackMeshSize", and below it the faults of a bad payload, a line each.
 std::string CapturedText(const CapturedPayload& payload);
 
-// How many of each event came and which never, remarks and, as the last line, the numbers of good and bad payloads.
+// Which events came how often and which never, remarks and, as the last line, the numbers of good and bad payloads.
 std::string CapturedClosingText(const CapturedOutcome& outcome);
 
 // One JSON document, an object of

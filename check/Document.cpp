@@ -51,9 +51,8 @@ DocumentEvent ReadEvent(const json& source, const json& commonKeys)
     }
     for (const json& key : source.at("keys"))
         event.keys.push_back(ReadKey(key, event.parameters));
-    const auto name = std::find_if(event.keys.begin(), event.keys.end(),
-                                   [](const DocumentKey& key) { return key.name == "component_name"; });
-    if (name == event.keys.end())
+    const DocumentKey* const name = FindKey(event, "", "component_name");
+    if (name == nullptr)
         return event;
     event.nameFrom = name->parameter;
     if (!event.nameFrom)
@@ -80,6 +79,13 @@ const DocumentEvent* FindEvent(const Document& document, const std::string& meth
     const auto found = std::find_if(document.events.begin(), document.events.end(),
                                     [&method](const DocumentEvent& event) { return event.method == method; });
     return found != document.events.end() ? &*found : nullptr;
+}
+
+const DocumentKey* FindKey(const DocumentEvent& event, const std::string& place, const std::string& name)
+{
+    const auto found = std::find_if(event.keys.begin(), event.keys.end(),
+                                    [&](const DocumentKey& key) { return key.place == place && key.name == name; });
+    return found != event.keys.end() ? &*found : nullptr;
 }
 
 } // namespace Corvane

@@ -1,4 +1,4 @@
-// The names of files, which are UTF-8 in the program.
+// Converts the names of files, which the program has as UTF-8.
 #pragma once
 
 #include <filesystem>

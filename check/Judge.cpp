@@ -30,7 +30,7 @@ std::string DecimalText(double number)
     return text;
 }
 
-// Of a list, what is sent is a text and a flag of the last element, and the number of all.
+// A list is sent as its last element's text and flag, and the number of all elements.
 json PartOf(const json& argument, const std::string& kind)
 {
     if (!argument.is_object())
@@ -44,7 +44,7 @@ json PartOf(const json& argument, const std::string& kind)
     return part != last.end() ? *part : json();
 }
 
-// What is sent for an argument.
+// The value that is sent for an argument.
 json ValueOf(const DocumentKey& key, const json& argument)
 {
     json part = PartOf(argument, key.kind);
@@ -81,7 +81,7 @@ std::string WithPlace(const std::string& place, const std::string& name)
     return place.empty() ? name : place + ": " + name;
 }
 
-// What is wrong with the form of a value that is not known; empty when nothing is.
+// The form that `value` should have; empty when it has it.
 std::string WantedForm(const DocumentKey& key, const json& value)
 {
     if (key.type == "integer")
@@ -91,7 +91,7 @@ std::string WantedForm(const DocumentKey& key, const json& value)
     const auto& text = value.get_ref<const std::string&>();
     if (key.kind == "flag")
         return text == "True" || text == "False" ? "" : R"("True" or "False")";
-    if (key.format == "decimal") // in whatever form the library writes it
+    if (key.format == "decimal") // the library decides how it writes one
         return NumberIn<double>(text) ? "" : "a decimal number as text";
     if (key.format == "signed")
         return IsNumber<std::int64_t>(text) ? "" : "a number as text";
@@ -127,20 +127,13 @@ public:
             findings.remarks.push_back(absent + " did not come");
         for (const auto& [name, value] : payload.items())
         {
-            if (!places.contains(name) && Find(name, "") == nullptr)
+            if (!places.contains(name) && FindKey(event, "", name) == nullptr)
                 findings.remarks.push_back(JsonTextOf(name) + " is a key that docs/events.json does not have");
         }
         return findings;
     }
 
 private:
-    const DocumentKey* Find(const std::string& name, const std::string& place) const
-    {
-        const auto found = std::find_if(event.keys.begin(), event.keys.end(),
-                                        [&](const DocumentKey& key) { return key.name == name && key.place == place; });
-        return found != event.keys.end() ? &*found : nullptr;
-    }
-
     // Null when the value is not known.
     json Expected(const DocumentKey& key) const
     {
@@ -158,13 +151,13 @@ private:
         if (!key.leftOut)
             return false;
         if (arguments != nullptr)
-            return Expected(*Find(key.leftOut->key, key.leftOut->place)) == key.leftOut->value;
+            return Expected(*FindKey(event, key.leftOut->place, key.leftOut->key)) == key.leftOut->value;
         const auto object = payload.find(key.leftOut->place);
         return object != payload.end() && object->is_object() &&
                object->value(key.leftOut->key, json()) == key.leftOut->value;
     }
 
-    // Whether the library may have left it out because the text is empty.
+    // Whether the library may have left the key out because its text is empty.
     bool MayBeEmpty(const DocumentKey& key) const
     {
         const json expected = Expected(key);
@@ -193,7 +186,7 @@ private:
         }
         for (const auto& [name, value] : object->items())
         {
-            const DocumentKey* const key = Find(name, place);
+            const DocumentKey* const key = FindKey(event, place, name);
             if (key == nullptr || IsLeftOut(*key))
                 findings.faults.push_back(
                     {WithPlace(place, name), nullptr, value,
@@ -263,7 +256,7 @@ private:
     Findings findings;
 };
 
-// A payload that is no object.
+// For a payload that is no object.
 Findings NoObject(const json& payload)
 {
     const std::string sentence =
@@ -274,6 +267,17 @@ Findings NoObject(const json& payload)
 }
 
 } // namespace
+
+std::vector<std::string> Findings::Sentences() const
+{
+    std::vector<std::string> sentences;
+    for (const std::vector<Fault>* const some : {&faults, &productFaults})
+    {
+        for (const Fault& fault : *some)
+            sentences.push_back(fault.sentence);
+    }
+    return sentences;
+}
 
 Judge::Judge(ProductFile productFile, bool takesEmptyForNone)
     : product(std::move(productFile)), emptyIsNone(takesEmptyForNone)

@@ -1,8 +1,8 @@
 // Judges payloads by docs/events.json.
 //
-// The keys that the wrapper writes must be at their places with the right values, and objects that it writes hold no
-// others. What the library adds is its own affair: a product's description or an edit timer that does not come, or
-// comes in another form, is a remark, and so is a further key at the payload's top level.
+// The keys that the wrapper writes must be at their places with the right values, and objects that the wrapper writes
+// hold no others. The library decides what it adds: a product's description or an edit timer that is absent or has
+// another form is a remark, and so is a further key at the payload's top level.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ namespace Corvane
 
 struct Fault
 {
-    std::string key;         // with its object before it, as in "content_meta: COMMON.FILE.NAME"; empty: of no key
+    std::string key;         // after its object, as in "content_meta: COMMON.FILE.NAME"; empty: the payload as a whole
     nlohmann::json expected; // null: nothing
     nlohmann::json sent;     // null: nothing
     std::string sentence;
@@ -29,19 +29,22 @@ struct Findings
     std::vector<Fault> faults;
     std::vector<Fault> productFaults; // of the product's description, which is in every payload
     std::vector<std::string> remarks;
+
+    // The sentences of all faults, those of the product's description last.
+    std::vector<std::string> Sentences() const;
 };
 
 class Judge
 {
 public:
-    // `takesEmptyForNone` tells of a library that leaves out what is given an empty text.
+    // `takesEmptyForNone`: the library leaves out a key whose text is empty.
     Judge(ProductFile productFile, bool takesEmptyForNone);
 
-    // A payload of a call with these arguments.
+    // Judges a payload of a call with these arguments.
     Findings OfCall(const DocumentEvent& event, const std::vector<nlohmann::json>& arguments,
                     const nlohmann::json& payload) const;
 
-    // A payload of unknown arguments: values of the host are judged by their form.
+    // Judges a payload of unknown arguments: the host's values are judged by their form.
     Findings OfCaptured(const DocumentEvent& event, const nlohmann::json& payload) const;
 
 private:
@@ -49,7 +52,7 @@ private:
     bool emptyIsNone;
 };
 
-// Whether the telemetry library that the program uses does so.
+// Whether the telemetry library in use takes an empty text for none.
 bool LibraryTakesEmptyForNone();
 
 } // namespace Corvane

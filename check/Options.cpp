@@ -13,7 +13,7 @@ namespace Corvane
 namespace
 {
 
-// Of at most 80 columns, whatever version of the library reads the options.
+// Lines of at most 80 columns, and the same text with any version of CLI11.
 const char* const Help =
     R"(Usage: tavi_check [OPTION]...
 
@@ -25,10 +25,12 @@ uploaded.
   --only NAME...        prove these alone: names of tests or methods, in any
                         case; "*" stands for any text, "?" for a character
   --list                print the tests' names and exit
-  --strict              a remark is an error, too: a further top-level key; an
-                        edit timer or a product's description that does not
-                        come, or in another form; a product that is
-                        "undefined"; a library that takes "" for no text
+  --strict              fail for what is only a remark otherwise: a top-level
+                        key that docs/events.json lacks; an edit timer or a
+                        product's description that is absent or has another
+                        form; a product that is "undefined"; a library that
+                        takes "" for no text, or withholds events whose names
+                        are not in the vocabulary
   --json                print the outcome as one JSON document, and verdicts on
                         the error stream
   --junit FILE          write a JUnit report as well
@@ -51,7 +53,7 @@ refused test mode, or the user has not opted in; 2 the arguments are wrong, or
 captured payloads cannot be read; 3 output could not be written.
 )";
 
-// What is quoted from the arguments may hold anything.
+// An argument that is quoted in the text may have line ends.
 std::string OneLine(std::string text)
 {
     std::replace_if(
@@ -59,7 +61,7 @@ std::string OneLine(std::string text)
     return text;
 }
 
-// Empty when a file can have the name.
+// Empty when `name` is good as the name of a file.
 std::string FileNameError(const std::string& name)
 {
     if (name.empty())
@@ -107,7 +109,7 @@ CommandLine ReadCommandLine(std::vector<std::string> arguments)
     whitelist->excludes(list)->excludes(only);
     captured->excludes(only)->excludes(junit)->excludes(payloads);
 
-    std::reverse(arguments.begin(), arguments.end()); // as the parser takes them
+    std::reverse(arguments.begin(), arguments.end()); // the order in which CLI11 takes them
     try
     {
         app.parse(std::move(arguments));

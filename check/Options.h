@@ -14,7 +14,7 @@ struct Options
     std::string whitelist; // "json" or "csv"; empty: not asked for
     bool strict = false;
     bool json = false;
-    std::string junitFile; // in UTF-8, as the next two; empty: none
+    std::string junitFile; // in UTF-8, as the next two; empty: not asked for
     std::string payloadsFile;
     std::string capturedFile; // "-": standard input
 };
@@ -22,8 +22,8 @@ struct Options
 struct CommandLine
 {
     Options options;
-    std::string text;       // what --help or --version prints, in place of anything else
-    std::string usageError; // a line; empty when the arguments are good
+    std::string text;       // the output of --help or --version; empty without them
+    std::string usageError; // one line; empty when the arguments are good
 };
 
 // `arguments` are those after the program's name, in UTF-8.

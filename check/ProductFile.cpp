@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include <check/FileNames.h>
-#include <check/System.h>
 #include <telemetry/ExecutableFolder.h>
 #include <telemetry/MiniXml.h>
 
@@ -17,7 +16,7 @@ namespace Corvane
 namespace
 {
 
-// In the order in which the product key has them.
+// In the order of the product key.
 constexpr std::array<const char*, 4> Levels = {"productline", "release", "master", "build"};
 constexpr const char* Undefined = "undefined";
 
@@ -29,7 +28,7 @@ std::string AttributeOf(mxml_node_t* element, const char* name)
     return value != nullptr ? value : "";
 }
 
-// The value that the level has under "name" or "id", the last one of several.
+// The value of the level's attribute "name" or "id"; the last one counts.
 std::string LevelText(mxml_node_t* level, const std::string& name)
 {
     std::string text = Undefined;
@@ -101,7 +100,7 @@ ProductFile ReadProductFile(const std::filesystem::path& file)
 
 std::filesystem::path ProductFilePath()
 {
-    return ProgramFolder().value_or(std::filesystem::path()) / "UPI" / "upiconfig.xml";
+    return ExecutableFolder().value_or(std::filesystem::path()) / "UPI" / "upiconfig.xml";
 }
 
 } // namespace Corvane

@@ -1,5 +1,5 @@
-// The product file, UPI/upiconfig.xml beside the program, read here for itself: what the wrapper makes of it is
-// compared with this.
+// The product file, UPI/upiconfig.xml beside the program, read without the wrapper, whose reading is compared with
+// this.
 #pragma once
 
 #include <filesystem>
@@ -11,17 +11,17 @@ namespace Corvane
 
 struct ProductFile
 {
-    std::map<std::string, std::string> levels; // the identifiers by level; each of the four is there
-    std::string remark; // a sentence that names the file: why identifiers are "undefined"; empty when none is
+    std::map<std::string, std::string> levels; // the identifiers of all four levels
+    std::string remark;                        // a sentence: why identifiers are "undefined"; empty when none is
 
-    // Product line, release, master and build joined by "&"; empty when one of them is empty.
+    // Product line, release, master and build, joined by "&"; empty when one of them is empty.
     std::string ProductKey() const;
 };
 
 // The outermost level is the first one of the file; each further one is the first within the one before.
 ProductFile ReadProductFile(const std::filesystem::path& file);
 
-// Of the running program.
+// The running program's.
 std::filesystem::path ProductFilePath();
 
 } // namespace Corvane

@@ -18,8 +18,8 @@ namespace
 
 using OrderedJson = nlohmann::ordered_json;
 
-// Text for an attribute or an element. A line end and a tab would be read as blanks in an attribute; what XML cannot
-// hold becomes U+FFFD.
+// Text for an attribute or an element. Tabs and line ends are escaped, because a parser reads them as blanks in an
+// attribute. U+FFFD replaces characters that XML does not allow.
 std::string XmlText(const std::string& text)
 {
     const std::string wellFormed = WellFormed(text);
@@ -56,14 +56,14 @@ std::string Attribute(const std::string& name, const std::string& value)
     return " " + name + "=\"" + XmlText(value) + "\"";
 }
 
-// With a point in any locale.
+// Three decimals, with a point in any locale.
 std::string Seconds(double seconds)
 {
     const auto milliseconds = static_cast<long long>(seconds * 1000);
     return std::to_string(milliseconds / 1000) + "." + std::to_string(1000 + milliseconds % 1000).substr(1);
 }
 
-// `element` is "failure" or "error"; there is none without sentences.
+// `element` is "failure" or "error"; without sentences the case has none.
 std::string JUnitCase(const std::string& name, double seconds, const std::string& element,
                       const std::vector<std::string>& sentences)
 {
@@ -75,7 +75,7 @@ std::string JUnitCase(const std::string& name, double seconds, const std::string
            XmlText(JoinedBy("\n", sentences)) + "</" + element + ">\n  </testcase>\n";
 }
 
-// With the call that it comes from, and how many more there are.
+// The call of the fault, and the number of further ones.
 std::string CallsOf(const CallFault& fault)
 {
     if (fault.call.empty())
@@ -94,11 +94,6 @@ std::vector<std::string> SentencesOf(const TestOutcome& test)
 std::string RemarkHead(bool isStrict)
 {
     return isStrict ? "ERROR   " : "REMARK  ";
-}
-
-OrderedJson TextOrNull(const std::string& text)
-{
-    return text.empty() ? OrderedJson() : OrderedJson(text);
 }
 
 OrderedJson TestAsJson(const TestOutcome& test)

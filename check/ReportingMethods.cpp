@@ -58,7 +58,7 @@ Sample<Text> LongText()
     return PlainText<Text>(text);
 }
 
-// A list in which `count - 1` other tools stand before the last one.
+// A list of `count` tools; `lastName` and `isHidden` are the last one's.
 Sample<Tools> List(const char* kind, std::size_t count, const Sample<std::wstring>& lastName, bool isHidden)
 {
     const std::wstring otherName = L"first tool";
@@ -78,9 +78,9 @@ std::vector<Sample<Value>> Numbers(const char* kind, std::initializer_list<Value
     return samples;
 }
 
-// The first is that of the first call: `position`, counted from 0, makes it differ from those of other parameters. A
-// text that is an event's name has the known `names` before all others. Decimals have at most six places, which binary
-// numbers hold exactly; a float does not hold that of a double.
+// The first sample is the first call's, and differs from other parameters' by `position`, counted from 0. The samples
+// of an event's name begin with the known `names`. Decimals are exact in binary with six places; those of a double do
+// not fit into a float.
 template <typename Value>
 std::vector<Sample<Value>> SamplesOf([[maybe_unused]] std::size_t position,
                                      [[maybe_unused]] const std::vector<std::string>& names)
@@ -139,7 +139,7 @@ std::vector<std::string> KindsOf(const std::vector<Sample<Value>>& samples)
     return kinds;
 }
 
-// Of each parameter. Flags are counted by themselves, so that they take turns.
+// The position of each parameter. Flags are counted apart from the others, so that they alternate.
 template <typename... Values>
 std::array<std::size_t, sizeof...(Values)> Positions()
 {
@@ -186,7 +186,7 @@ ReportingMethod Method(const char* name, void (CorvaneTavi::*method)(Parameters.
                                                         std::index_sequence_for<Parameters...>());
 }
 
-// The event that `method` sends is prepared by another one, which takes the values.
+// `method` sends an event that `prepare` has prepared from the values.
 template <typename Name, typename... Parameters>
 ReportingMethod PreparedMethod(const char* preparedBy, void (CorvaneTavi::*prepare)(Name, Parameters...),
                                const char* name, void (CorvaneTavi::*method)(Name))

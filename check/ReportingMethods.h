@@ -1,4 +1,4 @@
-// The prober: knows the wrapper's reporting methods and makes the calls that prove each parameter of each of them.
+// The prober: the wrapper's reporting methods, and calls that prove each parameter of each method.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +14,11 @@ namespace Corvane
 
 struct ProbingCall
 {
-    // In the order of the parameters: a flag, a number or a text in UTF-8; of a list {"count", "last"}, its size and,
+    // In the order of the parameters: a flag, a number or a text in UTF-8; for a list {"count", "last"}, its size and,
     // unless it is empty, an object with the text and the flag of its last element.
     std::vector<nlohmann::json> arguments;
     std::function<void()> make;           // through CorvaneTavi::Instance()
-    std::optional<std::size_t> parameter; // the one that differs from the first call's, counted from 0
+    std::optional<std::size_t> parameter; // the parameter that differs from the first call's, counted from 0
     std::string sample;                   // how it differs: "text", "flag", "number", "decimal" or "empty"
 };
 
@@ -31,17 +31,17 @@ struct ReportingMethod
     std::function<ProbingCall(const std::vector<std::size_t>& chosen)> call; // with a sample for each parameter
 };
 
-// All of them, in the order of the test program's catalogue.
+// All methods, in the order of the test program's catalogue.
 const std::vector<ReportingMethod>& ReportingMethods();
 
-// A first call, whose arguments differ as far as they can in the text that is sent for them, and then calls that change
-// one parameter each.
+// The first call's arguments differ from one another in the text that is sent for them, as far as they can. Each
+// further call changes one parameter.
 std::vector<ProbingCall> ProbingCalls(const ReportingMethod& method);
 
-// The name of the method's test in the catalogue: the method's, without "Track" before it.
+// The name of the method's test in the catalogue: the method's without the leading "Track".
 std::string TestName(const std::string& method);
 
-// The call as C++ would have it, with long texts shortened.
+// The call as in C++, with long texts shortened.
 std::string CallText(const ReportingMethod& method, const ProbingCall& call);
 
 } // namespace Corvane

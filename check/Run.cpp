@@ -28,26 +28,26 @@ namespace Corvane
 namespace
 {
 
-// While it lives, what is written to std::cout is kept.
-class KeptOutput
+// Captures what is written to std::cout.
+class CapturedOutput
 {
 public:
-    KeptOutput() : previous(std::cout.rdbuf(kept.rdbuf())) {}
-    ~KeptOutput() { std::cout.rdbuf(previous); }
-    KeptOutput(const KeptOutput&) = delete;
-    KeptOutput& operator=(const KeptOutput&) = delete;
+    CapturedOutput() : previous(std::cout.rdbuf(captured.rdbuf())) {}
+    ~CapturedOutput() { std::cout.rdbuf(previous); }
+    CapturedOutput(const CapturedOutput&) = delete;
+    CapturedOutput& operator=(const CapturedOutput&) = delete;
 
     std::vector<std::string> Lines() const
     {
         std::vector<std::string> lines;
-        std::istringstream text(kept.str());
+        std::istringstream text(captured.str());
         for (std::string line; std::getline(text, line);)
             lines.push_back(line);
         return lines;
     }
 
 private:
-    std::ostringstream kept;
+    std::ostringstream captured;
     std::streambuf* previous;
 };
 
@@ -83,7 +83,7 @@ public:
 private:
     std::unique_ptr<PayloadRecorder> Start()
     {
-        const KeptOutput output;
+        const CapturedOutput output;
         auto recorder = std::make_unique<PayloadRecorder>();
         for (const std::string& line : output.Lines())
             outcome.errors.push_back("the start printed \"" + line + "\"");
@@ -102,7 +102,7 @@ private:
         return recorder;
     }
 
-    // Those that came since the last call.
+    // Payloads that came since the last call are errors.
     void TakeStrayPayloads(const PayloadRecorder& recorder)
     {
         for (; taken < recorder.Payloads().size(); ++taken)
@@ -118,7 +118,7 @@ private:
         TestOutcome test{TestName(method.name), method.name, {}, {}, 0, 0, 0};
         const DocumentEvent* const event = FindEvent(document, method.name);
         if (event == nullptr)
-            AddFault(test, "", {"", nullptr, nullptr, "docs/events.json has no event of it: it is out of date"});
+            AddFault(test, "", {"", nullptr, nullptr, "docs/events.json lacks this method; it is out of date"});
         std::set<std::string> remarks;
         for (const ProbingCall& call : ProbingCalls(method))
         {
@@ -128,7 +128,7 @@ private:
             const std::size_t received = recorder.Payloads().size() - taken;
             ++test.calls;
             test.payloads += received;
-            // A whitelist can only have names that are known.
+            // A whitelist can only have known names.
             const bool mayBeFiltered =
                 event != nullptr && event->nameFrom &&
                 std::find(event->names.begin(), event->names.end(),
@@ -161,7 +161,7 @@ private:
 
     static void Make(TestOutcome& test, const std::string& callText, const ProbingCall& call)
     {
-        const KeptOutput output;
+        const CapturedOutput output;
         try
         {
             call.make();
@@ -188,7 +188,7 @@ private:
         remarks.insert(findings.remarks.begin(), findings.remarks.end());
     }
 
-    // The first fault of a key stands for all of it.
+    // Later faults of the same key are only counted.
     static void AddFault(TestOutcome& test, const std::string& callText, const Fault& fault)
     {
         const auto known = std::find_if(test.faults.begin(), test.faults.end(),
@@ -208,9 +208,9 @@ private:
     const Document& document;
     const std::filesystem::path& productPath;
     const Progress& progress;
-    std::optional<Judge> judge; // from the start on
+    std::optional<Judge> judge; // set by Start()
     RunOutcome outcome;
-    std::size_t taken = 0; // of the recorder's payloads
+    std::size_t taken = 0; // number of the recorder's payloads that are judged
 };
 
 int Refuse(const JsonValue&, void*, JsonValue&)
@@ -243,8 +243,8 @@ std::vector<std::string> RunOutcome::Errors(bool isStrict) const
     return all;
 }
 
-RunOutcome RunChecks(const Document& document, const std::filesystem::path& productFile,
-                     const std::vector<std::string>& methods, const Progress& progress)
+RunOutcome ProveMethods(const Document& document, const std::filesystem::path& productFile,
+                        const std::vector<std::string>& methods, const Progress& progress)
 {
     return Run(document, productFile, progress).Outcome(methods);
 }

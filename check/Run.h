@@ -1,5 +1,5 @@
-// Runs the prober's calls and judges what comes of each: exactly one payload, right in every key. What failed once has
-// failed, whatever comes after it.
+// Makes the prober's calls and judges the payloads: each call must send exactly one, right in every key. What has
+// failed once stays failed.
 #pragma once
 
 #include <cstddef>
@@ -19,15 +19,15 @@ struct CallFault
 {
     std::string call; // as in "TrackMeshSize(101, 102)"
     Fault fault;
-    std::size_t calls = 1; // in how many calls of the test the key was wrong; the fault is the first one's
+    std::size_t calls = 1; // the number of calls in which the key was wrong; `fault` is the first one's
 };
 
 struct TestOutcome
 {
     std::string name; // the catalogue's, as in "MeshSize"
     std::string method;
-    std::vector<CallFault> faults;     // none when the test passed; one for each key
-    std::vector<std::string> messages; // lines that were printed meanwhile
+    std::vector<CallFault> faults;     // empty when the test passed; one for each key
+    std::vector<std::string> messages; // lines printed during the calls
     std::size_t calls = 0;
     std::size_t payloads = 0;
     double seconds = 0;
@@ -35,42 +35,41 @@ struct TestOutcome
 
 struct ReceivedPayload
 {
-    std::string call; // empty: during none
+    std::string call; // empty: the payload came during no call
     std::string text; // as the library wrote it
 };
 
-using Counts = std::map<std::string, std::size_t>; // of payloads or tests, by a sentence
+using Counts = std::map<std::string, std::size_t>; // numbers of payloads or tests, by sentence
 
 struct RunOutcome
 {
     bool isInTestMode = false;
-    std::string productRemark; // of the product file, told first; empty: none
+    std::string productRemark; // on the product file; empty: none
     std::vector<TestOutcome> tests;
-    std::vector<std::string> errors; // outside the tests, a sentence each
-    Counts productFaults;            // of the product's description, with the number of payloads
+    std::vector<std::string> errors; // sentences; faults that belong to no test
+    Counts productFaults;            // faults of the product's description, with the number of payloads
     Counts remarks;                  // with the number of tests
     std::vector<ReceivedPayload> payloads;
 
     std::size_t FailedTests() const;
 
-    // All that is wrong outside the tests; remarks are, when `isStrict`.
+    // All errors that belong to no test, with the remarks when `isStrict`.
     std::vector<std::string> Errors(bool isStrict) const;
 };
 
 struct Progress
 {
-    std::function<void(const RunOutcome&)> onStart;                         // test mode is entered, or refused
-    std::function<void(const RunOutcome&, const std::string& name)> onTest; // a test begins
-    std::function<void(const TestOutcome&)> onVerdict;                      // and has ended
+    std::function<void(const RunOutcome&)> onStart; // the library has entered test mode, or refused it
+    std::function<void(const RunOutcome&, const std::string& name)> onTest; // before a test
+    std::function<void(const TestOutcome&)> onVerdict;                      // after it
 };
 
-// Puts the library into test mode and proves the methods of these names. Nothing is printed: what the wrapper prints on
-// std::cout is kept, and fails the test. For a user who has not opted in nothing is read or started.
-RunOutcome RunChecks(const Document& document, const std::filesystem::path& productFile,
-                     const std::vector<std::string>& methods, const Progress& progress);
+// Puts the library into test mode and proves the methods of these names. Prints nothing: a line that the wrapper prints
+// on std::cout is a fault. Neither reads nor starts anything if the user has not opted in.
+RunOutcome ProveMethods(const Document& document, const std::filesystem::path& productFile,
+                        const std::vector<std::string>& methods, const Progress& progress);
 
-// After the outcome of a run in test mode is told: a payload that still comes ends the process with status 1 and a line
-// on the error stream.
+// Call after reporting: a later payload ends the process with status 1 and a line on the error stream.
 void RefuseFurtherPayloads();
 
 } // namespace Corvane

@@ -16,7 +16,10 @@ char LowerCase(char character)
 
 std::vector<std::string> NamesOf(const ReportingMethod& method)
 {
-    return {TestName(method.name), method.name, method.preparedBy};
+    std::vector<std::string> names = {TestName(method.name), method.name};
+    if (!method.preparedBy.empty())
+        names.push_back(method.preparedBy);
+    return names;
 }
 
 // How many letters must be put in, left out or replaced to make one text of the other.
@@ -41,58 +44,36 @@ std::size_t Distance(std::string_view one, std::string_view other)
 
 bool Matches(std::string_view pattern, std::string_view name)
 {
-    // The text that the latest "*" stands for grows by a character whenever what follows it does not fit.
-    std::string_view afterStar;
-    std::string_view grown;
-    bool hasStar = false;
-    while (!name.empty())
+    // By n: whether the part of the pattern before `wanted` matches the first n characters of the name.
+    std::vector<bool> matches(name.size() + 1);
+    matches[0] = true;
+    for (const char wanted : pattern)
     {
-        if (!pattern.empty() && pattern.front() == '*')
+        if (wanted == '*')
         {
-            pattern.remove_prefix(1);
-            hasStar = true;
-            afterStar = pattern;
-            grown = name;
+            std::fill(std::find(matches.begin(), matches.end(), true), matches.end(), true);
+            continue;
         }
-        else if (!pattern.empty() && (pattern.front() == '?' || LowerCase(pattern.front()) == LowerCase(name.front())))
-        {
-            pattern.remove_prefix(1);
-            name.remove_prefix(1);
-        }
-        else if (hasStar)
-        {
-            grown.remove_prefix(1);
-            name = grown;
-            pattern = afterStar;
-        }
-        else
-        {
-            return false;
-        }
+        for (std::size_t n = name.size(); n > 0; --n)
+            matches[n] = matches[n - 1] && (wanted == '?' || LowerCase(wanted) == LowerCase(name[n - 1]));
+        matches[0] = false;
     }
-    return pattern.find_first_not_of('*') == std::string_view::npos;
+    return matches.back();
 }
 
 Selection Select(const std::vector<ReportingMethod>& methods, const std::vector<std::string>& patterns)
 {
-    const auto isLike = [](const ReportingMethod& method, const std::string& pattern)
-    {
-        const std::vector<std::string> names = NamesOf(method);
-        return std::any_of(names.begin(), names.end(),
-                           [&pattern](const std::string& name) { return !name.empty() && Matches(pattern, name); });
-    };
-    Selection selection;
+    Selection selection{{}, patterns};
     for (const ReportingMethod& method : methods)
     {
-        if (patterns.empty() || std::any_of(patterns.begin(), patterns.end(),
-                                            [&](const std::string& pattern) { return isLike(method, pattern); }))
+        const auto isOfMethod = [names = NamesOf(method)](const std::string& pattern)
+        {
+            return std::any_of(names.begin(), names.end(),
+                               [&pattern](const std::string& name) { return Matches(pattern, name); });
+        };
+        if (patterns.empty() || std::any_of(patterns.begin(), patterns.end(), isOfMethod))
             selection.methods.push_back(method.name);
-    }
-    for (const std::string& pattern : patterns)
-    {
-        if (std::none_of(methods.begin(), methods.end(),
-                         [&](const ReportingMethod& method) { return isLike(method, pattern); }))
-            selection.unmatched.push_back(pattern);
+        std::erase_if(selection.unmatched, isOfMethod);
     }
     return selection;
 }
@@ -100,7 +81,8 @@ Selection Select(const std::vector<ReportingMethod>& methods, const std::vector<
 std::vector<std::string> NamesNear(const std::vector<ReportingMethod>& methods, std::string_view name)
 {
     std::vector<std::string> nearest;
-    std::size_t least = 1 + std::min<std::size_t>(3, name.size() / 3); // beyond it a name is another one
+    std::size_t least =
+        1 + std::min<std::size_t>(3, name.size() / 3); // a name that differs in more letters is another one
     for (const ReportingMethod& method : methods)
     {
         for (const std::string& candidate : NamesOf(method))

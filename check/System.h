@@ -1,8 +1,6 @@
-// What each system does in a way of its own.
+// What Linux and Windows do differently.
 #pragma once
 
-#include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,10 +10,7 @@ namespace Corvane
 // The arguments after the program's name, in UTF-8. `count` and `arguments` are main()'s.
 std::vector<std::string> CommandLineArguments(int count, char** arguments);
 
-// The folder of the running program's file; std::nullopt when the system does not tell.
-std::optional<std::filesystem::path> ProgramFolder();
-
-// While it lives, what code of others writes to standard output goes to the error stream.
+// While it lives, the output of others to standard output goes to the error stream.
 class StandardOutputAside
 {
 public:

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <system_error>
 
 namespace Corvane
 {
@@ -13,13 +12,6 @@ std::vector<std::string> CommandLineArguments(int count, char** arguments)
 {
     // A program can be started without even its name.
     return count > 0 ? std::vector<std::string>(arguments + 1, arguments + count) : std::vector<std::string>();
-}
-
-std::optional<std::filesystem::path> ProgramFolder()
-{
-    std::error_code failure;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
-    return failure ? std::nullopt : std::optional(program.parent_path());
 }
 
 StandardOutputAside::StandardOutputAside() : kept(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0))

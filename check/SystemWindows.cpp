@@ -16,7 +16,7 @@ namespace Corvane
 namespace
 {
 
-// What is ill-formed comes out as U+FFFD.
+// Ill-formed text becomes U+FFFD.
 std::string Utf8(std::wstring_view wide)
 {
     const int size = static_cast<int>(wide.size());
@@ -36,7 +36,7 @@ void PointStandardOutputTo(int descriptor)
 
 } // namespace
 
-// main()'s arguments are in the system's code page, and lack what that cannot show.
+// main()'s arguments are in the system's code page, which lacks characters.
 std::vector<std::string> CommandLineArguments(int, char**)
 {
     struct Free
@@ -51,16 +51,8 @@ std::vector<std::string> CommandLineArguments(int, char**)
     return arguments;
 }
 
-std::optional<std::filesystem::path> ProgramFolder()
-{
-    std::wstring path(32768, L'\0');
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    path.resize(length);
-    return length == 0 ? std::nullopt : std::optional(std::filesystem::path(path).parent_path());
-}
-
-// Of libraries that share the C run time with the program, or ask Windows for the handle. Where one of the streams is
-// closed nothing is changed: it has no descriptor, and the C run time ends a program that passes it none.
+// Diverts libraries that share the program's C run time or ask Windows for the handle. Diverts nothing when one of the
+// streams is closed: it has no descriptor, and the C run time ends a program that passes none.
 StandardOutputAside::StandardOutputAside()
     : kept(_fileno(stdout) >= 0 && _fileno(stderr) >= 0 ? _dup(_fileno(stdout)) : -1)
 {

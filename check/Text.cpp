@@ -21,7 +21,7 @@ std::string JsonTextOf(const json& value)
     std::string text = Dump(value);
     if (text.size() <= most)
         return text;
-    // Not within a letter of several bytes.
+    // Never cut within a character of several bytes.
     std::size_t end = most / 2;
     while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80)
         --end;
@@ -44,6 +44,11 @@ std::string JoinedBy(const std::string& separator, const std::vector<std::string
     for (const std::string& text : texts)
         joined += (joined.empty() ? "" : separator) + text;
     return joined;
+}
+
+nlohmann::ordered_json TextOrNull(const std::string& text)
+{
+    return text.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(text);
 }
 
 } // namespace Corvane

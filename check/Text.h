@@ -10,7 +10,7 @@
 namespace Corvane
 {
 
-// JSON text, shortened; what is ill-formed in it comes out as U+FFFD.
+// JSON text, shortened, with U+FFFD for what is ill-formed.
 std::string JsonTextOf(const nlohmann::json& value);
 
 // Well-formed UTF-8, with U+FFFD for what is not.
@@ -20,5 +20,8 @@ std::string WellFormed(const std::string& text);
 std::string CountOf(std::size_t count, const std::string& what);
 
 std::string JoinedBy(const std::string& separator, const std::vector<std::string>& texts);
+
+// Null for an empty text.
+nlohmann::ordered_json TextOrNull(const std::string& text);
 
 } // namespace Corvane
