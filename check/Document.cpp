@@ -23,7 +23,7 @@ DocumentKey ReadKey(const json& source, const std::vector<std::string>& paramete
     key.type = source.at("type");
     key.kind = source.at("kind");
     key.format = TextOrEmpty(source.at("format"));
-    key.writtenByLibrary = source.at("measured");
+    key.writtenByLibrary = source.at("written_by_library");
     const std::string from = TextOrEmpty(source.at("from"));
     const auto parameter = std::find(parameters.begin(), parameters.end(), from);
     if (key.kind == "fixed")

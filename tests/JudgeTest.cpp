@@ -22,14 +22,15 @@ using Texts = std::vector<std::string>;
 json Key(const std::string& name, const json& place, const std::string& type, const std::string& kind,
          const json& from = {}, const json& format = {})
 {
-    return {{"key", name},       {"place", place}, {"type", type},     {"kind", kind},  {"format", format},
-            {"measured", false}, {"from", from},   {"unless", json()}, {"example", "C"}};
+    return {{"key", name},  {"place", place},   {"type", type},
+            {"kind", kind}, {"format", format}, {"written_by_library", false},
+            {"from", from}, {"unless", json()}, {"example", "C"}};
 }
 
 DocumentEvent SmallEvent()
 {
     json timer = Key("timer", {}, "integer", "number", {}, "unsigned");
-    timer["measured"] = true;
+    timer["written_by_library"] = true;
     json last = Key("A.LAST", "attributes", "string", "text", "list");
     last["unless"] = {{"place", "attributes"}, {"key", "A.COUNT"}, {"value", "0"}};
     const json event = {

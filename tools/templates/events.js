@@ -4,21 +4,21 @@ const form = document.querySelector("form");
 const [search, found, link] = ["search", "found", "link"].map(id => document.getElementById(id));
 const all = (selector, within = document) => [...within.querySelectorAll(selector)];
 
-// Words that stand apart from one another in an event are looked for when no place has them all, or by this wish.
+// Whether events are shown that have the words in different places, although others have them all in one place.
 let apart = false;
 
-// In lower case, and once more without what divides a name: "filename" finds FILE.NAME.
+// In lower case, and once more without a name's dots and underscores: "filename" finds FILE.NAME.
 function textOf(parts) {
     const text = parts.map(part => part.textContent).join(" ").toLowerCase().replaceAll("’", "'");
     return text + " " + text.replace(/[._]/g, "");
 }
 
-// What a question is made of beside what it asks for.
+// The words of a question that are not searched for.
 const FILLING = new Set(("a an any are be can contain contains did do does event events has have hold is it its key " +
     "keys may might of or send sends sent the there they to was were what when where which who why will you").split(" "));
 const OPENING = /^(are|can|did|do|does|has|have|is|may|was|were|what|when|where|which|who|why|will)\s/;
 
-// What is between quotation marks stays together. Of the question "is a file's name sent?" "file" and "name" are looked for.
+// Words between quotation marks stay together. The question "is a file's name sent?" searches for "file" and "name".
 function wordsOf(text) {
     const plain = text.trim().toLowerCase().replaceAll("’", "'").replace(/[“”]/g, '"');
     const words = plain.match(/"[^"]+"|[^\s"?!,;]+/g) ?? [];
@@ -28,7 +28,7 @@ function wordsOf(text) {
     return isQuestion && asked.length > 0 ? asked : named;
 }
 
-// What a key can be filtered by, for each of its meanings.
+// The values that a key can be filtered by, for each of its meanings.
 const meaningsOf = element => (element.dataset.fits ?? "").split(";").map(meaning => meaning.split("|"));
 const kindsOf = element => " " + meaningsOf(element).map(([kind]) => kind).join(" ");
 
@@ -52,7 +52,7 @@ const keyCount = all("#keys .line").length;
 
 const filters = () => all("select", form).map(select => select.value);
 
-// A key fits by one of its meanings; what is no key fits as long as nothing is asked of keys.
+// A key fits by one of its meanings; an element that is no key fits while no filter is set.
 function fits(element) {
     const wanted = filters();
     return meaningsOf(element).some(meaning => wanted.every((value, i) => value === "" || value === meaning[i]));
@@ -74,22 +74,11 @@ function take(hash) {
     apart = state.has("apart");
 }
 
-function asked() {
-    const chosen = all("select", form).filter(select => select.value !== "");
-    const names = chosen.map(select => `${select.labels[0].textContent}: ${select.selectedOptions[0].textContent}`);
-    const words = search.value.trim();
-    return (words === "" ? names : [`“${words}”`, ...names]).join(", ");
-}
-
-function linkTo(hash, text) {
-    const element = document.createElement("a");
-    element.href = hash;
-    element.textContent = text;
-    return element;
-}
+const linkTo = (href, textContent) => Object.assign(document.createElement("a"), { href, textContent });
 
 function showEvent(event, { words, has, isFiltered }) {
-    // The rows that tell why the event is here: with all words, or else with one that is not said of the event, or one.
+    // Marked are the rows because of which the event was found: those that have all words; else those that have one which
+    // the event's own texts lack; else those that have any.
     const unsaid = words.filter(word => !event.said.includes(word));
     const rest = unsaid.length > 0 ? unsaid : words;
     const isHit = event.fitting.some(row => has(row.text))
@@ -111,23 +100,21 @@ function report(shown, more) {
     const count = shown.length;
     const keys = all("#keys .line").filter(line => !line.hidden).length;
     const others = ["about", "changes", "common", "unsent"].map(id => document.getElementById(id))
-        .filter(section => section && !section.hidden);
+        .filter(section => !section.hidden);
     const hash = asHash();
     link.hidden = hash === "";
-    link.href = hash === "" ? "#" : hash;
+    link.href = hash || "#";
     const isNothing = count === 0 && keys === 0 && others.length === 0;
     found.classList.toggle("nothing", isNothing);
-    if (hash === "") {
-        found.replaceChildren(`${count} events, ${keyCount} keys`);
-    } else if (isNothing) {
-        found.replaceChildren(`Nothing found for ${asked()}`);
-    } else {
-        found.replaceChildren(`${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
-        others.forEach((section, i) => found.append(
-            i === 0 ? "; also: " : ", ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
-        if (more > 0)
-            found.append("; ", linkTo(hash + "&apart=yes", `${more} more with the words apart`));
-    }
+    found.replaceChildren(hash === "" ? `${count} events, ${keyCount} keys`
+        : isNothing ? "Nothing found"
+        : `${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
+    if (hash === "" || isNothing)
+        return;
+    others.forEach((section, i) => found.append(
+        i === 0 ? "; also: " : ", ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
+    if (more > 0)
+        found.append("; ", linkTo(hash + "&apart=yes", `${more} more with the words apart`));
 }
 
 function show() {
@@ -158,7 +145,7 @@ function show() {
     report(shown, anywhere.length - shown.length);
 }
 
-// After a change by the reader: the address is that of the search, and what was found begins at the top.
+// After a change by the reader: the address is that of the search, and the page is shown from its top.
 function change() {
     apart = false;
     show();
@@ -171,7 +158,7 @@ function showAll() {
     show();
 }
 
-// A link to what the search has hidden ends the search.
+// A link to an element that the search has hidden ends the search.
 document.addEventListener("click", click => {
     const anchor = click.target.closest('a[href^="#"]');
     const target = anchor && document.getElementById(anchor.hash.slice(1));
@@ -197,12 +184,13 @@ document.getElementById("all").addEventListener("click", () => {
     search.focus();
 });
 
-// The page's own copies, so that it can be passed on alone.
+// The page's own copies of the files, so that it can be passed on alone.
+const copyOf = id => JSON.parse(document.getElementById(id).textContent);
 function offer(id, text, type) {
     document.getElementById(id).href = URL.createObjectURL(new Blob([text], { type }));
 }
-offer("as-json", document.getElementById("document").textContent, "application/json");
-offer("as-table", JSON.parse(document.getElementById("table").textContent), "text/csv");
+offer("as-json", JSON.stringify(copyOf("document"), null, 4) + "\n", "application/json");
+offer("as-table", copyOf("table"), "text/csv");
 
 form.hidden = false;
 take(location.hash.includes("=") ? location.hash : "");

@@ -1,0 +1,210 @@
+"""The event reference, docs/events.json, as Markdown, as a page and as a table.
+
+Each function takes the document as json.loads() gives it and returns a file's text. `changes` are the differences from
+the newest released reference.
+"""
+
+import base64
+import csv
+import hashlib
+import io
+import json
+import re
+from pathlib import Path
+from urllib.parse import urlencode
+
+import jinja2
+from markupsafe import Markup, escape
+
+from document import SENSITIVITIES, TELLING
+
+TEMPLATES = Path(__file__).parent / "templates"
+
+# Texts have code between backticks.
+TEXTS = {
+    "introduction": (
+        "What each reporting method of `CorvaneTavi` sends. The payloads are those of calls with made-up values, in the "
+        "library's test mode with our stand-in. A value's type is that of the argument it comes from, "
+        '"as text" where it is sent as a string: flags as "True" and "False". "From" names the parameter. A "fixed" '
+        'value is the same in every such event, one that is "written by the library" is the telemetry library\'s own, '
+        "and the product file is `UPI/upiconfig.xml`."
+    ),
+    "about_common": "The host product's description.",
+    "about_unsent": (
+        "Names and keys of the vocabulary that no method sends on its own: other parts of the host use them, or a "
+        "caller gives them."
+    ),
+    "nothing_changed": "Nothing that is sent has changed.",
+}
+
+KINDS = {
+    "text": "the host's text",
+    "number": "number",
+    "flag": "flag",
+    "product": "from the product file",
+    "fixed": "fixed",
+}
+NUMBERS = {"signed": "integer", "unsigned": "unsigned integer", "decimal": "decimal"}
+WRITTEN_BY_LIBRARY = "written by the library"
+
+# What differs between two events with a key that means the same in both.
+OF_THE_EVENT = ("from", "unless", "example")
+
+COLUMNS = (
+    "method", "event", "event type", "scope", "place", "key", "JSON type", "kind", "format", "from", "absent when",
+    "unit", "sensitivity", "reason", "may hold a person's text", "why it holds none", "example", "purpose",
+)  # fmt: skip
+
+
+def markdown(document, changes):
+    return _render("events.md.jinja", OF_MARKDOWN, _names(document, changes))
+
+
+def page(document, changes):
+    """One file that also holds the document and the table for download. Its policy lets a browser load nothing else."""
+    names = _names(document, changes) | {"document": document, "table": table(document)}
+    for name, file in (("style", "events.css"), ("script", "events.js")):
+        names[name] = (TEMPLATES / file).read_text(encoding="utf-8")
+        digest = hashlib.sha256(names[name].encode()).digest()
+        names[f"{name}_digest"] = "sha256-" + base64.b64encode(digest).decode()
+    return _render("events.html.jinja", OF_HTML, names)
+
+
+def table(document):
+    """CSV, a row for each key of each event. Its lines end as RFC 4180 has it: to be written without changing them."""
+    text = io.StringIO()
+    rows = csv.writer(text, lineterminator="\r\n")
+    rows.writerow(COLUMNS)
+    every = {"method": "every event", "keys": document["common"]}
+    for event in [every, *_events(document)]:
+        rows.writerows(_row(event, key) for key in event["keys"])
+    return text.getvalue()
+
+
+def as_json(document):
+    """The text of docs/events.json."""
+    return _as_value(document, 4) + "\n"
+
+
+def _row(event, key):
+    unless = key["unless"]
+    name = "the caller's: " + ", ".join(event["names"]) if event.get("name_from") else event.get("name")
+    return [
+        event["method"], name, event.get("type"), event.get("scope"), key["place"], key["key"], key["type"],
+        key["kind"], key["format"], WRITTEN_BY_LIBRARY if key["written_by_library"] else key["from"],
+        unless and f"{unless['place'] or ''}/{unless['key']} is {_as_value(unless['value'])}", key["unit"],
+        key["sensitivity"], key["reason"], "yes" if key["personal_text"] else "no", key["no_personal_text"],
+        key["example"], event.get("purpose"),
+    ]  # fmt: skip
+
+
+def _events(document):
+    return [event for group in document["groups"] for event in group["events"]]
+
+
+def _keys(document):
+    """Every key, in alphabetical order, with its meanings; each of these with the methods that send it and from what."""
+    keys = {}
+    for event in [{"method": "", "keys": document["common"]}, *_events(document)]:
+        for key in event["keys"]:
+            meaning = tuple(value for name, value in key.items() if name not in OF_THE_EVENT)
+            found = keys.setdefault(key["key"], {}).setdefault(meaning, {**key, "senders": []})
+            found["senders"].append((event["method"], key["from"]))
+            found["in_every_event"] = event["method"] == "" or len(found["senders"]) == len(_events(document))
+    return [(key, list(keys[key].values())) for key in sorted(keys, key=lambda key: (key.lower(), key))]
+
+
+def _counts(keys):
+    """What is counted, how many keys that is, and the search on the page that shows them."""
+    counted = [(name, "sensitivity", name, {"sensitivity": name}) for name in SENSITIVITIES]
+    counted.append(("may hold a person's text", "personal_text", True, {"personal": "yes"}))
+    return [(what, sum(any(meaning[name] == value for meaning in meanings) for _, meanings in keys), urlencode(search))
+            for what, name, value, search in counted]
+
+
+def _names(document, changes):
+    """The variables of a template."""
+    keys = _keys(document)
+    return {
+        **document,
+        **TEXTS,
+        "event_count": len(_events(document)),
+        "keys": keys,
+        "counts": _counts(keys),
+        "changes": changes,
+        "kinds": KINDS,
+        "sensitivities": dict(zip(SENSITIVITIES, SENSITIVITIES)),
+        "written_by_library": WRITTEN_BY_LIBRARY,
+    }
+
+
+def _is_opening(key):
+    """Shown in a line above the table of keys."""
+    return key["place"] is None and key["kind"] == "fixed" and key["key"] in TELLING
+
+
+def _as_type(key):
+    if key["kind"] == "flag":
+        return "flag as text"
+    if key["kind"] != "number":
+        return "text"
+    return NUMBERS[key["format"]] + (" as text" if key["type"] == "string" else "")
+
+
+def _as_value(value, indent=None):
+    return json.dumps(value, indent=indent, ensure_ascii=False)
+
+
+def _fits(key):
+    """The values that the page's filters look at."""
+    return "|".join((key["kind"], key["sensitivity"], "yes" if key["personal_text"] else "no"))
+
+
+def _parts(text, plain, code):
+    """The text's parts, by the function for plain text and by that for what is between backticks."""
+    return [(code if number % 2 else plain)(part) for number, part in enumerate(re.split("`([^`]+)`", text))]
+
+
+def _markdown_prose(text):
+    def plain(part):
+        return re.sub(r"([\\`*\[\]<&]|(?<![A-Za-z0-9])_|_(?![A-Za-z0-9]))", r"\\\1", part)
+
+    return "".join(_parts(text, plain, "`{}`".format))
+
+
+def _html_key(text):
+    """A key, which a narrow column may divide after its dots and underscores."""
+    return Markup("<code>{}</code>").format(Markup(re.sub(r"([._])", r"\1<wbr>", str(escape(text)))))
+
+
+def _html_prose(text):
+    return Markup("").join(_parts(text, escape, Markup("<code>{}</code>").format))
+
+
+OF_MARKDOWN = {
+    "code": "`{}`".format,
+    "cell": lambda text: text.replace("|", r"\|"),
+    "prose": _markdown_prose,
+    "anchor": lambda heading: re.sub(r"[^\w-]", "", heading.lower().replace(" ", "-")),
+}
+OF_HTML = {
+    "code": Markup("<code>{}</code>").format,
+    "as_key": _html_key,
+    "prose": _html_prose,
+    "anchor": lambda heading: re.sub(r"[^A-Za-z0-9]+", "-", heading).strip("-"),
+}
+
+
+def _render(template, filters, names):
+    environment = jinja2.Environment(
+        loader=jinja2.FileSystemLoader(TEMPLATES),
+        undefined=jinja2.StrictUndefined,
+        autoescape=filters is OF_HTML,
+        trim_blocks=True,
+        lstrip_blocks=True,
+        keep_trailing_newline=True,
+    )
+    environment.policies["json.dumps_kwargs"] = {"ensure_ascii": False}
+    environment.filters.update(filters, as_type=_as_type, as_value=_as_value, fits=_fits)
+    environment.tests["opening"] = _is_opening
+    return environment.get_template(template).render(names)
