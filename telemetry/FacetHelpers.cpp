@@ -52,6 +52,11 @@ void SetFacetObjectMember(Facet::Base& facet, const TaviString& objectKey, const
         SetFacetEntry(facet, objectKey, JsonValue());
 }
 
+TaviString Corvane::FacetEntryText(const Facet::Base& facet, const char* key)
+{
+    return FacetEntries(facet)[TextOf(key)].operator TaviString();
+}
+
 void Corvane::SetFacetObjectMembers(Facet::Base& facet, const char* objectKey, const AttributeMap& attributes)
 {
     const TaviString objectName = TextOf(objectKey);
@@ -81,12 +86,10 @@ AttributeMap ReadComponentAttributes(const JsonValue& object)
 
 void BuildProductKey(const Facet::Product& product, TaviString& key)
 {
-    const auto read = [&product](const char* field)
-    { return FacetEntries(product)[TextOf(field)].operator TaviString(); };
-    const TaviString line = read(FacetFields::product_line_name);
-    const TaviString release = read(FacetFields::product_release_id);
-    const TaviString master = read(FacetFields::product_master_id);
-    const TaviString build = read(FacetFields::product_build_id);
+    const TaviString line = FacetEntryText(product, FacetFields::product_line_name);
+    const TaviString release = FacetEntryText(product, FacetFields::product_release_id);
+    const TaviString master = FacetEntryText(product, FacetFields::product_master_id);
+    const TaviString build = FacetEntryText(product, FacetFields::product_build_id);
     if (line.size() == 0 || release.size() == 0 || master.size() == 0 || build.size() == 0)
         return;
     const TaviString separator = TextOf("&");

@@ -52,6 +52,10 @@ void SetFacetObjectMember(Veltrane::TaviDesktopSDK::Facet::Base& facet,
 namespace Corvane
 {
 
+// The text of one entry, as the library converts its value to a string. Creates no entry.
+Veltrane::TaviDesktopSDK::TaviString FacetEntryText(const Veltrane::TaviDesktopSDK::Facet::Base& facet,
+                                                    const char* key);
+
 // Sets or removes one member per attribute, in ascending order of the keys; others stay.
 void SetFacetObjectMembers(Veltrane::TaviDesktopSDK::Facet::Base& facet, const char* objectKey,
                            const AttributeMap& attributes);

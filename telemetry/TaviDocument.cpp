@@ -12,7 +12,6 @@
 
 using namespace Corvane;
 using Veltrane::TaviDesktopSDK::JsonValue;
-using Veltrane::TaviDesktopSDK::TaviString;
 namespace Facet = Veltrane::TaviDesktopSDK::Facet;
 
 namespace
@@ -27,14 +26,13 @@ void FillContent(Facet::Content& content, const std::wstring& name, const std::w
     SetFacetEntry(content, TextOf(FacetFields::content_size), JsonValue(static_cast<long long>(size)));
 
     // Read back, so that "content_meta" omits what the library did not store.
-    const auto entry = [&content](const char* key) -> const JsonValue&
-    { return FacetEntries(std::as_const(content))[TextOf(key)]; };
-    const std::int64_t sentSize = static_cast<long long>(entry(FacetFields::content_size));
+    const JsonValue& storedSize = FacetEntries(std::as_const(content))[TextOf(FacetFields::content_size)];
+    const std::int64_t sentSize = static_cast<long long>(storedSize);
     AttributeMap meta;
-    meta[TextOf(Vocabulary::COMMON_FILE_NAME)] = entry(FacetFields::content_name).operator TaviString();
-    meta[TextOf(Vocabulary::COMMON_FILE_TYPE)] = entry(FacetFields::content_type).operator TaviString();
+    meta[TextOf(Vocabulary::COMMON_FILE_NAME)] = FacetEntryText(content, FacetFields::content_name);
+    meta[TextOf(Vocabulary::COMMON_FILE_TYPE)] = FacetEntryText(content, FacetFields::content_type);
     meta[TextOf(Vocabulary::COMMON_FILE_SIZE)] = TextOf(sentSize);
-    meta[TextOf(Vocabulary::COMMON_FILE_SOURCE)] = entry(FacetFields::content_root).operator TaviString();
+    meta[TextOf(Vocabulary::COMMON_FILE_SOURCE)] = FacetEntryText(content, FacetFields::content_root);
     SetFacetObjectMembers(content, FacetFields::content_meta, meta);
 }
 
