@@ -30,12 +30,7 @@ struct FileCloser
 
 } // namespace
 
-UpiProductInfo::UpiProductInfo()
-    : levels{{"productline", "undefined"}, {"release", "undefined"}, {"master", "undefined"}, {"build", "undefined"}}
-{
-}
-
-UpiProductInfo::UpiProductInfo(bool fromExecutable) : UpiProductInfo()
+UpiProductInfo::UpiProductInfo(bool fromExecutable)
 {
     if (const std::optional<std::filesystem::path> file = ConfigPath(fromExecutable))
         Read(*file);

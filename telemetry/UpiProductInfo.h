@@ -36,9 +36,11 @@ public:
     static bool GetUpiConfigPath(bool fromExecutable, std::wstring& path);
 
 private:
-    UpiProductInfo();
+    UpiProductInfo() = default;
 
     void Read(const std::filesystem::path& path);
 
-    std::map<std::string, std::string> levels; // identifier by level name
+    // Identifier by level name.
+    std::map<std::string, std::string> levels = {
+        {"productline", "undefined"}, {"release", "undefined"}, {"master", "undefined"}, {"build", "undefined"}};
 };
