@@ -1,7 +1,6 @@
 // Covers what the prober's calls leave open: those prove each reporting method with arguments of every kind.
 #include <functional>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

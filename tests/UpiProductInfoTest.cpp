@@ -213,10 +213,11 @@ TEST(UpiProductInfo, TheConfigurationLiesInAFolderBesideTheProgramAndIsRead)
 
 TEST(UpiProductInfo, InASharedLibraryTheModuleIsThatLibrary)
 {
-    const std::filesystem::path library = PathOf(MODULE_FILE);
+    const std::filesystem::path library = std::filesystem::relative(PathOf(MODULE_FILE));
     const auto moduleFolder = reinterpret_cast<const wchar_t* (*)()>(FunctionOf(library, "ModuleProbeFolder"));
     ASSERT_NE(moduleFolder, nullptr);
     const wchar_t* const folder = moduleFolder();
     ASSERT_NE(folder, nullptr);
+    EXPECT_TRUE(std::filesystem::path(folder).is_absolute());
     EXPECT_TRUE(std::filesystem::equivalent(folder, library.parent_path()));
 }
