@@ -51,7 +51,7 @@ class Attribute
     // The type that a list in braces is given, so that it meets the assertion as well.
     struct List
     {
-        List(const auto&) {}
+        List(const auto&) {} // cppcheck-suppress noExplicitConstructor
         List(std::initializer_list<List>) {}
     };
 
