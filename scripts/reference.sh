@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Writes the files that show what the program prints and sends: docs/events.json, the reference of all events; docs/events.md,
-# docs/events.html, docs/events.csv and docs/payloads.schema.json, which are made of it; and tests/data/good_run.txt. Tests fail
-# while one is out of date.
+# docs/events.html, docs/events.csv and docs/payloads.schema.json, which are made from it; and tests/data/good_run.txt. Tests
+# fail while one is out of date.
 #
 #     scripts/reference.sh
 #
@@ -24,6 +24,6 @@ build/release/bin/cvtavi_test >"$scratch/good_run" || {
     cat "$scratch/good_run" >&2
     fail "a test fails, see above"
 }
-step "Writing docs/events.json and what is made of it, and tests/data/good_run.txt"
+step "Writing docs/events.json, the files made from it, and tests/data/good_run.txt"
 compile --preset release --target write_reference
 cp "$scratch/good_run" tests/data/good_run.txt

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The differences in what is sent between two documents of events, such as docs/events.json.
+"""Prints how two documents of events, such as docs/events.json, differ in what is sent.
 
     changes.py [--json] OLD [NEW]
 
@@ -39,12 +39,12 @@ OF_KEYS = {
     "personal_text": ("personal_text", "may hold a person's text"),
     "no_personal_text": ("no_personal_text", "why no person's text gets in"),
 }
-# Fixed values that are compared as the event's own.
+# Keys whose fixed values are compared as members of the event.
 TOLD_BY_THE_EVENT = ("type", "scope", "component_name")
 
 
 class Trouble(Exception):
-    """A sentence for the user."""
+    """A fault in what the user named, as a sentence."""
 
 
 def _in_words(value):
@@ -158,7 +158,7 @@ def newest_release():
 
 
 def parse(text, name):
-    """The document in a file's bytes; `name` is what the file is called in sentences."""
+    """The document in a file's bytes. Sentences call the file `name`."""
     try:
         document = json.loads(text)
         compare(document, document)  # reads all that is needed of it

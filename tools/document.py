@@ -1,5 +1,5 @@
-"""Composes the document docs/events.json: what the wrapper was seen to send, beside what its header declares, what the
-changelog says of the version, and what people know of the events and keys (docs/annotations.json)."""
+"""Composes the document docs/events.json from the payloads of the prober's calls, the wrapper's header, the changelog's
+entry of the version, and what people wrote of the events and keys (docs/annotations.json)."""
 
 import json
 import re
@@ -11,10 +11,10 @@ from header import PREPARING, NotUnderstood
 
 ANNOTATIONS = "docs/annotations.json"
 SENSITIVITIES = ("technical", "interaction", "stored content", "highly sensitive")
-# The library's edit timer runs on: its example is always this.
+# The library's edit timer never stops: its example is always this.
 EDIT_TIMER, EXAMPLE_OF_THE_EDIT_TIMER = "document_editing_length_ms", 90000
-# Tell events apart, and so are never common to all, not even where all are alike.
-TELLING = ("type", "scope", "component_type", "component_name")
+# These keys distinguish the events. They are never common keys, even where all events have the same value.
+DISTINGUISHING = ("type", "scope", "component_type", "component_name")
 
 
 class Leaf(NamedTuple):
@@ -61,8 +61,7 @@ def origins_of(method):
 
 
 def condition_of(leaf, method, origins):
-    """The value of another key, the number of a list's entries, with which this key is left out; None for a key that is
-    always sent."""
+    """The key for a list's number of entries, and its value when the key `leaf` is left out; None if it never is."""
     for call in method["calls"][1:]:
         sent = leaves_of(call["payload"])
         if call["sample"] != "empty" or leaf in sent:
@@ -105,7 +104,7 @@ def common_leaves(methods):
     """The leaves that every event has with the same value, whatever is reported."""
     payloads = [leaves_of(call["payload"]).items() for method in methods for call in method["calls"]]
     everywhere = set(payloads[0]).intersection(*payloads)
-    return {leaf: value for leaf, value in payloads[0] if (leaf, value) in everywhere and leaf.key not in TELLING}
+    return {leaf: value for leaf, value in payloads[0] if (leaf, value) in everywhere and leaf.key not in DISTINGUISHING}
 
 
 def check_names(declarations, methods):
@@ -179,8 +178,7 @@ def read_annotations(text):
 
 
 def annotations_schema(events, keys):
-    """The JSON Schema of docs/annotations.json. It has one entry for each event and each key; a key's kinds are those in
-    all events together."""
+    """The JSON Schema of docs/annotations.json, with an entry for each event and each key in `keys`."""
     text = {"type": "string", "pattern": r"\S"}
     sentence = {"type": "string", "pattern": r"^\S(.|\n)*\.$"}
 

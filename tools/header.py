@@ -1,4 +1,4 @@
-"""What the wrapper's headers declare, read by libclang."""
+"""Reads the reporting methods and the vocabulary from the wrapper's headers, by libclang."""
 
 import subprocess
 from pathlib import Path
@@ -9,7 +9,7 @@ from clang.cindex import AccessSpecifier, CursorKind, TokenKind, TypeKind
 
 
 class NotUnderstood(Exception):
-    """What is wrong, as a sentence that names the place."""
+    """A fault in what the reference is made from, as a sentence that names the place."""
 
 
 class Method(NamedTuple):

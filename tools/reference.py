@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""Makes the event reference: docs/events.json, of what the wrapper was seen to send, and all that is rendered from it.
+"""Makes the event reference: docs/events.json, from what the wrapper really sends, and the files rendered from it.
 
     reference.py write|check PROBE SOURCES PRODUCT VERSION
 
-PROBE is the program event_probe, SOURCES the project's folder. "write" writes the files; "check" fails when a file is
-out of date, and says how it differs, or when CHANGELOG.md omits a change of what is sent.
+PROBE is the program event_probe, SOURCES the project's folder. "write" writes the files. "check" fails when a file is
+out of date, and prints how it differs, or when CHANGELOG.md does not mention a change of what is sent.
 """
 
 import difflib
@@ -61,17 +61,19 @@ def main():
         unlisted = changes.unlisted(since, changelog)
     except (NotUnderstood, changes.Trouble) as error:
         sys.exit(f"The event reference cannot be made: {error}")
-    complaints = []
+    found = {}
     for name, text in files.items():
         file = sources / "docs" / name
         if action == "write":
             file.write_bytes(text.encode())
-        elif (found := file.read_bytes().decode() if file.exists() else "") != text:
-            complaints.append(f"docs/{name} is out of date. If the change is intended, run scripts/reference.sh.")
-            lines = difflib.unified_diff(found.splitlines(), text.splitlines(), f"docs/{name}", "now", "", "", 1, "")
-            complaints += [line[:300] for line in itertools.islice(lines, 8)]
+        found[name] = file.read_bytes().decode() if file.exists() else ""
+    stale = [name for name, text in files.items() if found[name] != text]
+    complaints = [f"docs/{name} is out of date. If the change is intended, run scripts/reference.sh." for name in stale]
+    if stale:
+        lines = difflib.unified_diff(found[stale[0]].splitlines(), files[stale[0]].splitlines(), stale[0], "made", n=1)
+        complaints += [line.rstrip()[:300] for line in itertools.islice(lines, 12)]
     if action == "check":
-        complaints += [f'CHANGELOG.md does not mention under "Unreleased": {change["text"]}' for change in unlisted]
+        complaints += [f'CHANGELOG.md does not mention under "Unreleased": {each["text"]}' for each in unlisted[:5]]
     sys.exit("\n".join(complaints) or 0)
 
 

@@ -16,15 +16,15 @@ from urllib.parse import urlencode
 import jinja2
 from markupsafe import Markup, escape
 
-from document import SENSITIVITIES, TELLING
+from document import SENSITIVITIES, DISTINGUISHING
 
 TEMPLATES = Path(__file__).parent / "templates"
 
 # Texts have code between backticks.
 TEXTS = {
     "introduction": (
-        "What each reporting method of `CorvaneTavi` sends. The payloads are those of calls with made-up values, in the "
-        "library's test mode with our stand-in. A value's type is that of the argument it comes from, "
+        "The events that the reporting methods of `CorvaneTavi` send. The payloads are those of calls with made-up "
+        "values, in the library's test mode with our stand-in. A value's type is that of the argument it comes from, "
         '"as text" where it is sent as a string: flags as "True" and "False". "From" names the parameter. A "fixed" '
         'value is the same in every such event, one that is "written by the library" is the telemetry library\'s own, '
         "and the product file is `UPI/upiconfig.xml`."
@@ -47,7 +47,7 @@ KINDS = {
 NUMBERS = {"signed": "integer", "unsigned": "unsigned integer", "decimal": "decimal"}
 WRITTEN_BY_LIBRARY = "written by the library"
 
-# What differs between two events with a key that means the same in both.
+# Members that may differ between two events with a key that means the same in both.
 OF_THE_EVENT = ("from", "unless", "example")
 
 COLUMNS = (
@@ -115,7 +115,7 @@ def _keys(document):
 
 
 def _counts(keys):
-    """What is counted, how many keys that is, and the search on the page that shows them."""
+    """How many keys have each sensitivity, and may hold a person's text; with the search on the page that shows them."""
     counted = [(name, "sensitivity", name, {"sensitivity": name}) for name in SENSITIVITIES]
     counted.append(("may hold a person's text", "personal_text", True, {"personal": "yes"}))
     return [(what, sum(any(meaning[name] == value for meaning in meanings) for _, meanings in keys), urlencode(search))
@@ -140,7 +140,7 @@ def _names(document, changes):
 
 def _is_opening(key):
     """Shown in a line above the table of keys."""
-    return key["place"] is None and key["kind"] == "fixed" and key["key"] in TELLING
+    return key["place"] is None and key["kind"] == "fixed" and key["key"] in DISTINGUISHING
 
 
 def _as_type(key):

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Slips in what the event reference is made of, each named with its place; and the changes that events_diff.sh tells.
+"""Slips in the sources of the event reference must be named with their place, and events_diff.sh must print each change.
 
     reference_test.py SOURCES
 """
@@ -164,14 +164,14 @@ CHANGES = (
 
 
 class Changes(unittest.TestCase):
-    def test_are_told_of_all_that_is_compared(self):
+    def test_are_printed_for_all_that_is_compared(self):
         compared = {NODES + label for _, label in changes.OF_KEYS.values()}
         compared |= {"TrackMeshSize: " + label for _, label in changes.OF_EVENTS.values()}
         for new, expected in CHANGES:
             found = [change["text"] for change in changes.compare(OLD, new)["changes"]]
             self.assertEqual(found, expected)
             compared -= {text.rpartition(": ")[0] for text in found}
-        self.assertEqual(compared, {*()}, "no change of these is told here")
+        self.assertEqual(compared, set(), "no line here has a change of these")
 
     def test_must_be_in_the_changelog_except_for_additions(self):
         comparison = changes.compare({**OLD, "version": "1.0.0"}, CHANGES[-3][0])

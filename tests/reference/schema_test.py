@@ -85,7 +85,8 @@ class Payloads(unittest.TestCase):
     def test_all_that_tavi_check_records_passes(self):
         with tempfile.TemporaryDirectory() as folder:
             file = Path(folder) / "payloads.json"
-            subprocess.run([TAVI_CHECK, "--payloads", file], check=True, stdout=subprocess.DEVNULL, timeout=100)
+            # Its own judgement, the exit status, is for other tests.
+            subprocess.run([TAVI_CHECK, "--payloads", file], check=False, stdout=subprocess.DEVNULL, timeout=100)
             items = json.loads(file.read_text(encoding="utf-8"))
         for error in self.any.iter_errors(items):
             self.fail(f"{error.json_path}: {error.message[:300]}")
