@@ -1,84 +1,47 @@
 # Checks that a program or shared library for Linux is hardened, and so are the objects of ours in it.
 #
-#     cmake -D READELF=<readelf> -D NM=<nm> -D FILE=<binary> -D OBJECTS=<list> -D FORTIFIED=<bool> -D CONTROL_FLOW=<bool>
+#     cmake -D READELF=<readelf> -D NM=<nm> -D FILE=<binary> -D OBJECTS=<list> -D FORTIFIED=<bool> -D PROCESSOR=<name>
 #           -P CheckHardening.cmake
-#
-# FORTIFIED: the objects call functions that have a checked form. CONTROL_FLOW: the processor has a protection of its own.
 cmake_minimum_required(VERSION 3.25)
 
-# lines_of(<variable> <command>...): the lines that the command prints, without what is special in a list.
-function(lines_of variable)
+function(output_of variable)
     execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
-    string(REGEX REPLACE "[][;]" "" output "${output}")
-    string(REGEX MATCHALL "[^\n]+" lines "${output}")
-    set(${variable} "${lines}" PARENT_SCOPE)
+    set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-set(found "")
 set(faults "")
 
-# Segments come in the order of their numbers; then, by number, the sections in each: "   04     .rodata .eh_frame ".
-lines_of(lines "${READELF}" -W -h -l -d "${FILE}")
-set(number "0x[0-9a-f]+")
-set(segment 0)
-foreach(line IN LISTS lines)
-    if(line MATCHES "^ +Type: +DYN ")
-        list(APPEND found "position-independent code")
-    elseif(line MATCHES "^ +([A-Z_]+) +${number} ${number} ${number} ${number} ${number} ([RWE ]+) ${number}")
-        set(type "${CMAKE_MATCH_1}")
-        set(flags "${CMAKE_MATCH_2}")
-        set(flagsOf${segment} "${flags}")
-        math(EXPR segment "${segment} + 1")
-        if(type STREQUAL "GNU_RELRO")
-            list(APPEND found "data that is read-only after relocation")
-        elseif(type STREQUAL "GNU_STACK" AND NOT flags MATCHES "E")
-            list(APPEND found "a stack that is not executable")
-        elseif(flags MATCHES "W.*E")
-            list(APPEND faults "a segment that is writable and executable: ${line}")
-        endif()
-    elseif(line MATCHES "^ +0?([0-9]+) .*\\.rodata")
-        if(NOT flagsOf${CMAKE_MATCH_1} MATCHES "E")
-            list(APPEND found "constants that are not executable")
-        endif()
-    elseif(line MATCHES "\\(FLAGS\\) .*BIND_NOW")
-        list(APPEND found "binding at the start")
+# expect(<what> <text> <pattern>)
+function(expect what text pattern)
+    if(NOT text MATCHES "${pattern}")
+        string(APPEND faults "    not found: ${what}\n")
+        set(faults "${faults}" PARENT_SCOPE)
     endif()
-endforeach()
+endfunction()
 
-foreach(object IN LISTS OBJECTS)
-    lines_of(lines "${NM}" -u "${object}")
-    foreach(line IN LISTS lines)
-        if(line MATCHES " __stack_chk_fail$")
-            list(APPEND found "a stack protector")
-        elseif(line MATCHES " __[a-z]+_chk$")
-            list(APPEND found "fortified functions")
-        endif()
-    endforeach()
-    lines_of(lines "${READELF}" -W -n "${object}")
-    if(CONTROL_FLOW AND NOT lines MATCHES "IBT, SHSTK")
-        list(APPEND faults "an object without control-flow protection: ${object}")
-    endif()
-endforeach()
-
-set(needed
-    "position-independent code"
-    "data that is read-only after relocation"
-    "a stack that is not executable"
-    "constants that are not executable"
-    "binding at the start"
-    "a stack protector"
-)
-if(FORTIFIED)
-    list(APPEND needed "fortified functions")
+# A line for each segment: its type, five numbers, its flags and its alignment.
+output_of(binary "${READELF}" -W -h -l -d "${FILE}")
+expect("position-independent code" "${binary}" "Type: +DYN ")
+expect("data that is read-only after relocation" "${binary}" "\n +GNU_RELRO ")
+expect("binding at the start" "${binary}" "\\(FLAGS\\)[^\n]* BIND_NOW")
+expect("a stack that is not executable" "${binary}" "\n +GNU_STACK +0x[0-9a-fx ]+ RW +0x")
+if(binary MATCHES "\n +[A-Z_]+ +0x[0-9a-fx ]+ R?WE +0x")
+    string(APPEND faults "    a segment is writable and executable\n")
 endif()
-foreach(protection IN LISTS needed)
-    if(NOT protection IN_LIST found)
-        list(APPEND faults "not found: ${protection}")
-    endif()
-endforeach()
-foreach(fault IN LISTS faults)
-    message(NOTICE "${fault}")
-endforeach()
+expect("constants that are not executable" "${binary}" "\n +LOAD +0x[0-9a-fx ]+ R +0x")
+
+output_of(needed "${NM}" -u ${OBJECTS})
+expect("a stack protector" "${needed}" " __stack_chk_fail\n")
+if(FORTIFIED)
+    expect("fortified functions" "${needed}" " __[a-z]+_chk\n")
+endif()
+if(PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86)$")
+    foreach(object IN LISTS OBJECTS)
+        output_of(notes "${READELF}" -W -n "${object}")
+        expect("control-flow protection in ${object}" "${notes}" "IBT, SHSTK")
+    endforeach()
+endif()
+
 if(faults)
-    message(FATAL_ERROR "${FILE} is not hardened")
+    message(FATAL_ERROR "${FILE} is not hardened:\n${faults}")
 endif()
