@@ -1,18 +1,18 @@
-// A telemetry library for tests that fails where a script says so: the stand-in's values and facets, and free functions
-// that answer as the script says.
+// The functions of a telemetry library for tests that fails where a script says so. They use declared members of values
+// and facets only, which are the stand-in's or the second library's.
 //
 // TAVI_FAULT_SCRIPT names the script, a JSON object. For each function it may hold an object whose members say how a
 // call is answered: "1", "2", ... that call, "default" every other. An answer may hold
-//   "status"       what the function returns (0 when left out)
-//   "hostProduct"  the identifier that Initialize gives out
-//   "callbacks"    how often TrackEvent calls the testing callback (1 when left out)
-//   "payload"      what it hands over in place of the payload; an array may hold strings only
-//   "payloads"     an array of what it hands over one by one in place of the payload; of SetTestingCallback, what the
-//                  callback is handed as soon as it is registered
+//   "status"       what the function returns; if left out, IsOptedIn 1 and others 0. SetHostProduct returns false
+//   "hostProduct"  the identifier that Initialize gives
+//   "callbacks"    how often TrackEvent calls the testing callback; 1 if left out
+//   "payload"      what TrackEvent hands over in place of the payload; an array may hold strings only
+//   "payloads"     an array of what TrackEvent hands over one by one in place of the payload; of SetTestingCallback,
+//                  what the callback is handed as soon as it is registered
 //   "patch"        a JSON Patch (RFC 6902) of the payload
-//   "prints"       a text that the library prints on standard output by itself; "" ends the process there instead
+//   "prints"       a text that the library prints on standard output; "" ends the process there instead
 //   "atExit"       of SetTestingCallback: an array of what the callback is handed when the library is unloaded
-// TAVI_FAULT_LOG, where set, names the file to which every call is added with its arguments, one JSON object a line.
+// TAVI_FAULT_LOG, if set, names the file to which every call is added with its arguments, a JSON object a line.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -106,9 +106,9 @@ Faults& TheFaults()
     return faults;
 }
 
-int StatusOf(const json& answer)
+int StatusOf(const json& answer, int otherwise = 0)
 {
-    return answer.value("status", 0);
+    return answer.value("status", otherwise);
 }
 
 } // namespace
@@ -124,7 +124,8 @@ int Initialize(const Facet::Product& product, TaviString& hostProduct)
 
 bool SetHostProduct(const TaviString& hostProduct)
 {
-    return StatusOf(TheFaults().Answer("SetHostProduct", {{"hostProduct", Text(hostProduct)}})) == 0;
+    TheFaults().Answer("SetHostProduct", {{"hostProduct", Text(hostProduct)}});
+    return false;
 }
 
 int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
@@ -147,7 +148,7 @@ int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const Jso
 
 int IsOptedIn(JsonValue* details)
 {
-    return StatusOf(TheFaults().Answer("IsOptedIn", {{"hasDetails", details != nullptr}}));
+    return StatusOf(TheFaults().Answer("IsOptedIn", {{"hasDetails", details != nullptr}}), 1);
 }
 
 int SetTestingFlags(const TaviString& productKey, const JsonValue& flags)

@@ -1,15 +1,18 @@
+// Strings, values and facets of the second library. Its functions are those of the faulty library.
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <exception>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 namespace Veltrane::TaviDesktopSDK
 {
@@ -35,11 +38,14 @@ TaviString TextOf(const std::string& text)
     return result;
 }
 
-// The standard library converts paths between these encodings. Ill-formed text becomes "?".
-std::string Utf8Of(const wchar_t* wide)
+// Wide text has 16 or 32 bits a character. The standard library converts paths between all encodings. Ill-formed text
+// becomes "?".
+using Unicode = std::conditional_t<sizeof(wchar_t) == 2, std::u16string, std::u32string>;
+
+std::string Utf8Of(std::wstring_view wide)
 try
 {
-    const std::u8string text = std::filesystem::path(wide).u8string();
+    const std::u8string text = std::filesystem::path(Unicode(wide.begin(), wide.end())).u8string();
     return {text.begin(), text.end()};
 }
 catch (const std::exception&)
@@ -47,10 +53,11 @@ catch (const std::exception&)
     return "?";
 }
 
-std::wstring WideOf(const std::string& text)
+std::wstring WideOf(std::string_view utf8)
 try
 {
-    return std::filesystem::path(std::u8string(text.begin(), text.end())).wstring();
+    const auto text = std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).string<Unicode::value_type>();
+    return {text.begin(), text.end()};
 }
 catch (const std::exception&)
 {
@@ -78,18 +85,6 @@ TaviString::TaviString(double value) : content(nullptr)
 TaviString::TaviString(const TaviString& other)
     : content(other.content != nullptr ? new Content(*other.content) : nullptr)
 {
-}
-
-TaviString& TaviString::operator=(const TaviString& other)
-{
-    return *this = TaviString(other);
-}
-
-TaviString& TaviString::operator=(TaviString&& other) noexcept
-{
-    TaviString taken(std::move(other));
-    std::swap(content, taken.content);
-    return *this;
 }
 
 void TaviString::SetString(const char* text)
@@ -171,23 +166,14 @@ namespace
 
 const JsonValue& NullValue()
 {
-    static const JsonValue& null = *new JsonValue; // never destroyed, as the library's state below
+    // Never destroyed: a host may report until its last static object is gone.
+    static const JsonValue& null = *new JsonValue;
     return null;
 }
 
 std::string Quoted(const std::string& text)
 {
-    std::string quoted = "\"";
-    for (const char byte : text)
-    {
-        std::array<char, 8> escaped{byte};
-        if (byte == '"' || byte == '\\')
-            escaped = {'\\', byte};
-        else if (static_cast<unsigned char>(byte) < 0x20)
-            std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{static_cast<unsigned char>(byte)});
-        quoted += escaped.data();
-    }
-    return quoted + '"';
+    return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 } // namespace
@@ -217,18 +203,6 @@ JsonValue::JsonValue(const JsonValue& other) : node(other.node != nullptr ? new 
 JsonValue::~JsonValue()
 {
     delete node;
-}
-
-JsonValue& JsonValue::operator=(const JsonValue& other)
-{
-    return *this = JsonValue(other);
-}
-
-JsonValue& JsonValue::operator=(JsonValue&& other) noexcept
-{
-    JsonValue taken(std::move(other));
-    std::swap(node, taken.node);
-    return *this;
 }
 
 void JsonValue::SetString(const char* text)
@@ -303,42 +277,20 @@ JsonValue::operator long long() const
     return node != nullptr ? node->integer : 0;
 }
 
-namespace
-{
-
-void AddMembers(JsonValue& event, const JsonValue& members)
-{
-    const JsonValue keys = members.GetKeyList();
-    for (int i = 0; i < keys.GetCount(); ++i)
-    {
-        const TaviString key(keys[i]);
-        event[key] = members[key];
-    }
-}
-
-} // namespace
-
 namespace Facet
 {
-
-Base::Base(JsonValue* data, bool shared)
-    : ownData(data != nullptr && !shared ? *data : JsonValue()), entries(data != nullptr && shared ? data : &ownData)
-{
-}
-
-Base& Base::operator=(const Base& other)
-{
-    if (this != &other)
-        Data() = other.Data();
-    return *this;
-}
 
 Base::~Base() = default;
 
 JsonValue Base::Build(const JsonValue& event) const
 {
     JsonValue result(event);
-    AddMembers(result, Data());
+    const JsonValue keys = Data().GetKeyList();
+    for (int i = 0; i < keys.GetCount(); ++i)
+    {
+        const TaviString key(keys[i]);
+        result[key] = Data()[key];
+    }
     return result;
 }
 
@@ -347,85 +299,10 @@ void Base::RemoveFacetEntries()
     Data() = JsonValue();
 }
 
-JsonValue& Base::Data()
-{
-    return *entries;
-}
-
-const JsonValue& Base::Data() const
-{
-    return *entries;
-}
-
-namespace
-{
-
-template <typename Facet>
-Base* CopyOf(const Facet& original)
-{
-    std::unique_ptr<Base> copy = std::make_unique<Facet>();
-    *copy = original;
-    return copy.release();
-}
-
-} // namespace
-
-const char* Product::FacetName()
-{
-    return "second.product";
-}
-
-Base* Product::Clone() const
-{
-    return CopyOf(*this);
-}
-
-const char* Content::FacetName()
-{
-    return "second.content";
-}
-
-JsonValue Content::Build(const JsonValue& event) const
-{
-    return Base::Build(event);
-}
-
-Base* Content::Clone() const
-{
-    return CopyOf(*this);
-}
-
-void Content::StartDocumentEditTimer() {}
-
-const char* Entitlement::FacetName()
-{
-    return "second.entitlement";
-}
-
-Base* Entitlement::Clone() const
-{
-    return CopyOf(*this);
-}
-
-const char* Component::FacetName()
-{
-    return "second.component";
-}
-
-Base* Component::Clone() const
-{
-    return CopyOf(*this);
-}
-
 struct Core::SubFacets
 {
     std::vector<std::unique_ptr<Base>> list; // in the order of creation
 };
-
-const char* Core::FacetName()
-{
-    return "second.core";
-}
 
 JsonValue Core::Build(const JsonValue& event) const
 {
@@ -461,15 +338,15 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
 {
     if (subFacets == nullptr)
         subFacets = new SubFacets;
+    const std::string wanted = name;
     for (const auto& facet : subFacets->list)
     {
-        if (std::strcmp(name, facet->GetFacetName()) == 0)
+        if (wanted == facet->GetFacetName())
             return facet.get();
     }
-    if (action == FindOnly)
-        return nullptr;
-    const std::string wanted = name;
     Base* created = nullptr;
+    if (action == FindOnly)
+        return created;
     if (wanted == Component::FacetName())
         created = new Component;
     else if (wanted == Content::FacetName())
@@ -478,85 +355,12 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
         created = new Entitlement;
     else if (wanted == Product::FacetName())
         created = new Product;
-    if (created != nullptr)
-        subFacets->list.emplace_back(created);
+    else
+        return nullptr;
+    subFacets->list.emplace_back(created);
     return created;
 }
 
 } // namespace Facet
-
-namespace
-{
-
-constexpr int OptedIn = 1; // only 4 means the contrary
-constexpr int UnknownHostProduct = 40;
-constexpr int FlagsAreNoObject = 41;
-
-struct Library
-{
-    std::map<std::string, JsonValue> products; // descriptions given to Initialize, by the identifier that it returned
-    bool callbackEnabled = false;
-    int (*callback)(const JsonValue& payload, void* context, JsonValue& reply) = nullptr;
-    void* callbackContext = nullptr;
-};
-
-Library& TheLibrary()
-{
-    // Never destroyed: the host may report until the last of its own statics is gone.
-    static Library& library = *new Library;
-    return library;
-}
-
-} // namespace
-
-int Initialize(const Facet::Product& product, TaviString& hostProduct)
-{
-    auto& products = TheLibrary().products;
-    const std::string identifier = "second library, product " + std::to_string(products.size() + 1);
-    products[identifier] = product.Build(JsonValue());
-    hostProduct = TextOf(identifier);
-    return 0;
-}
-
-bool SetHostProduct(const TaviString&)
-{
-    return false;
-}
-
-int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
-{
-    const Library& library = TheLibrary();
-    const auto product = library.products.find(TextIn(hostProduct));
-    if (product == library.products.end())
-        return UnknownHostProduct;
-    JsonValue payload = core.Build(product->second);
-    if (extra != nullptr)
-        AddMembers(payload, *extra);
-    JsonValue reply;
-    if (library.callbackEnabled && library.callback != nullptr)
-        library.callback(payload, library.callbackContext, reply);
-    return 0;
-}
-
-int IsOptedIn(JsonValue*)
-{
-    return OptedIn;
-}
-
-int SetTestingFlags(const TaviString&, const JsonValue& flags)
-{
-    if (!TextIn(flags.GetJsonString()).starts_with('{'))
-        return FlagsAreNoObject;
-    TheLibrary().callbackEnabled = flags[TextOf("Testing_EnableCallback")].Compare(JsonValue(true)) == 0;
-    return 0;
-}
-
-int SetTestingCallback(const TaviString&, int (*callback)(const JsonValue& payload, void* context, JsonValue& reply),
-                       void* context)
-{
-    TheLibrary().callback = callback;
-    TheLibrary().callbackContext = context;
-    return 0;
-}
 
 } // namespace Veltrane::TaviDesktopSDK

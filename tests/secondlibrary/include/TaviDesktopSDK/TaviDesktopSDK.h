@@ -27,8 +27,11 @@ public:
     TaviString(const TaviString& other);
     TaviString(TaviString&& other) noexcept : content(std::exchange(other.content, nullptr)) {}
     ~TaviString() { SetString(nullptr); }
-    TaviString& operator=(const TaviString& other);
-    TaviString& operator=(TaviString&& other) noexcept;
+    TaviString& operator=(TaviString other) noexcept
+    {
+        std::swap(content, other.content);
+        return *this;
+    }
 
     // With SECOND_LIBRARY_EMPTY_IS_NO_TEXT in the environment, "" is no text either.
     void SetString(const char* text);
@@ -57,8 +60,11 @@ public:
     JsonValue(const JsonValue& other);
     JsonValue(JsonValue&& other) noexcept : node(std::exchange(other.node, nullptr)) {}
     ~JsonValue();
-    JsonValue& operator=(const JsonValue& other);
-    JsonValue& operator=(JsonValue&& other) noexcept;
+    JsonValue& operator=(JsonValue other) noexcept
+    {
+        std::swap(node, other.node);
+        return *this;
+    }
 
     // With SECOND_LIBRARY_EMPTY_IS_NO_TEXT in the environment, "" makes the value null.
     void SetString(const char* text);
@@ -91,9 +97,13 @@ namespace Facet
 class SECOND_LIBRARY_API Base
 {
 public:
-    Base(JsonValue* data, bool shared);
+    Base(JsonValue*, bool) {}
     Base(const Base&) = delete;
-    Base& operator=(const Base& other);
+    Base& operator=(const Base& other)
+    {
+        data = other.data;
+        return *this;
+    }
 
     // The order of the virtual functions is part of the binary interface: never change it.
     virtual ~Base();
@@ -112,60 +122,54 @@ public:
 protected:
     virtual void RemoveFacetEntries();
 
-    JsonValue& Data();
-    const JsonValue& Data() const;
+    JsonValue& Data() { return data; }
+    const JsonValue& Data() const { return data; }
 
 private:
-    JsonValue ownData;
-    JsonValue* entries; // ownData, or the caller's
+    JsonValue data;
 };
 
-class SECOND_LIBRARY_API Product : public Base
+// A facet without further facets in it.
+template <typename Kind>
+class Simple : public Base
 {
 public:
-    Product() : Base(nullptr, false) {}
+    Simple() : Base(nullptr, false) {}
 
-    static const char* FacetName();
-
-    const char* GetFacetName() const override { return FacetName(); }
-    Base* Clone() const override;
+    const char* GetFacetName() const override { return Kind::FacetName(); }
+    Base* Clone() const override
+    {
+        Base* const copy = new Kind;
+        *copy = *this;
+        return copy;
+    }
 };
 
-class SECOND_LIBRARY_API Content : public Base
+class Product : public Simple<Product>
 {
 public:
-    Content() : Base(nullptr, false) {}
+    static const char* FacetName() { return "second.product"; }
+};
 
-    static const char* FacetName();
-
-    JsonValue Build(const JsonValue& event) const override;
-    const char* GetFacetName() const override { return FacetName(); }
-    Base* Clone() const override;
+class Content : public Simple<Content>
+{
+public:
+    static const char* FacetName() { return "second.content"; }
 
     // Does nothing: this library measures no editing.
-    void StartDocumentEditTimer();
+    void StartDocumentEditTimer() {}
 };
 
-class SECOND_LIBRARY_API Entitlement : public Base
+class Entitlement : public Simple<Entitlement>
 {
 public:
-    Entitlement() : Base(nullptr, false) {}
-
-    static const char* FacetName();
-
-    const char* GetFacetName() const override { return FacetName(); }
-    Base* Clone() const override;
+    static const char* FacetName() { return "second.entitlement"; }
 };
 
-class SECOND_LIBRARY_API Component : public Base
+class Component : public Simple<Component>
 {
 public:
-    Component() : Base(nullptr, false) {}
-
-    static const char* FacetName();
-
-    const char* GetFacetName() const override { return FacetName(); }
-    Base* Clone() const override;
+    static const char* FacetName() { return "second.component"; }
 };
 
 class SECOND_LIBRARY_API Core : public Base
@@ -175,7 +179,7 @@ public:
     Core& operator=(const Core&) = delete;
     ~Core() override { Clear(); }
 
-    static const char* FacetName();
+    static const char* FacetName() { return "second.core"; }
 
     JsonValue Build(const JsonValue& event) const override;
     const char* GetFacetName() const override { return FacetName(); }
