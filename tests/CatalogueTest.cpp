@@ -12,7 +12,6 @@
 #include "CatalogueModel.h"
 #include "Differences.h"
 #include "Program.h"
-#include "Utf8Path.h"
 
 namespace
 {

@@ -9,7 +9,6 @@
 #include "CatalogueModel.h"
 #include "Differences.h"
 #include "Program.h"
-#include "Utf8Path.h"
 
 using nlohmann::json;
 

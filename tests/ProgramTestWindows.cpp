@@ -1,4 +1,4 @@
-// What the program does on Windows only.
+// What the programs do on Windows only.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -39,5 +39,23 @@ TEST(Program, LinesInAFileAndAPipeEndAsOnWindows)
         expected += character == '\n' ? "\r\n" : std::string(1, character);
     for (const OutputTo output : {OutputTo::File, OutputTo::Pipe})
         EXPECT_PRED_FORMAT2(
-            IsText, RunProgram({.program = PROGRAM_FILE, .output = output, .keepsLineEnds = true}).output, expected);
+            IsText, RunProgram({.program = PathOf(PROGRAM_FILE), .output = output, .keepsLineEnds = true}).output,
+            expected);
+}
+
+// The properties are texts of 16-bit characters in the file, each with a null character behind it.
+TEST(Program, ThePropertiesOfTheBuiltFilesShowTheirVersionAndName)
+{
+    for (const std::filesystem::path& file : {PathOf(PROGRAM_FILE), PathOf(TAVI_CHECK_FILE), PathOf(STAND_IN_FILE)})
+    {
+        const std::string bytes = ReadFile(file);
+        for (const std::string& text : {std::string("FileVersion"), std::string("OriginalFilename"),
+                                        std::string(VERSION), Utf8Of(file.filename())})
+        {
+            std::string wide;
+            for (const char character : text + '\0')
+                wide.append({character, '\0'});
+            EXPECT_NE(bytes.find(wide), std::string::npos) << file << text;
+        }
+    }
 }

@@ -43,7 +43,7 @@ std::vector<std::string> LoudCalls(Command command, int expectedStatus)
 
 TEST(Silence, ARunWithUploadOffOpensNoSocketAndWritesNoFile)
 {
-    const TaviCheckCopy copy(ProgramCopy::Library::StandIn);
+    const ProgramCopy copy(ProgramCopy::Library::StandIn);
     for (const std::filesystem::path& program : {copy.Executable(), copy.TaviCheck()})
         EXPECT_EQ(LoudCalls({.program = program}, 0), std::vector<std::string>()) << program;
 }

@@ -1,6 +1,7 @@
 // While it lives, what std::cout and std::wcout are given is kept instead of shown, in the order written, as UTF-8.
 #pragma once
 
+#include <iostream>
 #include <sstream>
 #include <string>
 
@@ -9,8 +10,12 @@
 class OutputCapture
 {
 public:
-    OutputCapture();
-    ~OutputCapture();
+    OutputCapture() : previous(std::cout.rdbuf(captured.rdbuf())) {}
+    ~OutputCapture()
+    {
+        std::wcout.flush();
+        std::cout.rdbuf(previous);
+    }
     OutputCapture(const OutputCapture&) = delete;
     OutputCapture& operator=(const OutputCapture&) = delete;
 

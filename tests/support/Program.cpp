@@ -1,5 +1,4 @@
 #include "Program.h"
-#include "Utf8Path.h"
 
 #include <fstream>
 #include <iterator>
@@ -20,28 +19,33 @@ const std::string& GoodRun()
     return text;
 }
 
-ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder)
+// The macros are the built files, and where the library lies from the program's folder.
+ProgramCopy::ProgramCopy(Library library, const std::filesystem::path& folder) : bin(temporary.Path() / folder / "bin")
 {
-    // The macros are the built files, and where the library lies from the program's folder.
-    const std::filesystem::path program = PathOf(PROGRAM_FILE);
+    const std::filesystem::path built = PathOf(PROGRAM_FILE).parent_path();
     const std::filesystem::path sdk = PathOf(library == Library::StandIn ? STAND_IN_FILE : FAULTY_LIBRARY_FILE);
-    const std::filesystem::path bin = temporary.Path() / folder / "bin";
     const std::filesystem::path libraryFolder = (bin / LIBRARY_FOLDER).lexically_normal();
     std::filesystem::create_directories(bin / "UPI");
     std::filesystem::create_directories(libraryFolder);
-    executable = bin / program.filename();
-    std::filesystem::copy_file(program, executable);
-    std::filesystem::copy_file(program.parent_path() / "UPI" / "upiconfig.xml", ProductFile());
+    std::filesystem::copy_file(PathOf(PROGRAM_FILE), Executable());
+    std::filesystem::copy_file(PathOf(TAVI_CHECK_FILE), TaviCheck());
+    std::filesystem::copy_file(built / "UPI" / "upiconfig.xml", ProductFile());
     std::filesystem::copy_file(sdk, libraryFolder / sdk.filename());
-    // Where other libraries are shared, on Windows, they lie beside the program.
-    for (const std::filesystem::path& file : std::filesystem::directory_iterator(program.parent_path()))
+    // Where other libraries are shared, on Windows, they are beside the program.
+    for (const std::filesystem::path& file : std::filesystem::directory_iterator(built))
         if (file.extension() == ".dll")
             std::filesystem::copy_file(file, bin / file.filename(), std::filesystem::copy_options::skip_existing);
 }
 
 Outcome ProgramCopy::Run(const std::string& script, OutputTo output) const
 {
-    return Run(executable, {}, script, output);
+    return Run(Executable(), {}, script, output);
+}
+
+Outcome ProgramCopy::RunTaviCheck(const std::vector<std::string>& arguments, const nlohmann::json& script,
+                                  OutputTo output) const
+{
+    return Run(TaviCheck(), arguments, script.dump(), output);
 }
 
 Outcome ProgramCopy::Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
@@ -74,17 +78,4 @@ nlohmann::json ProgramCopy::ReportedProduct() const
 {
     const std::vector<nlohmann::json> calls = Calls("Initialize");
     return calls.empty() ? nlohmann::json() : calls.front()["product"];
-}
-
-TaviCheckCopy::TaviCheckCopy(Library library, const std::filesystem::path& folder) : ProgramCopy(library, folder)
-{
-    const std::filesystem::path program = PathOf(TAVI_CHECK_FILE);
-    taviCheck = Executable().parent_path() / program.filename();
-    std::filesystem::copy_file(program, taviCheck);
-}
-
-Outcome TaviCheckCopy::RunTaviCheck(const std::vector<std::string>& arguments, const nlohmann::json& script,
-                                    OutputTo output) const
-{
-    return Run(taviCheck, arguments, script.dump(), output);
 }

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "TemporaryFolder.h"
+#include "Utf8Path.h"
 
 enum class OutputTo
 {
@@ -53,7 +54,7 @@ std::map<OutputTo, int> BrokenOutputs();
 // What the program prints when every test passes.
 const std::string& GoodRun();
 
-// A copy of the built test program in its own folder, laid out as installed, on either telemetry library.
+// A copy of the built programs in its own folder, laid out as installed, on either telemetry library.
 class ProgramCopy
 {
 public:
@@ -66,17 +67,18 @@ public:
     // `folder`, relative, is where the copy lies below the temporary folder.
     explicit ProgramCopy(Library library = Library::Faulty, const std::filesystem::path& folder = "copy");
 
-    const std::filesystem::path& Executable() const { return executable; }
-    std::filesystem::path ProductFile() const { return executable.parent_path() / "UPI" / "upiconfig.xml"; }
     const TemporaryFolder& Folder() const { return temporary; }
-
-    // The faulty library follows `script` and writes its calls to LogFile(), a JSON text a line.
-    Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
+    std::filesystem::path Executable() const { return bin / PathOf(PROGRAM_FILE).filename(); }
+    std::filesystem::path TaviCheck() const { return bin / PathOf(TAVI_CHECK_FILE).filename(); }
+    std::filesystem::path ProductFile() const { return bin / "UPI" / "upiconfig.xml"; }
     std::filesystem::path LogFile() const { return temporary.Path() / "calls.log"; }
 
-    // Runs another program in the same folder in the same way.
-    Outcome Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                const std::string& script, OutputTo output) const;
+    // The faulty library follows `script` and writes its calls to LogFile(), a JSON text a line. Relative names of
+    // files are in Folder().
+    Outcome Run(const std::string& script = "{}", OutputTo output = OutputTo::File) const;
+    Outcome RunTaviCheck(const std::vector<std::string>& arguments,
+                         const nlohmann::json& script = nlohmann::json::object(),
+                         OutputTo output = OutputTo::File) const;
 
     // The calls of the latest run in order, or those of one function.
     std::vector<nlohmann::json> Calls(const std::string& function = "") const;
@@ -85,23 +87,11 @@ public:
     nlohmann::json ReportedProduct() const;
 
 private:
+    Outcome Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                const std::string& script, OutputTo output) const;
+
     TemporaryFolder temporary;
-    std::filesystem::path executable;
+    std::filesystem::path bin;
 };
 
-// A copy of tavi_check as well, beside the test program's.
-class TaviCheckCopy : public ProgramCopy
-{
-public:
-    explicit TaviCheckCopy(Library library = Library::Faulty, const std::filesystem::path& folder = "copy");
-
-    const std::filesystem::path& TaviCheck() const { return taviCheck; }
-
-    // As Run(). Relative names of files are in Folder().
-    Outcome RunTaviCheck(const std::vector<std::string>& arguments,
-                         const nlohmann::json& script = nlohmann::json::object(),
-                         OutputTo output = OutputTo::File) const;
-
-private:
-    std::filesystem::path taviCheck;
-};
+using TaviCheckCopy = ProgramCopy;
