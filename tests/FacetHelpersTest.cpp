@@ -127,14 +127,6 @@ TEST(FacetHelpers, AnEmptyMemberKeyRemovesTheWholeObject)
     }
 }
 
-TEST(FacetHelpers, ManyMembersAreAddedInTheOrderOfTheirKeysBesideThoseThere)
-{
-    Facet::Core core;
-    Facet::Base& component = ComponentWithObject(core);
-    SetFacetObjectMembers(component, "object", {{Key("z"), Key("26")}, {Key("a"), Key("new")}, {Key("c"), Key("3")}});
-    EXPECT_EQ(Entries(component), R"({"kept":"as it is","object":{"a":"new","b":"2","c":"3","z":"26"}})");
-}
-
 TEST(FacetHelpers, ComponentAttributesReplaceAllThatWereThere)
 {
     Facet::Core core;
