@@ -147,7 +147,7 @@ TEST(UpiProductInfo, LevelsAreReadInwardsEachTheFirstInTheOneBefore)
 TEST(UpiProductInfo, OfALevelsEntriesTheLastNameAndIdentifierCount)
 {
     const std::string name = Entry("name", "productline");
-    const std::string valueless = "<upi_attribute name=\"id\"/><upi_attribute name=\"name\"/>";
+    const std::string valueless = R"(<upi_attribute name="id"/><upi_attribute name="name"/>)";
     const struct
     {
         const char* what;
