@@ -47,7 +47,7 @@ CapturedPayload Judged(const json& payload, bool isStrict = false)
 
 } // namespace
 
-TEST(Captured, TheEventsOfAllMethodsAreKnownAndGood)
+TEST(Captured, KnowsTheEventsOfAllMethodsAndTakesThemForGood)
 {
     const PayloadRecorder recorder;
     std::vector<std::string> names;
@@ -62,14 +62,14 @@ TEST(Captured, TheEventsOfAllMethodsAreKnownAndGood)
     std::stringstream lines;
     recorder.WriteLines(lines);
     std::size_t count = 0;
-    const auto check = [&](const CapturedPayload& payload)
+    const auto expectGood = [&](const CapturedPayload& payload)
     {
         EXPECT_EQ(payload.faults, Texts()) << recorder.JsonText(count);
         EXPECT_EQ(payload.methods, Texts{names.at(count)}) << recorder.JsonText(count);
         ++count;
     };
     const CapturedOutcome outcome =
-        JudgeCapturedLines(ReadDocument(CompiledInDocument()), Judge({}, false), true, lines, check);
+        JudgeCapturedLines(ReadDocument(CompiledInDocument()), Judge({}, false), true, lines, expectGood);
     EXPECT_EQ(count, names.size());
     EXPECT_EQ(outcome.good, names.size());
     EXPECT_EQ(outcome.events.size(), ReportingMethods().size());
@@ -77,7 +77,7 @@ TEST(Captured, TheEventsOfAllMethodsAreKnownAndGood)
         EXPECT_GT(came, 0U) << method;
 }
 
-TEST(Captured, AnEventIsKnownByTypeComponentTypeAndNameAndElseByItsKeys)
+TEST(Captured, KnowsAnEventByTypeComponentTypeAndNameAndElseByItsKeys)
 {
     json renamed = PayloadOf("TrackNavBarDragMove");
     renamed["component_name"] = "COMMON.ZEPH_NB_DOCKED";
@@ -93,12 +93,9 @@ TEST(Captured, AnEventIsKnownByTypeComponentTypeAndNameAndElseByItsKeys)
         start["component_attributes"].erase(key);
     EXPECT_EQ(Judged(start).methods, Texts{"TrackNavBarStartup"});
     EXPECT_EQ(Judged(start).faults.size(), 4U);
-
-    const json user = PayloadOf("TrackUserEvent");
-    EXPECT_EQ(Judged(user).methods, Texts{"TrackUserEvent"});
 }
 
-TEST(Captured, WhereTwoEventsFitBothAreNamed)
+TEST(Captured, NamesBothEventsThatFitAlike)
 {
     const CapturedPayload judged = Judged(json({{"type", "D"}, {"scope", "S"}}));
     EXPECT_EQ(judged.methods, (Texts{"TrackFileInput", "StartTrackFileChange"}));
@@ -107,11 +104,8 @@ TEST(Captured, WhereTwoEventsFitBothAreNamed)
     EXPECT_TRUE(CapturedText(judged).starts_with("line 1: bad, TrackFileInput or StartTrackFileChange\n    as "));
 }
 
-TEST(Captured, WhatIsWrongIsSaid)
+TEST(Captured, NamesUnknownEventsAndRemarksOnUnknownKeys)
 {
-    json scope = PayloadOf("TrackMeshSize");
-    scope["scope"] = "S";
-    EXPECT_EQ(Judged(scope).faults, Texts{R"(scope: expected "C", sent "S")"});
     json name = PayloadOf("TrackMeshSize");
     name["component_name"] = "CV.MESH_SIZES";
     EXPECT_EQ(Judged(name).faults, Texts{R"(is a waypoint whose name no event has, "CV.MESH_SIZES")"});
@@ -124,10 +118,9 @@ TEST(Captured, WhatIsWrongIsSaid)
     EXPECT_EQ(Judged(further, true).faults, Texts{R"("user" is a key that docs/events.json does not have)"});
 }
 
-TEST(Captured, ALineThatIsNoPayloadIsNamedAndTheNextIsJudged)
+TEST(Captured, NamesALineThatIsNoPayloadAndJudgesTheNext)
 {
     const std::string good = PayloadOf("TrackNavBarClosed").dump();
-    const std::string deep(100'000, '[');
     const struct
     {
         std::string line;
@@ -136,12 +129,10 @@ TEST(Captured, ALineThatIsNoPayloadIsNamedAndTheNextIsJudged)
         {"payload", "is no JSON text: it is wrong at byte 1"},
         {good.substr(0, good.size() - 1), "is no JSON text: it ends within it"},
         {good + "}", "is no JSON text: it is wrong at byte " + std::to_string(good.size() + 1)},
-        {R"({"type":"C)", "is no JSON text: it ends within it"},
         {R"({"type":1e999})", "has a number that is too large"},
         {"[]", "is no object: []"},
         {"null", "is no object: null"},
-        {std::string(1'000'000, 'x'), "is no JSON text: it is wrong at byte 1"},
-        {deep, "has more than 100 levels"},
+        {std::string(100'000, '['), "has more than 100 levels"},
         {R"({"type":"C","type":"D"})", R"(has the key "type" twice in one object)"},
         {R"({"a":{"b":1},"c":[{"b":1,"b":2}]})", R"(has the key "b" twice in one object)"},
         {"{\"type\":\"\xFF\"}", "is no JSON text: it is wrong at byte 10"},
@@ -162,7 +153,7 @@ TEST(Captured, ALineThatIsNoPayloadIsNamedAndTheNextIsJudged)
     }
 }
 
-TEST(Captured, TheEndTellsHowManyCameAndWhichNever)
+TEST(Captured, CountsEventsAtTheEndAndNamesThoseThatNeverCame)
 {
     CapturedOutcome outcome;
     outcome.good = 3;

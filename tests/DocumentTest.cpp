@@ -1,4 +1,4 @@
-// What the prober's calls leave open: those prove what is sent of a document and that it is replaced.
+// The wrapper's documents. That all their values are sent, and that one replaces another, the prober's calls prove.
 #include <chrono>
 #include <functional>
 #include <string>
@@ -19,7 +19,7 @@
 using Veltrane::TaviDesktopSDK::JsonValue;
 namespace Sdk = Veltrane::TaviDesktopSDK;
 
-// The wrapper keeps documents until the process exits: each test has names of its own.
+// Documents stay registered until the process exits: each test has its own names.
 
 namespace
 {
@@ -42,12 +42,7 @@ long long TimerOf(const JsonValue& payload)
 
 } // namespace
 
-TEST(Document, RegisteringAloneSendsNothing)
-{
-    EXPECT_TRUE(PayloadsOf([](CorvaneTavi& tavi) { tavi.AddDocument(L"only registered", L"ext", 1, 2); }).empty());
-}
-
-TEST(Document, OfAllOnlyTheOneOfTheWholeNameIsSent)
+TEST(Document, SendsOnlyTheDocumentOfTheWholeNameAndOnlyWhenItsChangeStarts)
 {
     using namespace std::string_literals;
     const std::vector<JsonValue> payloads = PayloadsOf(
@@ -63,7 +58,7 @@ TEST(Document, OfAllOnlyTheOneOfTheWholeNameIsSent)
     EXPECT_EQ(Json(payloads.front()[Key("content_type")]), R"("first")");
 }
 
-TEST(Document, EveryStartSendsTheEventAnewAndTheTimerGoesOnFromRegistration)
+TEST(Document, SendsTheEventAgainOnEachStartAndTheTimerKeepsRunning)
 {
     constexpr std::chrono::milliseconds Pause(20);
     std::vector<JsonValue> payloads = PayloadsOf(
@@ -83,14 +78,14 @@ TEST(Document, EveryStartSendsTheEventAnewAndTheTimerGoesOnFromRegistration)
     EXPECT_EQ(Json(payloads[0]), Json(payloads[1]));
 }
 
-TEST(Document, WithoutAnEventSendsNothing)
+TEST(Document, SendsNothingWithoutAnEvent)
 {
     const TaviDocument document;
     EXPECT_TRUE(PayloadsOf([&](CorvaneTavi& tavi) { document.TrackEvent(tavi); }).empty());
 }
 
 // The callback may replace the document whose event it is shown: the event stays valid until the callback returns.
-TEST(Document, IsReplacedWhileItsEventIsHandedOver)
+TEST(Document, CanBeReplacedWhileItsEventIsHandedOver)
 {
     const std::wstring name = L"replaced while handed over";
     JsonValue meta;

@@ -75,40 +75,36 @@ json Patched(const std::string& operation, const std::string& path, const json& 
     return Payload.patch({{{"op", operation}, {"path", path}, {"value", value}}});
 }
 
-// Faults of the product's description stand last.
-Texts Sentences(const Findings& findings)
+Texts OfCall(const json& payload, const std::vector<json>& arguments = Arguments)
 {
-    Texts sentences;
-    for (const std::vector<Fault>* const faults : {&findings.faults, &findings.productFaults})
-    {
-        for (const Fault& fault : *faults)
-            sentences.push_back(fault.sentence);
-    }
-    return sentences;
+    return TheJudge().OfCall(SmallEvent(), arguments, payload).Sentences();
 }
 
-struct Wrong
+Texts OfCaptured(const json& payload)
 {
-    json payload;
-    Texts ofCall;     // sentences
-    Texts ofCaptured; // sentences
-};
+    return TheJudge().OfCaptured(SmallEvent(), payload).Sentences();
+}
 
 } // namespace
 
-TEST(Judge, APayloadOfTheArgumentsIsRight)
+TEST(Judge, PassesAPayloadOfTheArguments)
 {
     for (const Findings& findings :
          {TheJudge().OfCall(SmallEvent(), Arguments, Payload), TheJudge().OfCaptured(SmallEvent(), Payload)})
     {
-        EXPECT_EQ(Sentences(findings), Texts());
+        EXPECT_EQ(findings.Sentences(), Texts());
         EXPECT_EQ(findings.remarks, Texts());
     }
 }
 
-TEST(Judge, EveryKeyHasTheTextOfItsArgumentOrElseItsForm)
+TEST(Judge, ComparesEveryKeyWithItsArgumentOrElseItsForm)
 {
-    const Wrong rows[] = {
+    const struct
+    {
+        json payload;
+        Texts ofCall;
+        Texts ofCaptured;
+    } rows[] = {
         {Patched("replace", "/type", "S"), {R"(type: expected "C", sent "S")"}, {R"(type: expected "C", sent "S")"}},
         {Patched("remove", "/type"), {R"(type: expected "C", not sent)"}, {R"(type: expected "C", not sent)"}},
         {Patched("replace", "/size", 5), {"size: expected -5, sent 5"}, {}},
@@ -153,35 +149,35 @@ TEST(Judge, EveryKeyHasTheTextOfItsArgumentOrElseItsForm)
          {R"(attributes: expected an object, sent "{}")"},
          {R"(attributes: expected an object, sent "{}")"}},
     };
-    for (const Wrong& row : rows)
+    for (const auto& row : rows)
     {
-        EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), Arguments, row.payload)), row.ofCall) << row.payload;
-        EXPECT_EQ(Sentences(TheJudge().OfCaptured(SmallEvent(), row.payload)), row.ofCaptured) << row.payload;
+        EXPECT_EQ(OfCall(row.payload), row.ofCall) << row.payload;
+        EXPECT_EQ(OfCaptured(row.payload), row.ofCaptured) << row.payload;
     }
 }
 
-TEST(Judge, ASignedNumberIsSentWithTheBitsOfAnUnsignedArgument)
+TEST(Judge, ExpectsASignedNumberToHaveTheBitsOfAnUnsignedArgument)
 {
     std::vector<json> arguments = Arguments;
     arguments[2] = std::numeric_limits<std::uint64_t>::max();
-    EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, Patched("replace", "/size", -1))), Texts());
+    EXPECT_EQ(OfCall(Patched("replace", "/size", -1), arguments), Texts());
 }
 
-TEST(Judge, WhatAnEmptyListLeavesOutIsNotExpected)
+TEST(Judge, DoesNotExpectWhatAnEmptyListLeavesOut)
 {
     std::vector<json> arguments = Arguments;
     arguments[5] = {{"count", 0}};
     json payload = Patched("remove", "/attributes/A.LAST");
     payload["attributes"]["A.COUNT"] = "0";
-    EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, payload)), Texts());
-    EXPECT_EQ(Sentences(TheJudge().OfCaptured(SmallEvent(), payload)), Texts());
+    EXPECT_EQ(OfCall(payload, arguments), Texts());
+    EXPECT_EQ(OfCaptured(payload), Texts());
     payload["attributes"]["A.LAST"] = "b";
     const Texts fault = {R"(attributes: "A.LAST" is not expected, sent "b")"};
-    EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, payload)), fault);
-    EXPECT_EQ(Sentences(TheJudge().OfCaptured(SmallEvent(), payload)), fault);
+    EXPECT_EQ(OfCall(payload, arguments), fault);
+    EXPECT_EQ(OfCaptured(payload), fault);
 }
 
-TEST(Judge, WhatTheLibraryAddsIsAFaultOnlyWhereItContradicts)
+TEST(Judge, TakesForAFaultOnlyAdditionsOfTheLibraryThatContradict)
 {
     const struct
     {
@@ -202,36 +198,34 @@ TEST(Judge, WhatTheLibraryAddsIsAFaultOnlyWhereItContradicts)
     for (const auto& row : rows)
     {
         const Findings findings = TheJudge().OfCall(SmallEvent(), Arguments, row.payload);
-        EXPECT_EQ(Sentences(findings), row.faults) << row.payload;
+        EXPECT_EQ(findings.Sentences(), row.faults) << row.payload;
         EXPECT_EQ(findings.remarks, row.remarks) << row.payload;
     }
 }
 
-TEST(Judge, ALibraryThatTakesEmptyForNoneMayLeaveEmptyTextsOut)
+TEST(Judge, LetsALibraryThatTakesEmptyForNoneLeaveEmptyTextsOut)
 {
     std::vector<json> arguments = Arguments;
     arguments[0] = "";
     const json without = Patched("remove", "/attributes/A.TEXT");
-    EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), arguments, without)),
-              Texts{R"(attributes: A.TEXT: expected "", not sent)"});
+    EXPECT_EQ(OfCall(without, arguments), Texts{R"(attributes: A.TEXT: expected "", not sent)"});
     const Findings findings = TheJudge(true).OfCall(SmallEvent(), arguments, without);
-    EXPECT_EQ(Sentences(findings), Texts());
+    EXPECT_EQ(findings.Sentences(), Texts());
     EXPECT_EQ(findings.remarks, Texts{R"(The library takes "" for no text: a key whose text is empty is not sent)"});
-    EXPECT_EQ(Sentences(TheJudge(true).OfCaptured(SmallEvent(), without)), Texts());
-    EXPECT_EQ(Sentences(TheJudge(true).OfCall(SmallEvent(), Arguments, without)).size(), 1U) << "it is not empty";
+    EXPECT_EQ(TheJudge(true).OfCaptured(SmallEvent(), without).Sentences(), Texts());
+    EXPECT_EQ(TheJudge(true).OfCall(SmallEvent(), Arguments, without).Sentences().size(), 1U) << "it is not empty";
 }
 
-TEST(Judge, WhatIsNoObjectIsOneFaultAndForNullAWhitelistIsNamed)
+TEST(Judge, TakesAPayloadThatIsNoObjectForOneFault)
 {
-    const Texts ofNull = Sentences(TheJudge().OfCall(SmallEvent(), Arguments, json()));
+    const Texts ofNull = OfCall(json());
     ASSERT_EQ(ofNull.size(), 1U);
     EXPECT_NE(ofNull.front().find("the payload is null: the whitelist"), std::string::npos) << ofNull.front();
     for (const json& payload : {json(1), json("text"), json::array({"text"})})
-        EXPECT_EQ(Sentences(TheJudge().OfCall(SmallEvent(), Arguments, payload)),
-                  Texts{"the payload is no object: " + payload.dump()});
+        EXPECT_EQ(OfCall(payload), Texts{"the payload is no object: " + payload.dump()});
 }
 
-TEST(Judge, AFaultHasKeyExpectedAndSent)
+TEST(Judge, GivesAFaultItsKeyAndBothValues)
 {
     const std::vector<Fault> faults =
         TheJudge().OfCall(SmallEvent(), Arguments, Patched("replace", "/attributes/A.TEXT", "u")).faults;
@@ -241,7 +235,7 @@ TEST(Judge, AFaultHasKeyExpectedAndSent)
     EXPECT_EQ(faults.front().sent, "u");
 }
 
-TEST(Judge, LongValuesAreShortenedBetweenTheirLetters)
+TEST(Judge, ShortensLongValuesBetweenCharacters)
 {
     std::string letters;
     for (int i = 0; i < 200; ++i)

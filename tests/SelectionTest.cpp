@@ -14,7 +14,7 @@ using Texts = std::vector<std::string>;
 
 } // namespace
 
-TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndCaseDoesNotCount)
+TEST(Selection, MatchesAnyTextForAStarAndOneCharacterForAQuestionMark)
 {
     const struct
     {
@@ -22,37 +22,29 @@ TEST(Selection, AStarIsAnyTextAQuestionMarkOneCharacterAndCaseDoesNotCount)
         const char* name;
         bool matches;
     } rows[] = {
-        {"PPR", "PPR", true},
+        {"ppr", "PPR", true},
         {"PPR", "PP", false},
         {"PP", "PPR", false},
-        {"ppr", "PPR", true},
-        {"*", "PPR", true},
-        {"*", "", true},
         {"", "", true},
         {"", "PPR", false},
+        {"*", "", true},
+        {"**", "x", true},
         {"?", "", false},
-        {"???", "PPR", true},
-        {"??", "PPR", false},
-        {"????", "PPR", false},
-        {"Mesh*", "MeshSize", true},
+        {"??R", "PPR", true},
         {"Mesh*", "Mesh", true},
         {"Mesh?*", "Mesh", false},
-        {"*Size", "MeshSize", true},
         {"*size", "MeshSize", true},
         {"*s*s*", "MeshSizes", true},
-        {"*es*iz*", "MeshSize", true},
         {"*iz*es*", "MeshSize", false},
         {"a*ab", "aaab", true},
         {"a*ab", "ab", false},
-        {"**", "x", true},
-        {"*a*b", "abab", true},
         {"[Mm]esh*", "MeshSize", false},
     };
     for (const auto& row : rows)
         EXPECT_EQ(Matches(row.pattern, row.name), row.matches) << row.pattern << ' ' << row.name;
 }
 
-TEST(Selection, KeepsTheOrderAndTakesNamesOfMethodsAndTests)
+TEST(Selection, TakesNamesOfMethodsAndTestsAndKeepsTheirOrder)
 {
     const auto selected = [](const Texts& patterns) { return Select(ReportingMethods(), patterns).methods; };
     EXPECT_EQ(selected({}).size(), ReportingMethods().size());
@@ -61,12 +53,13 @@ TEST(Selection, KeepsTheOrderAndTakesNamesOfMethodsAndTests)
     EXPECT_EQ(selected({"3DC?sed"}), Texts{"Track3DCUsed"});
 }
 
-TEST(Selection, TellsWhichPatternsAreOfNoNameAndWhatIsNear)
+TEST(Selection, ReportsPatternsThatMatchNothingAndNamesLikeThem)
 {
     const Selection selection = Select(ReportingMethods(), {"PPR", "MeshSise", "", "D*X"});
     EXPECT_EQ(selection.methods, Texts{"TrackPPR"});
     EXPECT_EQ(selection.unmatched, (Texts{"MeshSise", "", "D*X"}));
     EXPECT_EQ(NamesNear(ReportingMethods(), "MeshSise"), Texts{"MeshSize"});
     EXPECT_EQ(NamesNear(ReportingMethods(), "trackmeshsiz"), Texts{"TrackMeshSize"});
-    EXPECT_EQ(NamesNear(ReportingMethods(), "something else"), Texts());
+    for (const char* const unlike : {"something else", ""})
+        EXPECT_EQ(NamesNear(ReportingMethods(), unlike), Texts());
 }

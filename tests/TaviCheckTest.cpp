@@ -1,4 +1,4 @@
-// tavi_check as its users run it: what it finds that cvtavi_test's rules let pass, and what it tells.
+// tavi_check as its users run it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -36,7 +36,7 @@ std::string CountOfTests()
     return std::to_string(Names().size());
 }
 
-// The library answers the run's first event so. Its test is chosen by --only.
+// A script: the library answers the run's first event so. --only selects the event's test.
 json Answering(const json& answer)
 {
     return {{"TrackEvent", {{"1", answer}}}};
@@ -50,7 +50,7 @@ json Patch(const std::string& operation, const std::string& path, const json& va
     return {{"patch", {one}}};
 }
 
-// Every event so.
+// A script: the library answers every event so.
 json AnsweringAll(const json& answer)
 {
     return {{"TrackEvent", {{"default", answer}}}};
@@ -61,7 +61,7 @@ struct Report
     Outcome run;
     json report; // what --json prints
 
-    // The messages of the tests that failed, by name.
+    // The messages of failed tests, by name.
     json Faults() const
     {
         json faults = json::object();
@@ -74,7 +74,7 @@ struct Report
     }
 };
 
-Report Check(const TaviCheckCopy& copy, const json& script, std::vector<std::string> arguments = {})
+Report RunWithJson(const TaviCheckCopy& copy, const json& script, std::vector<std::string> arguments = {})
 {
     arguments.emplace_back("--json");
     Report report{copy.RunTaviCheck(arguments, script), {}};
@@ -82,21 +82,9 @@ Report Check(const TaviCheckCopy& copy, const json& script, std::vector<std::str
     return report;
 }
 
-json NoTests()
-{
-    return {{"passed", 0}, {"failed", 0}, {"errors", 1}};
-}
-
-struct WrongEvent
-{
-    std::string test;
-    json answer;
-    json faults;
-};
-
 } // namespace
 
-TEST(TaviCheck, AGoodRunPassesEveryTestOnceOnEitherLibrary)
+TEST(TaviCheck, PassesEveryTestOnceOnEitherLibrary)
 {
     std::string expected;
     for (const std::string& name : Names())
@@ -111,62 +99,59 @@ TEST(TaviCheck, AGoodRunPassesEveryTestOnceOnEitherLibrary)
     }
 }
 
-TEST(TaviCheck, TheBuiltProgramRunsWhereItWasBuilt)
+TEST(TaviCheck, RunsWhereItWasBuilt)
 {
     const Outcome run = RunProgram({.program = PathOf(TAVI_CHECK_FILE), .workingFolder = "/"});
     EXPECT_EQ(run.errors, "");
     EXPECT_EQ(run.status, 0) << run.output;
 }
 
-TEST(TaviCheck, FindsWhatTheTestProgramsRulesLetPass)
+TEST(TaviCheck, FailsATestWhoseCallDoesNotSendExactlyOneRightPayload)
 {
     const TaviCheckCopy copy;
-    const WrongEvent rows[] = {
-        {"MeshSize", {{"callbacks", 2}}, {"2 payloads were received, not one"}},
-        {"PPR", {{"callbacks", 0}}, {"no payload was received"}},
-        {"FileInput", Patch("remove", "/content_size"), {"content_size: expected 105, not sent"}},
-        {"PPR",
-         Patch("replace", "/component_type", "button"),
-         {R"(component_type: expected "waypoint", sent "button")"}},
-        {"MeshSize", Patch("replace", "/scope", "S"), {R"(scope: expected "C", sent "S")"}},
-        {"StartTrackFileChange",
-         Patch("copy", "/content_meta/COMMON.FILE.SOURCE", "/content_meta/COMMON.FILE.SIZE"),
-         {R"(content_meta: COMMON.FILE.SOURCE: expected "104", sent "103")"}},
-        {"PPR", {{"status", 9}}, {R"(the call printed "CorvaneTavi::TrackWaypoint TaviDesktopSDK::TrackEvent")"}},
-    };
-    for (const WrongEvent& row : rows)
+    const struct
     {
-        const Report report = Check(copy, Answering(row.answer), {"--only", row.test});
-        EXPECT_EQ(report.run.status, 1) << row.faults;
-        EXPECT_PRED_FORMAT2(IsJson, report.Faults(), json({{row.test, row.faults}}));
-        EXPECT_EQ(report.report["errors"], json::array()) << row.faults;
+        json answer;
+        std::string fault;
+    } rows[] = {
+        {{{"callbacks", 2}}, "2 payloads were received, not one"},
+        {{{"callbacks", 0}}, "no payload was received"},
+        {Patch("replace", "/scope", "S"), R"(scope: expected "C", sent "S")"},
+        {{{"status", 9}}, R"(the call printed "CorvaneTavi::TrackWaypoint TaviDesktopSDK::TrackEvent")"},
+    };
+    for (const auto& row : rows)
+    {
+        const Report report = RunWithJson(copy, Answering(row.answer), {"--only", "PPR"});
+        EXPECT_EQ(report.run.status, 1) << row.fault;
+        EXPECT_PRED_FORMAT2(IsJson, report.Faults(), json({{"PPR", {row.fault}}}));
+        EXPECT_EQ(report.report["errors"], json::array()) << row.fault;
     }
 }
 
-TEST(TaviCheck, WhatFailedOnceStaysFailed)
+TEST(TaviCheck, DoesNotPassWhatHasFailedOnce)
 {
     const TaviCheckCopy copy;
     const json wrong = {{"type", "C"}};
-    Check(copy, json::object(), {"--only", "PPR"});
+    RunWithJson(copy, json::object(), {"--only", "PPR"});
     const json right = copy.Calls("TrackEvent").front()["payload"];
     for (const json& payloads : {json({wrong, right}), json({right, wrong}), json({right, wrong, right})})
     {
-        const Report report = Check(copy, Answering({{"payloads", payloads}}), {"--only", "PPR"});
+        const Report report = RunWithJson(copy, Answering({{"payloads", payloads}}), {"--only", "PPR"});
         EXPECT_EQ(report.run.status, 1) << payloads;
         EXPECT_NE(report.Faults().dump().find("component_name: expected"), std::string::npos) << payloads;
     }
 }
 
-TEST(TaviCheck, APayloadWithoutACallIsAnError)
+TEST(TaviCheck, FailsForAPayloadWithoutACall)
 {
     const json script = {{"SetTestingCallback", {{"1", {{"payloads", {{{"type", "C"}}}}}}}}};
-    const Report report = Check(TaviCheckCopy(), script);
+    const Report report = RunWithJson(TaviCheckCopy(), script);
     EXPECT_EQ(report.run.status, 1);
     EXPECT_EQ(report.Faults(), json::object());
     EXPECT_EQ(report.report["errors"], json({R"(a payload came without a call: {"type":"C"})"}));
 }
 
-TEST(TaviCheck, APayloadWhileTheLibraryIsUnloadedIsAnErrorToo)
+TEST(TaviCheck, FailsForAPayloadWhileTheLibraryIsUnloaded)
 {
     const json script = {{"SetTestingCallback", {{"default", {{"atExit", {{{"type", "C"}}}}}}}}};
     const Outcome run = TaviCheckCopy().RunTaviCheck({}, script);
@@ -175,108 +160,87 @@ TEST(TaviCheck, APayloadWhileTheLibraryIsUnloadedIsAnErrorToo)
     EXPECT_NE(run.output.find(" passed, 0 failed\n"), std::string::npos) << run.output;
 }
 
-TEST(TaviCheck, WhatTheLibraryAddsIsARemarkAndAnErrorOnlyIfStrict)
+TEST(TaviCheck, FailsForARemarkOnlyIfStrict)
 {
     const TaviCheckCopy copy;
-    const struct
-    {
-        json answer;
-        std::string remark;
-        std::string tests;
-    } rows[] = {
-        {Patch("add", "/user_id", 7), R"("user_id" is a key that docs/events.json does not have)",
-         CountOfTests() + " tests"},
-        {Patch("remove", "/product_build_id"), "product_build_id did not come", CountOfTests() + " tests"},
-    };
-    for (const auto& row : rows)
-    {
-        const Outcome run = copy.RunTaviCheck({}, AnsweringAll(row.answer));
-        EXPECT_EQ(run.status, 0);
-        EXPECT_TRUE(run.output.ends_with(" ... PASSED\nREMARK  " + row.remark + ": " + row.tests + "\n\n" +
-                                         CountOfTests() + " passed, 0 failed\n"))
-            << run.output;
-        const Report strict = Check(copy, AnsweringAll(row.answer), {"--strict"});
-        EXPECT_EQ(strict.run.status, 1);
-        EXPECT_EQ(strict.report["errors"], json({row.remark}));
-    }
+    const json script = AnsweringAll(Patch("add", "/user_id", 7));
+    const std::string remark = R"("user_id" is a key that docs/events.json does not have)";
+    const Outcome run = copy.RunTaviCheck({}, script);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.ends_with(" ... PASSED\nREMARK  " + remark + ": " + CountOfTests() + " tests\n\n" +
+                                     CountOfTests() + " passed, 0 failed\n"))
+        << run.output;
+    const Report strict = RunWithJson(copy, script, {"--strict"});
+    EXPECT_EQ(strict.run.status, 1);
+    EXPECT_EQ(strict.report["errors"], json({remark}));
 }
 
-TEST(TaviCheck, WhatAllPayloadsHaveWrongIsToldOnce)
+TEST(TaviCheck, PrintsAWrongProductOnceForAllPayloads)
 {
-    const TaviCheckCopy copy;
-    const Outcome product = copy.RunTaviCheck({}, AnsweringAll(Patch("replace", "/product_master_id", "27.0.214")));
-    EXPECT_EQ(product.status, 1);
+    const json script = AnsweringAll(Patch("replace", "/product_master_id", "27.0.214"));
+    const Outcome run = TaviCheckCopy().RunTaviCheck({}, script);
+    EXPECT_EQ(run.status, 1);
     const std::string error = R"(ERROR   product_master_id: expected "CVSTUDIO_2027_0_EN", sent "27.0.214", in )";
-    EXPECT_NE(product.output.find(error), std::string::npos) << product.output;
-    EXPECT_EQ(product.output.find("FAILED"), std::string::npos) << product.output;
-
-    const Outcome scope = copy.RunTaviCheck({}, AnsweringAll(Patch("replace", "/scope", "X")));
-    const std::string sentence = R"(    scope: expected "C", sent "X")";
-    const std::size_t first = scope.output.find(sentence);
-    EXPECT_NE(first, std::string::npos) << scope.output;
-    EXPECT_EQ(scope.output.find(sentence, first + 1), std::string::npos) << scope.output;
-    EXPECT_NE(scope.output.find("MeshSize ... FAILED, as above: scope\n"), std::string::npos) << scope.output;
-    EXPECT_NE(scope.output.find("\nFailed: CommandInvoked, "), std::string::npos) << scope.output;
+    EXPECT_NE(run.output.find(error), std::string::npos) << run.output;
+    EXPECT_EQ(run.output.find("FAILED"), std::string::npos) << run.output;
 }
 
-TEST(TaviCheck, NamesThatNoWhitelistHasMayBeFiltered)
+TEST(TaviCheck, LetsTheLibraryWithholdEventsOfUnknownNames)
 {
     const TaviCheckCopy copy;
     // The second call has a further known name, the three after it have others.
     const json null = {{"payload", json()}};
     const json none = {{"callbacks", 0}};
     const json script = {{"TrackEvent", {{"3", null}, {"4", none}, {"5", null}}}};
-    const Report report = Check(copy, script, {"--only", "NavBarDragMove"});
+    const Report report = RunWithJson(copy, script, {"--only", "NavBarDragMove"});
     EXPECT_EQ(report.run.status, 0);
     EXPECT_EQ(report.report["remarks"][0]["message"],
               "The library hands over no payload for an event whose name is not in the vocabulary");
-    EXPECT_EQ(Check(copy, {{"TrackEvent", {{"2", null}}}}, {"--only", "NavBarDragMove"}).run.status, 1);
+    EXPECT_EQ(RunWithJson(copy, {{"TrackEvent", {{"2", null}}}}, {"--only", "NavBarDragMove"}).run.status, 1);
 }
 
-TEST(TaviCheck, AProductFileThatIsMissingOrBrokenIsToldByItsName)
+TEST(TaviCheck, RemarksOnAProductFileThatIsMissingOrBroken)
 {
     const TaviCheckCopy copy;
-    const std::string file = Utf8Of(copy.ProductFile());
-    const auto firstLine = [&copy]
+    const auto expectRemark = [&copy](const std::string& remark)
     {
         const Outcome run = copy.RunTaviCheck({"--only", "NavBarClosed"});
         EXPECT_EQ(run.status, 0) << run.output;
-        EXPECT_EQ(copy.RunTaviCheck({"--only", "NavBarClosed", "--strict"}).status, 1);
-        return run.output.substr(0, run.output.find('\n'));
+        const std::string line = run.output.substr(0, run.output.find('\n'));
+        EXPECT_TRUE(line.starts_with("REMARK  The product file ")) << line;
+        EXPECT_NE(line.find(remark), std::string::npos) << line;
     };
     std::ofstream(copy.ProductFile()) << R"(<?xml version="1.0"?><upi_element name="level">)"
                                       << R"(<upi_attribute name="name" value="productline"/>)"
                                       << R"(<upi_attribute name="id" value="P"/></upi_element>)";
-    EXPECT_TRUE(firstLine().ends_with(R"(upiconfig.xml has no release, no master, no build: sent is "undefined")"))
-        << firstLine();
+    expectRemark(R"(upiconfig.xml has no release, no master, no build: sent is "undefined")");
     std::ofstream(copy.ProductFile()) << "<a></b>";
-    EXPECT_TRUE(firstLine().ends_with(R"(upiconfig.xml is not well-formed XML: the product is "undefined")"))
-        << firstLine();
+    expectRemark(R"(upiconfig.xml is not well-formed XML: the product is "undefined")");
     std::filesystem::remove(copy.ProductFile());
-    EXPECT_TRUE(firstLine().starts_with("REMARK  The product file ")) << firstLine();
-    EXPECT_NE(firstLine().find("upiconfig.xml cannot be read, "), std::string::npos) << firstLine();
+    expectRemark("upiconfig.xml cannot be read, ");
+    EXPECT_EQ(copy.RunTaviCheck({"--only", "NavBarClosed", "--strict"}).status, 1);
 }
 
-TEST(TaviCheck, WhatIsPrintedAtTheStartIsAnError)
+TEST(TaviCheck, FailsForALineThatTheStartPrints)
 {
-    const Report report = Check(TaviCheckCopy(), {{"Initialize", {{"1", {{"status", 3}}}}}});
+    const Report report = RunWithJson(TaviCheckCopy(), {{"Initialize", {{"1", {{"status", 3}}}}}});
     EXPECT_EQ(report.run.status, 1);
     EXPECT_EQ(report.report["errors"],
               json({R"(the start printed "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize")"}));
     EXPECT_EQ(report.report["summary"]["passed"], Names().size());
 }
 
-TEST(TaviCheck, WithoutConsentNothingIsStarted)
+TEST(TaviCheck, StartsNothingWithoutConsent)
 {
     const TaviCheckCopy copy;
-    const Report report = Check(copy, {{"IsOptedIn", {{"1", {{"status", 4}}}}}});
+    const Report report = RunWithJson(copy, {{"IsOptedIn", {{"1", {{"status", 4}}}}}});
     EXPECT_EQ(report.run.status, 1);
     EXPECT_EQ(report.report["errors"], json({"the user has not opted in to usage-data collection"}));
-    EXPECT_EQ(report.report["summary"], NoTests());
+    EXPECT_EQ(report.report["tests"], json::array());
     EXPECT_EQ(copy.Calls().size(), 1U);
 }
 
-TEST(TaviCheck, ARefusalOfTestModeIsToldWithTheStatusAndRunsNothing)
+TEST(TaviCheck, ReportsARefusalOfTestModeAndRunsNothing)
 {
     const TaviCheckCopy copy;
     for (const std::string function : {"SetTestingFlags", "SetTestingCallback"})
@@ -288,7 +252,7 @@ TEST(TaviCheck, ARefusalOfTestModeIsToldWithTheStatusAndRunsNothing)
     }
 }
 
-TEST(TaviCheck, ACrashNamesItsTestAndLeavesAReportThatIsNotGreen)
+TEST(TaviCheck, NamesTheTestThatCrashesAndLeavesAFailedReport)
 {
     const TaviCheckCopy copy;
     const std::filesystem::path report = copy.Folder().Path() / "report.xml";
@@ -307,16 +271,16 @@ TEST(TaviCheck, ACrashNamesItsTestAndLeavesAReportThatIsNotGreen)
     EXPECT_NE(ReadFile(report).find("<testcase name=\"Start\" "), std::string::npos) << ReadFile(report);
 }
 
-TEST(TaviCheck, ALibraryThatPrintsByItselfSpoilsNoDocument)
+TEST(TaviCheck, KeepsTheLibrarysOutputOutOfTheDocument)
 {
-    const Report report = Check(TaviCheckCopy(), AnsweringAll({{"prints", "noise"}}), {"--only", "MeshSize"});
+    const Report report = RunWithJson(TaviCheckCopy(), AnsweringAll({{"prints", "noise"}}), {"--only", "MeshSize"});
     EXPECT_EQ(report.run.status, 0);
     EXPECT_EQ(report.report["summary"]["passed"], 1);
     EXPECT_NE(report.run.errors.find("noise"), std::string::npos) << report.run.errors;
     EXPECT_NE(report.run.errors.find("MeshSize ... "), std::string::npos) << report.run.errors;
 }
 
-TEST(TaviCheck, ListAndWhitelistNeedNoLibraryAndNoConsent)
+TEST(TaviCheck, ListsWithoutALibraryAndWithoutConsent)
 {
     const TaviCheckCopy copy;
     const json script = {{"IsOptedIn", {{"default", {{"status", 4}}}}}};
@@ -336,6 +300,8 @@ TEST(TaviCheck, ListAndWhitelistNeedNoLibraryAndNoConsent)
     for (const std::string& name : Names())
         list += name + "\n";
     EXPECT_EQ(copy.RunTaviCheck({"--list"}).output, list);
+    EXPECT_TRUE(copy.RunTaviCheck({"--whitelist", "csv"}).output.starts_with("method,waypoint,"));
+    EXPECT_TRUE(json::accept(copy.RunTaviCheck({"--whitelist", "json"}).output));
     EXPECT_EQ(copy.RunTaviCheck({"--list", "--only", "mesh*", "TrackPPR", "--only", "3DC?sed"}).output,
               "MeshSize\nMeshPropertyChanged\n3DCUsed\nPPR\n");
     EXPECT_EQ(copy.RunTaviCheck({"--version"}).output, "tavi_check " VERSION "\n");
@@ -344,23 +310,7 @@ TEST(TaviCheck, ListAndWhitelistNeedNoLibraryAndNoConsent)
         EXPECT_LE(line.size(), 80U) << line;
 }
 
-TEST(TaviCheck, TheWhitelistHasEveryNameThatIsKnown)
-{
-    const std::string csv =
-        RunProgram({.program = PathOf(TAVI_CHECK_FILE), .arguments = {"--whitelist", "csv"}, .keepsLineEnds = true})
-            .output;
-    for (const char* const line : {"TrackMeshSize,CV.MESH_SIZE_COUNT,,C,component_attributes,CV.MESH_SIZE_NODES",
-                                   "TrackNavBarClosed,COMMON.ZEPH_NB_CLOSED,,C,,",
-                                   "TrackUserEvent,CV.COMMAND_FIRED,componentName,C,component_attributes,"
-                                   "CV.COMMAND_FIRED_RESOURCE_ID",
-                                   "TrackNavBarDragMove,COMMON.ZEPH_NB_DRAGGED,waypointName,C,component_attributes,"
-                                   "COMMON.ZEPH_NB_POSITION",
-                                   "TrackNavBarDragMove,COMMON.ZEPH_NB_MOVED,waypointName,C,component_attributes,"
-                                   "COMMON.ZEPH_NB_POSITION"})
-        EXPECT_NE(csv.find("\r\n" + std::string(line) + "\r\n"), std::string::npos) << line;
-}
-
-TEST(TaviCheck, WrongArgumentsAreOneLineOnTheErrorStream)
+TEST(TaviCheck, RefusesWrongArgumentsInOneLine)
 {
     const TaviCheckCopy copy;
     const std::vector<std::string> rows[] = {
@@ -396,23 +346,19 @@ TEST(TaviCheck, WrongArgumentsAreOneLineOnTheErrorStream)
     }
 }
 
-TEST(TaviCheck, ForANameOfNoTestWhatIsNearIsSuggested)
+TEST(TaviCheck, SuggestsANameForOneThatNoTestHas)
 {
     const TaviCheckCopy copy;
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"--only", "PPR", "MeshSise"}, {"--list", "--only", "MeshSise"}})
-    {
-        const Outcome run = copy.RunTaviCheck(arguments);
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.output, "");
-        EXPECT_EQ(run.errors, "tavi_check: there is no test or method MeshSise; is it MeshSize?\n");
-        EXPECT_TRUE(copy.Calls().empty());
-    }
-    EXPECT_EQ(copy.RunTaviCheck({"--only", "xyzzy"}).errors,
+    const Outcome run = copy.RunTaviCheck({"--only", "PPR", "MeshSise"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.errors, "tavi_check: there is no test or method MeshSise; is it MeshSize?\n");
+    EXPECT_TRUE(copy.Calls().empty());
+    EXPECT_EQ(copy.RunTaviCheck({"--list", "--only", "xyzzy"}).errors,
               "tavi_check: there is no test or method xyzzy; --list prints those that there are\n");
 }
 
-TEST(TaviCheck, OutputThatCannotBeWrittenIsOneLineAndAStatusOfItsOwn)
+TEST(TaviCheck, ReturnsThreeWhenOutputCannotBeWritten)
 {
     const TaviCheckCopy copy;
     for (const auto& [output, error] : BrokenOutputs())
@@ -432,7 +378,7 @@ TEST(TaviCheck, OutputThatCannotBeWrittenIsOneLineAndAStatusOfItsOwn)
             }
 }
 
-TEST(TaviCheck, AFileThatCannotBeWrittenIsOneLineAndAStatusOfItsOwn)
+TEST(TaviCheck, ReturnsThreeWhenAFileCannotBeWritten)
 {
     const TaviCheckCopy copy;
     const std::string error = std::generic_category().message(ENOENT);
@@ -445,31 +391,29 @@ TEST(TaviCheck, AFileThatCannotBeWrittenIsOneLineAndAStatusOfItsOwn)
         }
 }
 
-TEST(TaviCheck, TheFilesHaveTheTestsAndThePayloadsInOrder)
+TEST(TaviCheck, WritesTestsAndPayloadsToFilesInOrder)
 {
     const TaviCheckCopy copy;
     const std::string junit = "\xC3\xBC \xE4\xB8\xAD.xml";
     const std::string payloads = "\xC3\xBC \xE4\xB8\xAD.json";
-    const json script = Answering(Patch("replace", "/scope", "\x01<"));
-    EXPECT_EQ(copy.RunTaviCheck({"--only", "*Mesh*", "--junit", junit, "--payloads", payloads}, script).status, 1);
+    EXPECT_EQ(copy.RunTaviCheck({"--only", "*Mesh*", "--junit", junit, "--payloads", payloads}).status, 0);
 
     const std::string report = ReadFile(copy.Folder().Path() / PathOf(junit));
-    EXPECT_NE(report.find(" tests=\"2\" failures=\"1\" errors=\"0\" "), std::string::npos) << report;
-    EXPECT_NE(report.find("sent &quot;\\u0001&lt;&quot;"), std::string::npos) << report;
+    EXPECT_NE(report.find(" tests=\"2\" failures=\"0\" errors=\"0\" "), std::string::npos) << report;
     EXPECT_LT(report.find("<testcase name=\"MeshSize\""), report.find("<testcase name=\"MeshPropertyChanged\""));
 
     const json received = json::parse(ReadFile(copy.Folder().Path() / PathOf(payloads)));
     const std::vector<json> calls = copy.Calls("TrackEvent");
     ASSERT_EQ(received.size(), calls.size());
     EXPECT_EQ(received[0]["call"], "TrackMeshSize(101, 102)");
-    for (std::size_t i = 1; i < calls.size(); ++i)
+    for (std::size_t i = 0; i < calls.size(); ++i)
         EXPECT_PRED_FORMAT2(IsJson, received[i]["payload"], calls[i]["payload"]) << i;
 }
 
-TEST(TaviCheck, CapturedPayloadsAreJudgedByTheirFormWithoutACall)
+TEST(TaviCheck, JudgesCapturedPayloadsWithoutACall)
 {
     const TaviCheckCopy copy;
-    Check(copy, json::object(), {"--only", "PPR"});
+    RunWithJson(copy, json::object(), {"--only", "PPR"});
     const std::string good = copy.Calls("TrackEvent").front()["payload"].dump();
     const std::filesystem::path file = copy.Folder().Path() / "captured";
     std::ofstream(file) << good << "\n";
@@ -477,7 +421,6 @@ TEST(TaviCheck, CapturedPayloadsAreJudgedByTheirFormWithoutACall)
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(run.output.starts_with("line 1: good, TrackPPR\n\nCame:\n    TrackPPR: 1\n\nNever came:\n"))
         << run.output;
-    EXPECT_TRUE(run.output.ends_with("\n1 good, 0 bad\n")) << run.output;
     EXPECT_TRUE(copy.Calls().empty());
 
     std::ofstream(file) << good << "\n{}\n";
