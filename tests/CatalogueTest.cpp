@@ -68,7 +68,7 @@ std::size_t Verdicts(const std::string& printed)
 std::string Fault(const std::string& name, const std::string& printed)
 {
     const ProgramRun& run = TheRun();
-    const std::string shown = "The program prints:\n" + FirstLines(printed + run.outcome.errors, 40);
+    const std::string shown = "The program prints:\n" + FirstLines(printed + run.outcome.errors, 20);
     if (!run.ended && name == run.lastTest)
         return "the program ends here with exit status " + std::to_string(run.outcome.status) + ".\n" + shown;
     if (printed == "PASSED\n")
@@ -97,9 +97,10 @@ private:
         const auto found = run.printed.find(name);
         if (found == run.printed.end() && !run.ended && !run.lastTest.empty())
             GTEST_SKIP() << "The program ends in the test " << run.lastTest << ", before this one.";
-        const std::string fault = found != run.printed.end() ? Fault(name, found->second)
-                                                             : "there is no such test, or it is not reached.\n" +
-                                                                   FirstLines(run.outcome.output, 10);
+        std::string fault = "there is no such test, or the program ends before it with exit status " +
+                            std::to_string(run.outcome.status) + ".\n" + FirstLines(run.outcome.errors, 20);
+        if (found != run.printed.end())
+            fault = Fault(name, found->second);
         if (!fault.empty())
             ADD_FAILURE_AT(SOURCE_DIR "/harness/Catalogue.cpp", -1) << name << ": " << fault; // no line of it
     }

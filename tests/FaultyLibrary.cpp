@@ -81,7 +81,7 @@ public:
         return answer;
     }
 
-    JsonValue productDescription;
+    std::map<std::string, JsonValue> products; // descriptions given to Initialize, by the identifier that it returned
     std::vector<JsonValue> atExit;
     Callback callback = nullptr;
     void* callbackContext = nullptr;
@@ -117,8 +117,8 @@ int Initialize(const Facet::Product& product, TaviString& hostProduct)
 {
     JsonValue description = product.Build(JsonValue());
     const json answer = TheFaults().Answer("Initialize", {{"product", JsonOf(description)}});
-    TheFaults().productDescription = description;
     hostProduct.SetString(answer.value("hostProduct", "faulty-host-product").c_str());
+    TheFaults().products[Text(hostProduct)] = description;
     return StatusOf(answer);
 }
 
@@ -130,8 +130,12 @@ bool SetHostProduct(const TaviString& hostProduct)
 
 int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
 {
+    constexpr int unknownHostProduct = 40;
     Faults& faults = TheFaults();
-    JsonValue payload = core.Build(faults.productDescription);
+    const auto product = faults.products.find(Text(hostProduct));
+    if (product == faults.products.end())
+        return unknownHostProduct;
+    JsonValue payload = core.Build(product->second);
     const json answer = faults.Answer("TrackEvent", {{"hostProduct", Text(hostProduct)},
                                                      {"extra", extra != nullptr ? JsonOf(*extra) : json()},
                                                      {"payload", JsonOf(payload)}});
