@@ -28,7 +28,7 @@ std::vector<CatalogueTest> ReadCatalogue()
         for (std::size_t i = 0; i < recorder.Payloads().size(); ++i)
             payloads.push_back(json::parse(recorder.JsonText(i)));
     }
-    // The last test registered a callback of its own. Its document is sent once more.
+    // The last test registered another callback. Its document is sent once more.
     const Corvane::PayloadRecorder recorder;
     CorvaneTavi::Instance().StartTrackFileChange(L"fileName1");
     payloads.push_back(json::parse(recorder.JsonText(0)));

@@ -1,4 +1,5 @@
-// While it lives, what std::cout and std::wcout are given is kept instead of shown, in the order written, as UTF-8.
+// While it lives, what is written to std::cout and std::wcout is stored instead of shown, in the order written, as
+// UTF-8.
 #pragma once
 
 #include <iostream>

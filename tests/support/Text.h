@@ -7,7 +7,7 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
-// "" where the string has no text.
+// "" if the string has no text.
 inline std::string Text(const Veltrane::TaviDesktopSDK::TaviString& text)
 {
     return text.c_str() != nullptr ? text.c_str() : "";
@@ -57,7 +57,7 @@ inline Veltrane::TaviDesktopSDK::JsonValue Nested(int levels, const Veltrane::Ta
     return nested;
 }
 
-// Its JSON text, when that of the leaf is `leaf`.
+// The JSON text of such a value, given that of the leaf.
 inline std::string NestedText(int levels, const std::string& leaf)
 {
     std::string opening;
