@@ -3,25 +3,18 @@
 namespace Veltrane::TaviDesktopSDK
 {
 
-namespace
-{
-
 #if defined(TAVI_SDK_KEEPS_NO_BLOCKS)
 constexpr std::size_t MostKept = 0;
 #else
-constexpr std::size_t MostKept = 65'536; // bytes, for each size; a megabyte for all sizes
+constexpr std::size_t MostKept = 65'536; // bytes for each size; a megabyte in all
 #endif
 
-consteval KeptBlocks::BySize NothingKept()
+constinit FreeList::BySize FreeList::all = []
 {
-    KeptBlocks::BySize empty{};
-    for (std::size_t steps = 1; steps < empty.size(); ++steps)
-        empty[steps].room = static_cast<int>(MostKept / (steps * KeptBlocks::Step));
-    return empty;
-}
-
-} // namespace
-
-constinit KeptBlocks::BySize KeptBlocks::all = NothingKept();
+    BySize lists{};
+    for (std::size_t steps = 1; steps < lists.size(); ++steps)
+        lists[steps].capacity = static_cast<int>(MostKept / (steps * Step));
+    return lists;
+}();
 
 } // namespace Veltrane::TaviDesktopSDK

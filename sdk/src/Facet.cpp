@@ -5,7 +5,7 @@
 #include <memory>
 #include <new>
 
-#include "JsonNode.h"
+#include "Node.h"
 
 namespace Veltrane::TaviDesktopSDK::Facet
 {
@@ -21,8 +21,8 @@ long long SteadyNanoseconds()
     return std::chrono::duration_cast<std::chrono::nanoseconds>(sinceStart).count();
 }
 
-// `created`, after `source` was assigned to it.
-Base* Filled(Base* created, const Base& source)
+// Assigns `source` to `created` and returns it.
+Base* CloneInto(Base* created, const Base& source)
 {
     std::unique_ptr<Base> copy(created);
     *copy = source;
@@ -37,7 +37,7 @@ Base::Base(JsonValue* data, bool shared) : sharedData(shared ? data : nullptr), 
         ownData = *data;
 }
 
-// Only the entries are assigned; whether this facet shares its data does not change.
+// Assigns the entries; whether this facet shares its data does not change.
 // cppcheck-suppress operatorEqVarError
 Base& Base::operator=(const Base& other)
 {
@@ -91,7 +91,7 @@ const char* Product::FacetName()
 
 Base* Product::Clone() const
 {
-    return Filled(new Product, *this);
+    return CloneInto(new Product, *this);
 }
 
 const char* Content::FacetName()
@@ -113,7 +113,7 @@ JsonValue Content::Build(const JsonValue& event) const
 
 Base* Content::Clone() const
 {
-    return Filled(new Content, *this);
+    return CloneInto(new Content, *this);
 }
 
 void Content::StartDocumentEditTimer()
@@ -128,7 +128,7 @@ const char* Entitlement::FacetName()
 
 Base* Entitlement::Clone() const
 {
-    return Filled(new Entitlement, *this);
+    return CloneInto(new Entitlement, *this);
 }
 
 const char* Component::FacetName()
@@ -138,7 +138,7 @@ const char* Component::FacetName()
 
 Base* Component::Clone() const
 {
-    return Filled(new Component, *this);
+    return CloneInto(new Component, *this);
 }
 
 const char* Core::FacetName()
@@ -186,7 +186,7 @@ Base* Core::GetFacetByName(const char* name, FacetCreationAction action)
     }
     if (action == FindOnly)
         return nullptr;
-    // There is a place for each kind, so that `place` is a free one here unless the name is unknown.
+    // Each kind has a place, so `place` is free here unless the name is unknown.
     if (std::strcmp(name, Component::FacetName()) == 0)
         *place = new Component;
     else if (std::strcmp(name, Content::FacetName()) == 0)

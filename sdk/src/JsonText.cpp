@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-#include "JsonObject.h"
+#include "Node.h"
 #include "Unicode.h"
 
 namespace Veltrane::TaviDesktopSDK
@@ -11,7 +11,7 @@ namespace Veltrane::TaviDesktopSDK
 namespace
 {
 
-// Whether the byte is written to JSON text as it is.
+// Whether JSON text contains the byte unchanged.
 bool IsPlain(char byte)
 {
     return static_cast<unsigned char>(byte) >= 0x20 && static_cast<unsigned char>(byte) < 0x80 && byte != '"' &&
@@ -58,27 +58,28 @@ void AppendQuoted(std::string& json, std::string_view text)
 
 } // namespace
 
-void JsonValue::Node::AppendJson(std::string& json, const JsonValue& value)
+void TaviString::Node::AppendJson(std::string& json, const JsonValue& value)
 {
-    if (value.node == nullptr)
+    const Node* const node = value.node;
+    if (node == nullptr)
     {
         json += "null";
         return;
     }
-    switch (value.node->kind)
+    switch (node->kind)
     {
     case Kind::Boolean:
-        json += As<Boolean>(value)->value ? "true" : "false";
+        json += static_cast<const Number*>(node)->value != 0 ? "true" : "false";
         break;
     case Kind::Integer:
-        json += std::to_string(As<Integer>(value)->value);
+        json += std::to_string(static_cast<const Number*>(node)->value);
         break;
     case Kind::Text:
-        AppendQuoted(json, As<Text>(value)->value);
+        AppendQuoted(json, static_cast<const Text*>(node)->View());
         break;
     case Kind::Array:
         json += '[';
-        for (const JsonValue& element : As<Array>(value)->elements)
+        for (const JsonValue& element : static_cast<const Array*>(node)->elements)
         {
             if (json.back() != '[')
                 json += ',';
@@ -88,9 +89,9 @@ void JsonValue::Node::AppendJson(std::string& json, const JsonValue& value)
         break;
     case Kind::Object:
         json += '{';
-        for (const Member* member = As<Object>(value)->First(); member != nullptr; member = member->next)
+        for (const Member* member = static_cast<const Object*>(node)->first; member != nullptr; member = member->next)
         {
-            AppendQuoted(json, member->key->value);
+            AppendQuoted(json, member->key->View());
             json += ':';
             AppendJson(json, member->value);
             if (member->next != nullptr)

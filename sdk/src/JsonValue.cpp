@@ -3,35 +3,38 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
-#include "JsonObject.h"
-#include "TextView.h"
+#include "Node.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
 
-JsonValue::Node* JsonValue::Node::DeepCopyOf(const Node& node)
+TaviString::Node* TaviString::Node::DeepCopyOf(const Node& node)
 {
-    if (node.kind == Kind::Object)
-        return new Object(static_cast<const Object&>(node));
-    auto copy = std::make_unique<Array>();
-    copy->elements = static_cast<const Array&>(node).elements;
+    auto copy = std::make_unique<Object>();
+    for (const Member* member = static_cast<const Object&>(node).first; member != nullptr; member = member->next)
+        copy->Append(std::make_unique<Member>(*member));
     return copy.release();
 }
 
-void JsonValue::Node::Delete(Node* node) noexcept
+TaviString::Node::Object::~Object()
+{
+    while (first != nullptr)
+        delete std::exchange(first, first->next);
+}
+
+void TaviString::Node::Delete(Node* node) noexcept
 {
     switch (node->kind)
     {
     case Kind::Boolean:
-        delete static_cast<Boolean*>(node);
-        break;
     case Kind::Integer:
-        delete static_cast<Integer*>(node);
+        delete static_cast<Number*>(node);
         break;
     case Kind::Text:
-        delete static_cast<Text*>(node);
+        Text::Delete(static_cast<Text*>(node));
         break;
     case Kind::Array:
         delete static_cast<Array*>(node);
@@ -42,39 +45,40 @@ void JsonValue::Node::Delete(Node* node) noexcept
     }
 }
 
-bool JsonValue::Node::AreEqual(const JsonValue& left, const JsonValue& right)
+bool TaviString::Node::AreEqual(const JsonValue& leftValue, const JsonValue& rightValue)
 {
-    if (left.node == nullptr || right.node == nullptr || left.node->kind != right.node->kind)
-        return left.node == right.node;
-    switch (left.node->kind)
+    const Node* const left = leftValue.node;
+    const Node* const right = rightValue.node;
+    if (left == right || left == nullptr || right == nullptr || left->kind != right->kind)
+        return left == right;
+    switch (left->kind)
     {
     case Kind::Boolean:
-        return As<Boolean>(left)->value == As<Boolean>(right)->value;
     case Kind::Integer:
-        return As<Integer>(left)->value == As<Integer>(right)->value;
+        return static_cast<const Number*>(left)->value == static_cast<const Number*>(right)->value;
     case Kind::Text:
-        return As<Text>(left)->value == As<Text>(right)->value;
+        return static_cast<const Text*>(left)->View() == static_cast<const Text*>(right)->View();
     case Kind::Array:
-        return std::equal(As<Array>(left)->elements.begin(), As<Array>(left)->elements.end(),
-                          As<Array>(right)->elements.begin(), As<Array>(right)->elements.end(), AreEqual);
+        return std::ranges::equal(static_cast<const Array*>(left)->elements, static_cast<const Array*>(right)->elements,
+                                  AreEqual);
     case Kind::Object:
         break;
     }
-    const Object& other = *As<Object>(right);
-    if (As<Object>(left)->Count() != other.Count())
+    const auto& other = static_cast<const Object&>(*right);
+    if (static_cast<const Object*>(left)->count != other.count)
         return false;
-    for (const Member* member = As<Object>(left)->First(); member != nullptr; member = member->next)
+    for (const Member* member = static_cast<const Object*>(left)->first; member != nullptr; member = member->next)
     {
-        const Member* const found = other.Find(member->key->value);
+        const Member* const found = other.Find(member->key->View());
         if (found == nullptr || !AreEqual(member->value, found->value))
             return false;
     }
     return true;
 }
 
-JsonValue::JsonValue(bool value) : node(new Node::Boolean(value)) {}
+JsonValue::JsonValue(bool value) : node(new Node::Number(Node::Kind::Boolean, value ? 1 : 0)) {}
 
-JsonValue::JsonValue(long long value) : node(new Node::Integer(value)) {}
+JsonValue::JsonValue(long long value) : node(new Node::Number(Node::Kind::Integer, value)) {}
 
 JsonValue::JsonValue(const JsonValue& other) : node(Node::CopyOf(other.node)) {}
 
@@ -90,7 +94,8 @@ JsonValue& JsonValue::operator=(const JsonValue& other)
 void JsonValue::SetString(const char* text)
 {
     // The new text is complete before the old value goes: it may be part of it.
-    Node::Release(std::exchange(node, text != nullptr ? new Node::Text(text) : nullptr));
+    Node* const made = text != nullptr ? TaviString::Text::Make(std::string_view(text)) : nullptr;
+    Node::Release(std::exchange(node, made));
 }
 
 JsonValue& JsonValue::operator[](const TaviString& key)
@@ -101,14 +106,15 @@ JsonValue& JsonValue::operator[](const TaviString& key)
         object = new Node::Object;
         Node::Release(std::exchange(node, object));
     }
-    return object->FindOrAdd(ViewOf(key));
+    Node::Member* const found = object->Find(TaviString::Text::ViewOf(key));
+    return found != nullptr ? found->value : object->Append(std::make_unique<Node::Member>(key)).value;
 }
 
 const JsonValue& JsonValue::operator[](const TaviString& key) const
 {
     static const JsonValue null;
     const auto* const object = Node::As<Node::Object>(*this);
-    const Node::Member* const member = object != nullptr ? object->Find(ViewOf(key)) : nullptr;
+    const Node::Member* const member = object != nullptr ? object->Find(TaviString::Text::ViewOf(key)) : nullptr;
     return member != nullptr ? member->value : null;
 }
 
@@ -116,17 +122,16 @@ const JsonValue& JsonValue::operator[](int index) const
 {
     static const JsonValue null;
     const auto* const array = Node::As<Node::Array>(*this);
-    return array != nullptr && index >= 0 && index < GetCount() ? array->elements[static_cast<std::size_t>(index)]
-                                                                : null;
+    const auto place = static_cast<std::size_t>(index); // a negative index is beyond every size
+    return array != nullptr && place < array->elements.size() ? array->elements[place] : null;
 }
 
 int JsonValue::GetCount() const
 {
     if (const auto* const object = Node::As<Node::Object>(*this))
-        return static_cast<int>(object->Count());
-    if (const auto* const array = Node::As<Node::Array>(*this))
-        return static_cast<int>(array->elements.size());
-    return 0;
+        return static_cast<int>(object->count);
+    const auto* const array = Node::As<Node::Array>(*this);
+    return array != nullptr ? static_cast<int>(array->elements.size()) : 0;
 }
 
 JsonValue JsonValue::GetKeyList() const
@@ -134,11 +139,13 @@ JsonValue JsonValue::GetKeyList() const
     auto keys = std::make_unique<Node::Array>();
     if (const auto* const object = Node::As<Node::Object>(*this))
     {
-        keys->elements.reserve(object->Count());
-        for (const Node::Member* member = object->First(); member != nullptr; member = member->next)
-            keys->elements.push_back(Node::Holding(Node::CopyOf(member->key)));
+        keys->elements.reserve(object->count);
+        for (const Node::Member* member = object->first; member != nullptr; member = member->next)
+            keys->elements.emplace_back().node = Node::Share(member->key);
     }
-    return Node::Holding(keys.release());
+    JsonValue list;
+    list.node = keys.release();
+    return list;
 }
 
 TaviString JsonValue::GetJsonString() const
@@ -146,7 +153,7 @@ TaviString JsonValue::GetJsonString() const
     std::string json;
     Node::AppendJson(json, *this);
     TaviString text;
-    text.SetString(json.c_str());
+    text.content = TaviString::Text::Make(json);
     return text;
 }
 
@@ -158,27 +165,25 @@ int JsonValue::Compare(const JsonValue& other) const
 bool JsonValue::RemoveKey(const TaviString& key)
 {
     auto* const object = Node::As<Node::Object>(*this);
-    return object != nullptr && object->Remove(ViewOf(key));
+    Node::Member* const member = object != nullptr ? object->Find(TaviString::Text::ViewOf(key)) : nullptr;
+    if (member != nullptr)
+        object->TakeOut(member);
+    return member != nullptr;
 }
 
 JsonValue::operator TaviString() const
 {
-    if (node == nullptr)
-        return TaviString();
-    const auto* const held = Node::As<Node::Text>(*this);
-    if (held == nullptr)
+    if (node != nullptr && node->kind != Node::Kind::Text)
         return GetJsonString();
     TaviString text;
-    text.SetString(held->value.c_str());
+    text.content = Node::Share(static_cast<TaviString::Text*>(node));
     return text;
 }
 
 JsonValue::operator long long() const
 {
-    if (const auto* const number = Node::As<Node::Integer>(*this))
-        return number->value;
-    const auto* const flag = Node::As<Node::Boolean>(*this);
-    return flag != nullptr && flag->value ? 1 : 0;
+    const bool isNumber = node != nullptr && (node->kind == Node::Kind::Boolean || node->kind == Node::Kind::Integer);
+    return isNumber ? static_cast<const Node::Number*>(node)->value : 0;
 }
 
 void JsonValue::Reset() noexcept

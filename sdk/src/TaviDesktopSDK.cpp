@@ -1,12 +1,11 @@
-// The stand-in for the telemetry library: it builds and hands over every payload, and uploads nothing.
+// The stand-in for the telemetry library: it builds every payload and passes it to the callback, and uploads nothing.
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
 #include <map>
 #include <string>
 #include <utility>
 
-#include "JsonNode.h"
-#include "TextView.h"
+#include "Node.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
@@ -19,7 +18,7 @@ constexpr int StatusFailure = 1;
 
 struct Library
 {
-    std::map<std::string, JsonValue, std::less<>> products; // each one's description, by host-product identifier
+    std::map<TaviString, JsonValue> products; // each one's description, by host-product identifier
     bool callbackEnabled = false;
     int (*callback)(const JsonValue&, void*, JsonValue&) = nullptr;
     void* callbackContext = nullptr;
@@ -37,21 +36,20 @@ Library& TheLibrary()
 int Initialize(const Facet::Product& product, TaviString& hostProduct)
 {
     auto& products = TheLibrary().products;
-    const std::string identifier = "host-product-" + std::to_string(products.size() + 1);
-    products[identifier] = product.Build(JsonValue());
-    hostProduct.SetString(identifier.c_str());
+    hostProduct.SetString(("host-product-" + std::to_string(products.size() + 1)).c_str());
+    products[hostProduct] = product.Build(JsonValue());
     return StatusSuccess;
 }
 
 bool SetHostProduct(const TaviString& hostProduct)
 {
-    return TheLibrary().products.contains(ViewOf(hostProduct));
+    return TheLibrary().products.contains(hostProduct);
 }
 
 int TrackEvent(const TaviString& hostProduct, const Facet::Core& core, const JsonValue* extra)
 {
     const Library& library = TheLibrary();
-    const auto product = library.products.find(ViewOf(hostProduct));
+    const auto product = library.products.find(hostProduct);
     if (product == library.products.end())
         return StatusFailure;
     if (!library.callbackEnabled || library.callback == nullptr)
@@ -72,8 +70,7 @@ int IsOptedIn(JsonValue*)
 
 int SetTestingFlags(const TaviString&, const JsonValue& flags)
 {
-    const bool isObject = *flags.GetJsonString().c_str() == '{';
-    if (!isObject)
+    if (*flags.GetJsonString().c_str() != '{') // no object
         return StatusFailure;
     TaviString enableCallback;
     enableCallback.SetString("Testing_EnableCallback");

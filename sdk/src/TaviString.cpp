@@ -1,59 +1,21 @@
 #include <TaviDesktopSDK/TaviString.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <cwchar>
-#include <iterator>
 #include <limits>
-#include <new>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 
-#include "Blocks.h"
-#include "TextView.h"
+#include "Node.h"
 #include "Unicode.h"
 
 namespace Veltrane::TaviDesktopSDK
 {
-
-// The header of a block that holds the text and its terminator after it.
-struct TaviString::Content
-{
-    std::size_t size;
-    std::wstring* wide; // made on the first c_strw()
-
-    char* Text() { return reinterpret_cast<char*>(this + 1); }
-
-    // The caller fills in the text.
-    static Content* Make(std::size_t size)
-    {
-        auto* const content = new (AllocateBlock(BlockSize(size))) Content{size, nullptr};
-        content->Text()[size] = '\0';
-        return content;
-    }
-
-    static Content* Make(std::string_view text)
-    {
-        Content* const content = Make(text.size());
-        text.copy(content->Text(), text.size());
-        return content;
-    }
-
-    static void Release(Content* content) noexcept
-    {
-        if (content == nullptr)
-            return;
-        delete content->wide;
-        FreeBlock(content, BlockSize(content->size));
-    }
-
-private:
-    static std::size_t BlockSize(std::size_t textSize) { return sizeof(Content) + textSize + 1; }
-};
 
 TaviString::TaviString(double value) : TaviString()
 {
@@ -66,21 +28,18 @@ TaviString::TaviString(double value) : TaviString()
     // Sign, digits of the largest double, point, six decimals.
     std::array<char, 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6> buffer;
     char* const begin = buffer.data();
-    char* end = std::to_chars(begin, begin + buffer.size(), value, std::chars_format::fixed, 6).ptr;
+    const char* const end = std::to_chars(begin, begin + buffer.size(), value, std::chars_format::fixed, 6).ptr;
+    std::string_view digits(begin, static_cast<std::size_t>(end - begin));
     if (std::isfinite(value))
     {
-        end = std::find_if(std::reverse_iterator(end), std::reverse_iterator(begin), [](char c) { return c != '0'; })
-                  .base();
-        if (end[-1] == '.')
-            --end;
+        digits = digits.substr(0, digits.find_last_not_of('0') + 1);
+        if (digits.back() == '.')
+            digits.remove_suffix(1);
     }
-    content = Content::Make(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+    content = Text::Make(digits);
 }
 
-TaviString::TaviString(const TaviString& other)
-    : content(other.content != nullptr ? Content::Make(ViewOf(other)) : nullptr)
-{
-}
+TaviString::TaviString(const TaviString& other) : content(Node::Share(other.content)) {}
 
 TaviString& TaviString::operator=(const TaviString& other)
 {
@@ -89,22 +48,19 @@ TaviString& TaviString::operator=(const TaviString& other)
 
 void TaviString::SetString(const char* text)
 {
-    // The new content is complete before the old one goes: `text` may point into it.
-    Content* const made = text != nullptr ? Content::Make(std::string_view(text)) : nullptr;
-    Content::Release(std::exchange(content, made));
+    // The new text is complete before the old one goes: `text` may point into it.
+    Text* const made = text != nullptr ? Text::Make(std::string_view(text)) : nullptr;
+    Node::Release(std::exchange(content, made));
 }
 
 void TaviString::SetStringW(const wchar_t* text)
 {
     if (text == nullptr)
-    {
-        SetString(nullptr);
-        return;
-    }
+        return SetString(nullptr);
     // Nearly all text is ASCII, which is copied character by character. Other text is then converted.
     const std::size_t length = std::wcslen(text);
-    Content* made = Content::Make(length);
-    char* const narrow = made->Text();
+    Text* made = Text::Make(length);
+    char* const narrow = made->Bytes();
     std::make_unsigned_t<wchar_t> allBits = 0;
     for (std::size_t i = 0; i < length; ++i)
     {
@@ -113,15 +69,15 @@ void TaviString::SetStringW(const wchar_t* text)
     }
     if (allBits >= 0x80)
     {
-        Content::Release(made);
-        made = Content::Make(Utf8FromWide({text, length}));
+        Node::Release(made);
+        made = Text::Make(Utf8FromWide({text, length}));
     }
-    Content::Release(std::exchange(content, made));
+    Node::Release(std::exchange(content, made));
 }
 
 const char* TaviString::c_str() const
 {
-    return content != nullptr ? content->Text() : nullptr;
+    return content != nullptr ? content->Bytes() : nullptr;
 }
 
 const wchar_t* TaviString::c_strw() const
@@ -129,7 +85,7 @@ const wchar_t* TaviString::c_strw() const
     if (content == nullptr)
         return nullptr;
     if (content->wide == nullptr)
-        content->wide = new std::wstring(WideFromUtf8(ViewOf(*this)));
+        content->wide = new std::wstring(WideFromUtf8(content->View()));
     return content->wide->c_str();
 }
 
@@ -142,16 +98,18 @@ TaviString operator+(const TaviString& left, const TaviString& right)
 {
     if (left.c_str() == nullptr)
         return right;
-    std::string text(ViewOf(left));
-    text += ViewOf(right);
+    std::string joined(left.c_str());
+    if (right.c_str() != nullptr)
+        joined += right.c_str();
     TaviString sum;
-    sum.SetString(text.c_str());
+    sum.SetString(joined.c_str());
     return sum;
 }
 
 bool operator<(const TaviString& left, const TaviString& right)
 {
-    return ViewOf(left) < ViewOf(right);
+    const auto textOf = [](const TaviString& string) { return string.c_str() != nullptr ? string.c_str() : ""; };
+    return std::strcmp(textOf(left), textOf(right)) < 0;
 }
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -10,8 +10,7 @@
 #include <TaviDesktopSDK/JsonValue.h>
 #include <TaviDesktopSDK/TaviString.h>
 
-// Visual C++ warns of a data member whose class is not exported as a whole. What is not inline in JsonValue is
-// exported.
+// C4251: the member's class is not exported as a whole; its out-of-line members are.
 #if defined(_MSC_VER)
 #pragma warning(push)
 #pragma warning(disable : 4251)
@@ -23,8 +22,8 @@ namespace Veltrane::TaviDesktopSDK::Facet
 class TAVI_SDK_API Base
 {
 public:
-    // With null `data` the facet holds entries of its own. Otherwise, when `shared`, it works on the caller's `*data`,
-    // which must outlive it; when not shared, on a copy of it.
+    // With null `data` the facet has its own entries. Otherwise it works on the caller's `*data`, which must outlive
+    // it, if `shared`, and on a copy of `*data` if not.
     Base(JsonValue* data, bool shared);
 
     Base(const Base&) = delete;
@@ -42,13 +41,13 @@ public:
     // A copy of `event` with this facet's entries added, an entry replacing one of the same key.
     virtual JsonValue Build(const JsonValue& event) const;
 
-    // The same as the class's FacetName(): a constant text, which the library owns.
+    // Returns the class's FacetName(): a constant text, which the library owns.
     virtual const char* GetFacetName() const = 0;
 
-    // A new copy with data of its own, owned by the caller.
+    // Returns a new copy with its own data, owned by the caller.
     virtual Base* Clone() const = 0;
 
-    // Stores `value` under `key`; a null value removes the key instead.
+    // Stores `value` under `key`; a null value removes the key.
     void SetFacetEntry(const TaviString& key, const JsonValue& value)
     {
         if (value.Compare(JsonValue()) != 0)
@@ -70,7 +69,7 @@ private:
 
     JsonValue ownData;
     JsonValue* sharedData;
-    long long editTimerStart; // of a Content: here, so that assigning a Base copies it; negative while not running
+    long long editTimerStart; // used by Content only; in Base so that assignment copies it. Negative when stopped
 };
 
 class TAVI_SDK_API Product : public Base
@@ -98,12 +97,12 @@ public:
     const char* GetFacetName() const override { return FacetName(); }
     Base* Clone() const override;
 
-    // Starts or restarts the timer of how long the document is edited. Assigning this facet as a Base to another
-    // content facet copies the start time.
+    // Starts or restarts the timer of the editing of the document. Assigning this facet as a Base to another content
+    // facet copies the start time.
     void StartDocumentEditTimer();
 };
 
-// Exists as a sub-facet only, which a core creates.
+// A sub-facet only: created by a core.
 class TAVI_SDK_API Entitlement : public Base
 {
 public:
@@ -120,7 +119,7 @@ private:
     Entitlement() : Base(nullptr, false) {}
 };
 
-// Exists as a sub-facet only, which a core creates.
+// A sub-facet only: created by a core.
 class TAVI_SDK_API Component : public Base
 {
 public:

@@ -1,8 +1,8 @@
 // A JSON value (null, boolean, 64-bit integer, string, object or array) held by value through one pointer-sized handle.
 //
-// A null value's handle is empty, and no other value's is. To test for null, write `value.Compare(JsonValue()) == 0`;
-// `==` and `if` would convert the value to a number. A pointer converts to the boolean true, a string literal too: text
-// is set by SetString(). Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
+// Only a null value has an empty handle. To test for null, write `value.Compare(JsonValue()) == 0`: `==` and `if` would
+// convert the value to a number. A pointer, even a string literal, converts to the boolean true; SetString() sets text.
+// Strings and keys are 8-bit text as in TaviString.h; a key without text is the empty key.
 //
 // Copies are deep. A reference from operator[] stays valid while other members are added to the same object, until its
 // own member is removed. Assigning a value to itself, to one of its own members, or a member to the value that holds
@@ -57,12 +57,12 @@ public:
     // The member under `key`, added as null when missing. A value that is no object becomes an empty object first.
     TAVI_SDK_API JsonValue& operator[](const TaviString& key);
 
-    // For reading: a null value for an absent member, an index out of range, and for any value that has no members. An
-    // index counts an array's elements from 0.
+    // Read access; the stand-in returns null for an absent member or an index out of range, and for a value that has
+    // no members. An index counts an array's elements from 0.
     TAVI_SDK_API const JsonValue& operator[](const TaviString& key) const;
     TAVI_SDK_API const JsonValue& operator[](int index) const;
 
-    // Members of an object or elements of an array; 0 for every other value.
+    // The number of an object's members or an array's elements; 0 for every other value.
     TAVI_SDK_API int GetCount() const;
 
     // An array of the object's keys as strings, in the order in which the members were added; empty for every other
@@ -73,10 +73,11 @@ public:
     // quote and the backslash are escaped; a sequence that is not UTF-8 is written as U+FFFD.
     TAVI_SDK_API TaviString GetJsonString() const;
 
-    // 0 when both are equal as JSON: same type, same content, objects whatever the order of their members. 1 otherwise.
+    // 0 if both are equal as JSON: same type, same content; the order of an object's members does not matter. 1
+    // otherwise.
     TAVI_SDK_API int Compare(const JsonValue& other) const;
 
-    // True when there was such a member. Without its last member an object is an empty one.
+    // Returns true if the member existed; removing the last leaves an empty object.
     TAVI_SDK_API bool RemoveKey(const TaviString& key);
 
     // A string's text; no text for null; the JSON text of every other value.
@@ -86,7 +87,8 @@ public:
     TAVI_SDK_API operator long long() const;
 
 private:
-    struct Node;
+    using Node = TaviString::Node;
+    friend Node;
 
     // Frees what the value holds and makes it null.
     TAVI_SDK_API void Reset() noexcept;

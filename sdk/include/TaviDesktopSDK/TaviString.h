@@ -1,8 +1,8 @@
 // The telemetry library's owning 8-bit string, one pointer-sized handle.
 //
 // Content is UTF-8 by convention; 8-bit input is kept byte for byte, well-formed or not. Text ends at the first null
-// character. A string that was never given text, or was given a null pointer, has no text: c_str() is null. One that
-// was given "" has text: c_str() is "" and size() is 0.
+// character. A string that was never given text, or was given a null pointer, has no text: c_str() is null. A string
+// that was given "" has text: c_str() is "" and size() is 0.
 //
 // All strings and values share memory inside the library: while one thread uses any of them, no other thread may use
 // another one.
@@ -27,7 +27,11 @@ public:
 
     TaviString(TaviString&& other) noexcept : content(other.content) { other.content = nullptr; }
 
-    ~TaviString() { SetString(nullptr); }
+    ~TaviString()
+    {
+        if (content != nullptr)
+            SetString(nullptr);
+    }
 
     TAVI_SDK_API TaviString& operator=(const TaviString& other);
 
@@ -46,7 +50,7 @@ public:
     // A null pointer releases the content.
     TAVI_SDK_API void SetString(const char* text);
 
-    // The same from wide text: UTF-16 where wchar_t has 16 bits, UTF-32 where it has 32. A pair of surrogates is one
+    // Converts wide text: UTF-16 where wchar_t has 16 bits, UTF-32 where it has 32. A pair of surrogates is one
     // character in either; a lone surrogate, or a value beyond U+10FFFF, becomes U+FFFD.
     TAVI_SDK_API void SetStringW(const wchar_t* text);
 
@@ -60,17 +64,20 @@ public:
     TAVI_SDK_API unsigned long long size() const;
 
 private:
-    struct Content;
+    friend class JsonValue;
 
-    Content* content;
+    struct Node;
+    struct Text;
+
+    Text* content; // shared with copies and with values
 };
 
 static_assert(sizeof(TaviString) == sizeof(void*), "TaviString is one pointer-sized handle");
 
-// Has text when either operand has.
+// The sum has text if either operand has.
 TAVI_SDK_API TaviString operator+(const TaviString& left, const TaviString& right);
 
-// Bytewise, as unsigned values, a prefix before the longer text. A string without text equals "".
+// Compares bytes as unsigned values; a prefix is less than the longer text. A string without text equals "".
 TAVI_SDK_API bool operator<(const TaviString& left, const TaviString& right);
 
 } // namespace Veltrane::TaviDesktopSDK
