@@ -41,7 +41,7 @@ public:
     PlainText(const PlainText&) = delete;
     PlainText& operator=(const PlainText&) = delete;
 
-    // NOLINTNEXTLINE(google-explicit-constructor): stands for the text at the call.
+    // NOLINTNEXTLINE(google-explicit-constructor): converts to its text in a call.
     operator std::string_view() const { return text; }
 
 private:

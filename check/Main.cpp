@@ -90,7 +90,7 @@ int RunSelected(const Options& options, const std::vector<std::string>& methods,
         Aside().emplace();
 
     std::ostream& verdicts = options.json ? std::cerr : std::cout;
-    std::set<std::string> told;
+    std::set<std::string> reported;
     const Document document = ReadDocument(CompiledInDocument());
     const Progress progress = {[&](const RunOutcome& started)
                                { verdicts << ProductRemarkText(started, options.strict) << std::flush; },
@@ -99,7 +99,7 @@ int RunSelected(const Options& options, const std::vector<std::string>& methods,
                                    verdicts << test << " ... " << std::flush;
                                    writeJUnit(unfinished, test);
                                },
-                               [&](const TestOutcome& test) { verdicts << VerdictText(test, told) << std::flush; }};
+                               [&](const TestOutcome& test) { verdicts << VerdictText(test, reported) << std::flush; }};
     const RunOutcome outcome = ProveMethods(document, ProductFilePath(), methods, progress);
 
     const bool hasPassed = outcome.FailedTests() == 0 && outcome.Errors(options.strict).empty();
@@ -125,14 +125,14 @@ int RunCaptured(const Options& options, StandardOutput& output)
     const Document document = ReadDocument(CompiledInDocument());
     const Judge judge({}, LibraryTakesEmptyForNone());
     std::vector<CapturedPayload> payloads;
-    const auto tell = [&](const CapturedPayload& payload)
+    const auto report = [&](const CapturedPayload& payload)
     {
         if (options.json)
             payloads.push_back(payload);
         else
             std::cout << CapturedText(payload) << std::flush;
     };
-    const CapturedOutcome outcome = JudgeCapturedLines(document, judge, options.strict, input, tell);
+    const CapturedOutcome outcome = JudgeCapturedLines(document, judge, options.strict, input, report);
     if (!input.eof() || input.bad())
     {
         PrintError(options.capturedFile + " cannot be read");

@@ -119,27 +119,27 @@ std::string ProductRemarkText(const RunOutcome& outcome, bool isStrict)
     return outcome.productRemark.empty() ? "" : WellFormed(RemarkHead(isStrict) + outcome.productRemark + "\n");
 }
 
-std::string VerdictText(const TestOutcome& test, std::set<std::string>& told)
+std::string VerdictText(const TestOutcome& test, std::set<std::string>& reported)
 {
     if (test.faults.empty())
         return "PASSED\n";
     std::string text = "FAILED";
-    std::vector<std::string> toldKeys;
-    std::string untold;
+    std::vector<std::string> reportedKeys;
+    std::string unreported;
     for (const CallFault& fault : test.faults)
     {
-        if (!told.insert(fault.fault.sentence).second)
+        if (!reported.insert(fault.fault.sentence).second)
         {
-            toldKeys.push_back(fault.fault.key.empty() ? fault.fault.sentence : fault.fault.key);
+            reportedKeys.push_back(fault.fault.key.empty() ? fault.fault.sentence : fault.fault.key);
             continue;
         }
-        untold += "    " + fault.fault.sentence + "\n";
+        unreported += "    " + fault.fault.sentence + "\n";
         if (!fault.call.empty())
-            untold += "        " + CallsOf(fault) + "\n";
+            unreported += "        " + CallsOf(fault) + "\n";
     }
-    if (!toldKeys.empty())
-        text += ", as above: " + JoinedBy(", ", toldKeys);
-    return WellFormed(text + "\n" + untold);
+    if (!reportedKeys.empty())
+        text += ", as above: " + JoinedBy(", ", reportedKeys);
+    return WellFormed(text + "\n" + unreported);
 }
 
 std::string ClosingText(const RunOutcome& outcome, bool isStrict)

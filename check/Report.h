@@ -13,9 +13,9 @@ namespace Corvane
 // The first line, on the product file; empty when the file is good.
 std::string ProductRemarkText(const RunOutcome& outcome, bool isStrict);
 
-// A test's verdict, which follows its name, and its faults below. A fault that is already in `told` is only named; the
-// test's faults are added to `told`.
-std::string VerdictText(const TestOutcome& test, std::set<std::string>& told);
+// A test's verdict, which follows its name, and its faults below. A fault that is already in `reported` is only named;
+// the test's faults are added to `reported`.
+std::string VerdictText(const TestOutcome& test, std::set<std::string>& reported);
 
 // Remarks, errors that belong to no test, the names of failed tests and, as the last line, the numbers of tests that
 // passed and failed. `isStrict` makes remarks errors.

@@ -20,7 +20,7 @@ public:
     StandardOutputAside& operator=(const StandardOutputAside&) = delete;
 
 private:
-    int kept; // a descriptor of standard output; negative when that is closed
+    int previous; // a descriptor of standard output; negative if that is closed
 };
 
 } // namespace Corvane

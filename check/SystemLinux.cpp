@@ -14,7 +14,7 @@ std::vector<std::string> CommandLineArguments(int count, char** arguments)
     return count > 0 ? std::vector<std::string>(arguments + 1, arguments + count) : std::vector<std::string>();
 }
 
-StandardOutputAside::StandardOutputAside() : kept(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0))
+StandardOutputAside::StandardOutputAside() : previous(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0))
 {
     static_cast<void>(std::fflush(stdout));
     dup2(STDERR_FILENO, STDOUT_FILENO);
@@ -23,8 +23,8 @@ StandardOutputAside::StandardOutputAside() : kept(fcntl(STDOUT_FILENO, F_DUPFD_C
 StandardOutputAside::~StandardOutputAside()
 {
     static_cast<void>(std::fflush(stdout));
-    dup2(kept, STDOUT_FILENO);
-    close(kept);
+    dup2(previous, STDOUT_FILENO);
+    close(previous);
 }
 
 } // namespace Corvane

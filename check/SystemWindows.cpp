@@ -54,18 +54,18 @@ std::vector<std::string> CommandLineArguments(int, char**)
 // Diverts libraries that share the program's C run time or ask Windows for the handle. Diverts nothing when one of the
 // streams is closed: it has no descriptor, and the C run time ends a program that passes none.
 StandardOutputAside::StandardOutputAside()
-    : kept(_fileno(stdout) >= 0 && _fileno(stderr) >= 0 ? _dup(_fileno(stdout)) : -1)
+    : previous(_fileno(stdout) >= 0 && _fileno(stderr) >= 0 ? _dup(_fileno(stdout)) : -1)
 {
-    if (kept >= 0)
+    if (previous >= 0)
         PointStandardOutputTo(_fileno(stderr));
 }
 
 StandardOutputAside::~StandardOutputAside()
 {
-    if (kept < 0)
+    if (previous < 0)
         return;
-    PointStandardOutputTo(kept);
-    _close(kept);
+    PointStandardOutputTo(previous);
+    _close(previous);
 }
 
 } // namespace Corvane

@@ -69,12 +69,12 @@ Document SmallDocument()
 
 TEST(CheckReport, AFaultIsPrintedOnceWithItsCallAndThenOnlyNamed)
 {
-    std::set<std::string> told;
-    EXPECT_EQ(VerdictText({"One", "TrackOne", {}, {}, 1, 1, 0}, told), "PASSED\n");
-    EXPECT_EQ(VerdictText(FailedTest("Two", {WrongScope}), told),
+    std::set<std::string> reported;
+    EXPECT_EQ(VerdictText({"One", "TrackOne", {}, {}, 1, 1, 0}, reported), "PASSED\n");
+    EXPECT_EQ(VerdictText(FailedTest("Two", {WrongScope}), reported),
               "FAILED\n    a wrong scope\n        by TrackTwo(1), and in 1 further call\n");
-    EXPECT_EQ(VerdictText(FailedTest("Three", {WrongScope}), told), "FAILED, as above: scope\n");
-    EXPECT_EQ(VerdictText(FailedTest("Four", {WrongScope, WrongCount}), told),
+    EXPECT_EQ(VerdictText(FailedTest("Three", {WrongScope}), reported), "FAILED, as above: scope\n");
+    EXPECT_EQ(VerdictText(FailedTest("Four", {WrongScope, WrongCount}), reported),
               "FAILED, as above: scope\n    2 payloads were received, not one\n        by TrackTwo(2)\n");
 }
 
@@ -174,8 +174,9 @@ TEST(CheckReport, IllFormedTextSpoilsNoReport)
     const json report = json::parse(JsonReport(outcome, SmallDocument(), false));
     EXPECT_EQ(report["tests"][0]["faults"][0]["sent"], "\xEF\xBF\xBD");
     EXPECT_EQ(report["errors"][0], "\xEF\xBF\xBD");
-    std::set<std::string> told;
-    EXPECT_EQ((VerdictText(outcome.tests.front(), told) + ClosingText(outcome, false)).find('\xFF'), std::string::npos);
+    std::set<std::string> reported;
+    EXPECT_EQ((VerdictText(outcome.tests.front(), reported) + ClosingText(outcome, false)).find('\xFF'),
+              std::string::npos);
 }
 
 TEST(CheckReport, PayloadsAreAnArrayOfTextsAsTheyCameEachWithItsCall)
