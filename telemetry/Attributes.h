@@ -58,17 +58,24 @@ class Attribute
 public:
     // `name` is a constant of the vocabulary: a literal, or any other temporary, does not compile.
     template <typename Value = List>
-    Attribute(const std::wstring& name, const Value& value) : key(TextOf(name))
+    Attribute(const std::wstring& name, const Value& value) : key(TextOf(name)), text(TextOfValue(value))
+    {
+    }
+    Attribute(const std::wstring&&, const auto&) = delete;
+
+private:
+    template <typename Value>
+    static Veltrane::TaviDesktopSDK::TaviString TextOfValue(const Value& value)
     {
         static_assert(AttributeValue<Value>,
                       "An attribute's value is a std::wstring, bool, std::int32_t, std::int64_t, "
                       "std::uint64_t, float or double");
         if constexpr (AttributeValue<Value>)
-            text = TextOf(value);
+            return TextOf(value);
+        else
+            return {};
     }
-    Attribute(const std::wstring&&, const auto&) = delete;
 
-private:
     friend AttributeMap Attributes(std::initializer_list<Attribute> attributes);
 
     // Mutable, because the elements of an initializer_list are constant: key and text are moved, not copied.
