@@ -30,12 +30,9 @@ TaviString::TaviString(double value) : TaviString()
     char* const begin = buffer.data();
     const char* const end = std::to_chars(begin, begin + buffer.size(), value, std::chars_format::fixed, 6).ptr;
     std::string_view digits(begin, static_cast<std::size_t>(end - begin));
-    if (std::isfinite(value))
-    {
-        digits = digits.substr(0, digits.find_last_not_of('0') + 1);
-        if (digits.back() == '.')
-            digits.remove_suffix(1);
-    }
+    digits = digits.substr(0, digits.find_last_not_of('0') + 1); // "inf" has none
+    if (digits.back() == '.')
+        digits.remove_suffix(1);
     content = Text::Make(digits);
 }
 

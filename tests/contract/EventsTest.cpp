@@ -217,9 +217,10 @@ void MakeWaypoint(Facet::Core& core)
 
 // Facets
 
-TEST(Needed, AnEntryIsStored)
+TEST(Needed, AnEntryIsStoredAndReplacesTheEarlier)
 {
     Facet::Content facet;
+    SetFacetEntry(facet, Text("content_name"), "earlier");
     SetFacetEntry(facet, Text("content_name"), "fileName1");
     SetFacetEntry(facet, Text("content_type"), Text("fileExtension1"));
     SetFacetEntry(facet, Text("content_size"), JsonValue(0LL));
@@ -229,15 +230,7 @@ TEST(Needed, AnEntryIsStored)
                                  {"content_type", String("fileExtension1")},
                                  {"content_size", JsonValue(0LL)},
                                  {"content_meta", Object({{"COMMON.FILE.NAME", String("fileName1")}})}})))
-        << "The entries of a facet are not those that were set.";
-}
-
-TEST(Needed, AnEntrySetAgainIsReplaced)
-{
-    Facet::Core facet;
-    SetFacetEntry(facet, Text("type"), "earlier");
-    SetFacetEntry(facet, Text("type"), "D");
-    EXPECT_EQ(TextIn(Entry(facet, "type")), "D") << "Setting an entry again does not replace it: " << Entries(facet);
+        << "The entries of a facet are not those that were set last.";
 }
 
 TEST(Needed, ANullValueRemovesAnEntry)
@@ -290,20 +283,11 @@ TEST(Needed, EntriesCanBeChangedInPlace)
            "writing is not the facet's own.";
 }
 
-TEST(Needed, ANewFacetHasNoEntries)
-{
-    const Facet::Core core;
-    const Facet::Product product;
-    const Facet::Content content;
-    EXPECT_EQ(FacetEntries(core).GetCount(), 0) << "A new Core has entries: " << Entries(core);
-    EXPECT_EQ(FacetEntries(product).GetCount(), 0) << "A new Product has entries: " << Entries(product);
-    EXPECT_EQ(FacetEntries(content).GetCount(), 0) << "A new Content has entries: " << Entries(content);
-}
-
 TEST(Needed, ReadingAnEntryCreatesNone)
 {
     Facet::Content facet;
     EXPECT_TRUE(IsNull(Entry(facet, "absent"))) << "An entry that was never set is not null.";
+    EXPECT_EQ(FacetEntries(std::as_const(facet)).GetCount(), 0) << "A new facet has entries: " << Entries(facet);
     SetFacetEntry(facet, Text("content_name"), "fileName1");
     EXPECT_TRUE(IsNull(Entry(facet, "absent"))) << "An entry that was never set is not null, beside one that was.";
     EXPECT_EQ(FacetEntries(std::as_const(facet)).GetCount(), 1) << "Reading an entry creates it: " << Entries(facet);
@@ -372,53 +356,33 @@ TEST(Needed, TheUserTakesPart)
            "programme: it ends at once.";
 }
 
-TEST(Needed, TheStartSucceeds)
+TEST(Needed, TheStartSucceedsAndGivesAnIdentifier)
 {
     EXPECT_EQ(Started().status, 0) << "Initialize() did not return 0, which is taken for success, for the product "
                                    << Narrow(ProductKey()) << '.';
+    EXPECT_NE(Started().hostProduct, "") << "Initialize() gave no text that identifies the host product.";
 }
 
-TEST(Needed, TheStartGivesAnIdentifier)
+TEST(Needed, TestModeIsAccepted)
 {
-    EXPECT_NE(Started().hostProduct, "")
-        << "Initialize() gave no text that identifies the host product; its status was " << Started().status << '.';
-}
-
-TEST(Needed, TestingFlagsAreAccepted)
-{
-    Started();
-    EXPECT_EQ(Sdk::SetTestingFlags(ProductKey(), TestingFlags()), 0)
-        << "SetTestingFlags() did not return 0 for " << Json(TestingFlags()) << " under the product key "
-        << Narrow(ProductKey()) << ": the program ends.";
-}
-
-TEST(Needed, ATestingCallbackIsAccepted)
-{
-    Started();
-    EXPECT_EQ(Sdk::SetTestingCallback(ProductKey(), Note<1>, nullptr), 0)
-        << "SetTestingCallback() did not return 0 under the product key " << Narrow(ProductKey())
-        << ": the program ends.";
+    const TestMode testMode;
+    EXPECT_EQ(testMode.flagsStatus, 0) << "SetTestingFlags() did not return 0 for " << Json(TestingFlags())
+                                       << " under the product key " << Narrow(ProductKey()) << ": the program ends.";
+    EXPECT_EQ(testMode.callbackStatus, 0) << "SetTestingCallback() did not return 0 under the product key "
+                                          << Narrow(ProductKey()) << ": the program ends.";
 }
 
 // Events
 
-TEST(Needed, AnEventIsAccepted)
+TEST(Needed, AnEventIsPassedToTheCallbackOnceBeforeItsCallEnds)
 {
     const TestMode testMode;
     Facet::Core core;
     MakeWaypoint(core);
     EXPECT_EQ(Track(core), 0) << "TrackEvent() did not return 0 for the host product \"" << Started().hostProduct
-                              << "\"; the identifier is handed over in a string of its own.";
-}
-
-TEST(Needed, AnEventIsHandedToTheCallbackOnceBeforeItsCallEnds)
-{
-    const TestMode testMode;
-    Facet::Core core;
-    MakeWaypoint(core);
-    const int status = Track(core);
+                              << "\"; the identifier is passed in another string than Initialize() wrote.";
     EXPECT_EQ(calls.size() + callsElsewhere.load(), 1U)
-        << "When TrackEvent() returned, with status " << status << ", the callback had not been called exactly once.";
+        << "When TrackEvent() returned, the callback had not been called exactly once.";
 }
 
 TEST(Needed, TheCallbackRunsOnTheThreadOfTheEvent)
@@ -429,31 +393,6 @@ TEST(Needed, TheCallbackRunsOnTheThreadOfTheEvent)
     Track(core);
     EXPECT_EQ(callsElsewhere.load(), 0U) << "The callback was called on another thread than TrackEvent().";
     EXPECT_EQ(calls.size(), 1U) << "The callback was not called exactly once on the thread that called TrackEvent().";
-}
-
-TEST(Needed, EveryEventIsHandedToTheCallback)
-{
-    const TestMode testMode;
-    for (const char* const name : {"CV.REPORT", "CV.EXPORT_PUBLISH", "CV.MESH_SIZE_COUNT"})
-    {
-        Facet::Core core;
-        MakeWaypoint(core);
-        SetFacetEntry(ComponentFacet(core), Text("component_name"), name);
-        EXPECT_TRUE(Holds(PayloadOf(core), {{"component_name", String(name)}}))
-            << "The payload that is handed over during an event is not that event's.";
-    }
-    EXPECT_EQ(calls.size(), 3U) << "Three events did not make three calls of the callback.";
-}
-
-TEST(Needed, TheCallbackGetsTheContextOfItsRegistration)
-{
-    int context = 0;
-    const TestMode testMode(&context);
-    Facet::Core core;
-    MakeWaypoint(core);
-    Track(core);
-    ASSERT_FALSE(calls.empty()) << "The callback was not called.";
-    EXPECT_EQ(calls.back().context, &context) << "The callback was given another context pointer than registered.";
 }
 
 TEST(Needed, TheLastRegistrationHolds)
@@ -470,56 +409,26 @@ TEST(Needed, TheLastRegistrationHolds)
     EXPECT_EQ(calls.back().context, &secondContext) << "The second callback is called with the first one's context.";
 }
 
-TEST(Needed, ThePayloadHoldsTheCoresEntries)
+TEST(Needed, ThePayloadHoldsTheEntriesOfEveryFacet)
 {
     const TestMode testMode;
     Facet::Core core;
     MakeWaypoint(core);
-    EXPECT_TRUE(Holds(PayloadOf(core), CoreEntries()))
-        << "The core facet's entries are not members of the payload, at its top.";
-}
-
-TEST(Needed, ThePayloadHoldsTheComponentsEntries)
-{
-    const TestMode testMode;
-    Facet::Core core;
-    MakeWaypoint(core);
-    EXPECT_TRUE(Holds(PayloadOf(core), ComponentEntries()))
-        << "The component facet's entries are not members of the payload, at its top.";
-}
-
-TEST(Needed, ThePayloadHoldsTheContentsEntries)
-{
-    const TestMode testMode;
-    Facet::Core core;
-    SetEntries(core, {{"type", String("D")}, {"scope", String("S")}});
     Facet::Content content;
     SetEntries(content, ContentEntries());
     content.StartDocumentEditTimer();
     ContentFacet(core) = content;
-    EXPECT_TRUE(Holds(PayloadOf(core), ContentEntries()))
-        << "The content facet's entries are not members of the payload, at its top.";
-}
-
-TEST(Needed, ThePayloadHoldsTheEntitlementsEntries)
-{
-    const TestMode testMode;
-    Facet::Core core;
-    SetEntries(core, {{"type", String("S")}, {"scope", String("D")}});
-    SetEntries(EntitlementFacet(core), EntitlementEntries());
-    EXPECT_TRUE(Holds(PayloadOf(core), EntitlementEntries()))
-        << "The entitlement facet's entries are not members of the payload, at its top.";
-}
-
-TEST(Needed, ThePayloadHoldsTheProductFacetsEntries)
-{
-    const TestMode testMode;
-    Facet::Core core;
-    SetEntries(core, {{"type", String("S")}, {"scope", String("D")}});
     SetEntries(EntitlementFacet(core), EntitlementEntries());
     SetEntries(ProductFacet(core), ProductEntries());
-    EXPECT_TRUE(Holds(PayloadOf(core), ProductEntries()))
-        << "The entries of the event's product facet are not members of the payload, at its top.";
+    const JsonValue payload = PayloadOf(core);
+    const std::pair<const char*, Members> rows[] = {{"core", CoreEntries()},
+                                                    {"component", ComponentEntries()},
+                                                    {"content", ContentEntries()},
+                                                    {"entitlement", EntitlementEntries()},
+                                                    {"product", ProductEntries()}};
+    for (const auto& [kind, entries] : rows)
+        EXPECT_TRUE(Holds(payload, entries))
+            << "The " << kind << " facet's entries are not members of the payload, at its top.";
 }
 
 TEST(Assumed, AnIntegerIsSentAsAnInteger)
@@ -548,7 +457,7 @@ TEST(Needed, ACopyOfThePayloadOutlivesTheCall)
     EXPECT_TRUE(Holds(payload, ComponentEntries())) << "A copy of the payload changed when its event was over.";
 }
 
-TEST(Needed, AnEventsEntriesAreNotInTheNextOne)
+TEST(Needed, AnEventsEntriesAreInThatEventAlone)
 {
     const TestMode testMode;
     Facet::Core core;
@@ -561,18 +470,9 @@ TEST(Needed, AnEventsEntriesAreNotInTheNextOne)
     for (const char* const key : {"component_name", "component_attributes"})
         EXPECT_TRUE(IsNull(Member(payload, key)))
             << "The payload has \"" << key << "\" of the event before: " << Json(payload);
-}
-
-TEST(Needed, AnEventCanBeSentAgain)
-{
-    const TestMode testMode;
-    Facet::Core core;
-    MakeWaypoint(core);
-    Track(core);
-    const JsonValue payload = PayloadOf(core);
-    EXPECT_TRUE(Holds(payload, CoreEntries())) << "The core's entries are others when an event is sent again.";
-    EXPECT_TRUE(Holds(payload, ComponentEntries()))
-        << "The component's entries are others when an event is sent again.";
+    const JsonValue again = PayloadOf(core);
+    EXPECT_TRUE(Holds(again, CoreEntries())) << "The core's entries are others when an event is sent again.";
+    EXPECT_TRUE(Holds(again, ComponentEntries())) << "The component's entries are others when an event is sent again.";
 }
 
 TEST(Assumed, TheProductKeyIsTheFourIdentifiersJoined)
@@ -588,7 +488,7 @@ TEST(Assumed, TheProductKeyIsTheFourIdentifiersJoined)
         << ", but do not hold for events of the product that was started with these four identifiers.";
 }
 
-TEST(Assumed, AnEventOfAnUnknownProductFailsAndIsShownToNobody)
+TEST(Assumed, AnEventOfAnUnknownProductFailsAndCallsNobody)
 {
     const TestMode testMode;
     Facet::Core core;
