@@ -361,8 +361,6 @@ private:
         ExpectAsModelled({first->value, first->model});
     }
 
-    void CopySlot() { Copy({second->value, second->model}, {first->value, first->model}); }
-
     void CopyBetweenSlots()
     {
         const ConstPlace source = AnyReading(*second);
@@ -376,8 +374,6 @@ private:
         Copy(AnyReading(*first), target);
     }
 
-    void MoveSlot() { Move({second->value, second->model}, {first->value, first->model}); }
-
     void MoveBetweenSlots()
     {
         const Place source = AnyPlace(*second);
@@ -388,22 +384,6 @@ private:
     {
         const Place target = AnyPlace(*first);
         Move(WalkTo(target, random.Draw(4)), target);
-    }
-
-    void SwapSlots()
-    {
-        std::swap(first->value, second->value);
-        std::swap(first->model, second->model);
-    }
-
-    void SwapMembers()
-    {
-        const Place parent = AnyPlace(*first);
-        const std::string left = DrawKey(parent.model);
-        const std::string right = DrawKey(parent.model);
-        JsonValue& leftValue = MemberOf(parent, left).value;
-        std::swap(leftValue, MemberOf(parent, right).value);
-        std::swap(parent.model[left], parent.model[right]);
     }
 
     void KeepReferenceWhileMembersAreAdded()
@@ -455,14 +435,10 @@ private:
         {"add a member", &JsonRun::AddMember},
         {"remove a key", &JsonRun::Remove},
         {"read", &JsonRun::Read},
-        {"copy a slot", &JsonRun::CopySlot},
         {"copy between slots", &JsonRun::CopyBetweenSlots},
         {"copy within a slot", &JsonRun::CopyWithinSlot},
-        {"move a slot", &JsonRun::MoveSlot},
         {"move between slots", &JsonRun::MoveBetweenSlots},
         {"move a member out", &JsonRun::MoveMemberOut},
-        {"swap slots", &JsonRun::SwapSlots},
-        {"swap members", &JsonRun::SwapMembers},
         {"keep a reference while members are added", &JsonRun::KeepReferenceWhileMembersAreAdded},
         {"store a key list", &JsonRun::StoreKeyList},
         {"compare", &JsonRun::Compare},
