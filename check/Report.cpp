@@ -51,7 +51,7 @@ std::string XmlText(const std::string& text)
     return xml;
 }
 
-std::string Attribute(const std::string& name, const std::string& value)
+std::string XmlAttribute(const std::string& name, const std::string& value)
 {
     return " " + name + "=\"" + XmlText(value) + "\"";
 }
@@ -67,11 +67,11 @@ std::string Seconds(double seconds)
 std::string JUnitCase(const std::string& name, double seconds, const std::string& element,
                       const std::vector<std::string>& sentences)
 {
-    std::string xml =
-        "  <testcase" + Attribute("name", name) + " classname=\"TaviCheck\"" + Attribute("time", Seconds(seconds));
+    std::string xml = "  <testcase" + XmlAttribute("name", name) + " classname=\"TaviCheck\"" +
+                      XmlAttribute("time", Seconds(seconds));
     if (sentences.empty())
         return xml + " />\n";
-    return xml + ">\n    <" + element + " type=\"Failed\"" + Attribute("message", sentences.front()) + ">" +
+    return xml + ">\n    <" + element + " type=\"Failed\"" + XmlAttribute("message", sentences.front()) + ">" +
            XmlText(JoinedBy("\n", sentences)) + "</" + element + ">\n  </testcase>\n";
 }
 
@@ -207,10 +207,10 @@ std::string JUnitReport(const RunOutcome& outcome, bool isStrict, const std::str
     if (!begunTest.empty())
         addErrors(begunTest, {"not finished"});
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"tavi_check\"" +
-           Attribute("tests", std::to_string(outcome.tests.size() + errorCases)) +
-           Attribute("failures", std::to_string(outcome.FailedTests())) +
-           Attribute("errors", std::to_string(errorCases)) + " skipped=\"0\"" + Attribute("time", Seconds(seconds)) +
-           ">\n" + cases + "</testsuite>\n";
+           XmlAttribute("tests", std::to_string(outcome.tests.size() + errorCases)) +
+           XmlAttribute("failures", std::to_string(outcome.FailedTests())) +
+           XmlAttribute("errors", std::to_string(errorCases)) + " skipped=\"0\"" +
+           XmlAttribute("time", Seconds(seconds)) + ">\n" + cases + "</testsuite>\n";
 }
 
 std::string PayloadsAsJson(const RunOutcome& outcome)
