@@ -9,12 +9,14 @@ constexpr std::size_t MostKept = 0;
 constexpr std::size_t MostKept = 65'536; // bytes for each size; a megabyte in all
 #endif
 
-constinit FreeList::BySize FreeList::all = []
+static consteval FreeList::BySize EmptyLists()
 {
-    BySize lists{};
+    FreeList::BySize lists{};
     for (std::size_t steps = 1; steps < lists.size(); ++steps)
-        lists[steps].capacity = static_cast<int>(MostKept / (steps * Step));
+        lists[steps].capacity = static_cast<int>(MostKept / (steps * FreeList::Step));
     return lists;
-}();
+}
+
+constinit FreeList::BySize FreeList::all = EmptyLists();
 
 } // namespace Veltrane::TaviDesktopSDK

@@ -183,11 +183,12 @@ struct TaviString::Node::Object : Node, BlockAllocated
     {
         if (index != nullptr || count == MostWithoutIndex)
             EnterInIndex(*member);
-        member->link = end;
-        *end = member.get();
-        end = &member->next;
+        Member& added = *member.release();
+        added.link = end;
+        *end = &added;
+        end = &added.next;
         ++count;
-        return *member.release();
+        return added;
     }
 
     std::unique_ptr<Member> TakeOut(Member* member);
