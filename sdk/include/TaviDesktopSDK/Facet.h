@@ -47,15 +47,6 @@ public:
     // Returns a new copy with its own data, owned by the caller.
     virtual Base* Clone() const = 0;
 
-    // Stores `value` under `key`; a null value removes the key.
-    void SetFacetEntry(const TaviString& key, const JsonValue& value)
-    {
-        if (value.Compare(JsonValue()) != 0)
-            Data()[key] = value;
-        else
-            Data().RemoveKey(key);
-    }
-
 protected:
     // Also stops the edit timer.
     virtual void RemoveFacetEntries();

@@ -111,14 +111,6 @@ public:
     virtual const char* GetFacetName() const = 0;
     virtual Base* Clone() const = 0;
 
-    void SetFacetEntry(const TaviString& key, const JsonValue& value)
-    {
-        if (value.Compare(JsonValue()) == 0)
-            Data().RemoveKey(key);
-        else
-            Data()[key] = value;
-    }
-
 protected:
     virtual void RemoveFacetEntries();
 
