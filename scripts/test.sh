@@ -27,8 +27,8 @@ need_build_folder test-results "${presets[@]}"
 
 step "Looking for missing packages and libraries"
 packages=(g++ cmake ninja-build libmxml-dev libcli11-dev libgtest-dev nlohmann-json3-dev)
-! is_asked_for release full || packages+=(strace python3-clang python3-jinja2 python3-jsonschema)
-! is_asked_for full || packages+=(git pkgconf libbenchmark-dev valgrind chromium chromium-driver python3-selenium)
+! is_asked_for release full || packages+=(git strace python3-clang python3-jinja2 python3-jsonschema)
+! is_asked_for full || packages+=(pkgconf libbenchmark-dev valgrind chromium chromium-driver python3-selenium)
 ! is_asked_for sanitize coverage || packages+=(clang libclang-rt-dev)
 ! is_asked_for coverage || packages+=(llvm)
 ! is_asked_for windows || packages+=(wine wine64)
