@@ -34,8 +34,8 @@ run() {
 
 end_job() {
     [[ -n "$job" ]] || return 0
-    kill -TERM -- "-$job" 2>/dev/null
-    wait "$job" 2>/dev/null
+    kill -TERM -- "-$job" 2>/dev/null || true
+    wait "$job" 2>/dev/null || true
     job=
 }
 
