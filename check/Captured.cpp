@@ -115,7 +115,7 @@ CapturedPayload JudgePayload(const Document& document, const Judge& judge, const
         if (!HasMarksOf(event, payload) || (event.nameFrom && !HasAnAttributeOf(event, payload)))
             continue;
         const Findings findings = judge.OfCaptured(event, payload);
-        candidates[{!event.nameFrom, findings.Sentences().empty(), KeysOf(event, payload)}].push_back(
+        candidates[{!event.nameFrom, findings.Messages().empty(), KeysOf(event, payload)}].push_back(
             {event.method, findings});
     }
     CapturedPayload judged;
@@ -129,7 +129,7 @@ CapturedPayload JudgePayload(const Document& document, const Judge& judge, const
     {
         judged.methods.push_back(method);
         judged.remarks = findings.remarks;
-        for (const std::string& fault : findings.Sentences())
+        for (const std::string& fault : findings.Messages())
             judged.faults.push_back((best.size() > 1 ? "as " + method + ", " : "") + fault);
     }
     return judged;
@@ -204,8 +204,8 @@ std::string CapturedClosingText(const CapturedOutcome& outcome)
     }
     std::string text =
         (came.empty() ? "" : "\nCame:\n" + came) + (never.empty() ? "" : "\nNever came:\n" + never) + "\n";
-    for (const auto& [sentence, count] : outcome.remarks)
-        text += "REMARK  " + sentence + ": " + CountOf(count, "payload") + "\n";
+    for (const auto& [message, count] : outcome.remarks)
+        text += "REMARK  " + message + ": " + CountOf(count, "payload") + "\n";
     return text + std::to_string(outcome.good) + " good, " + std::to_string(outcome.bad) + " bad\n";
 }
 

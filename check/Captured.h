@@ -19,8 +19,8 @@ struct CapturedPayload
 {
     std::size_t line = 0;             // counted from 1
     std::vector<std::string> methods; // of the event that it fits best; several when it fits them alike
-    std::vector<std::string> faults;  // sentences; empty when it is good
-    std::vector<std::string> remarks; // sentences
+    std::vector<std::string> faults;  // empty when it is good
+    std::vector<std::string> remarks;
 };
 
 struct CapturedOutcome
@@ -44,7 +44,7 @@ std::string CapturedClosingText(const CapturedOutcome& outcome);
 // One JSON document, an object of
 //   "document"  of docs/events.json: {"version"}
 //   "strict"    whether remarks are faults
-//   "payloads"  in order: {"line", "methods", "verdict" ("good" or "bad"), "faults", "remarks" (sentences)}
+//   "payloads"  in order: {"line", "methods", "verdict" ("good" or "bad"), "faults", "remarks"}
 //   "events"    how many of each came, by method
 //   "summary"   {"good", "bad"}, numbers
 std::string CapturedJson(const CapturedOutcome& outcome, const std::vector<CapturedPayload>& payloads,

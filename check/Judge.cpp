@@ -259,24 +259,24 @@ private:
 // For a payload that is no object.
 Findings NoObject(const json& payload)
 {
-    const std::string sentence =
+    const std::string message =
         payload.is_null() ? "the payload is null: the whitelist may not have been downloaded, may have expired, or may "
                             "lack the waypoint or an attribute"
                           : "the payload is no object: " + JsonTextOf(payload);
-    return {{{"", json::object(), payload, sentence}}, {}, {}};
+    return {{{"", json::object(), payload, message}}, {}, {}};
 }
 
 } // namespace
 
-std::vector<std::string> Findings::Sentences() const
+std::vector<std::string> Findings::Messages() const
 {
-    std::vector<std::string> sentences;
+    std::vector<std::string> messages;
     for (const std::vector<Fault>* const some : {&faults, &productFaults})
     {
         for (const Fault& fault : *some)
-            sentences.push_back(fault.sentence);
+            messages.push_back(fault.message);
     }
-    return sentences;
+    return messages;
 }
 
 Judge::Judge(ProductFile productFile, bool takesEmptyForNone)

@@ -21,7 +21,7 @@ struct Fault
     std::string key;         // after its object, as in "content_meta: COMMON.FILE.NAME"; empty: the payload as a whole
     nlohmann::json expected; // null: nothing
     nlohmann::json sent;     // null: nothing
-    std::string sentence;
+    std::string message;
 };
 
 struct Findings
@@ -30,8 +30,8 @@ struct Findings
     std::vector<Fault> productFaults; // of the product's description, which is in every payload
     std::vector<std::string> remarks;
 
-    // The sentences of all faults, those of the product's description last.
-    std::vector<std::string> Sentences() const;
+    // The messages of all faults, those of the product's description last.
+    std::vector<std::string> Messages() const;
 };
 
 class Judge

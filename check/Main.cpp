@@ -152,11 +152,11 @@ int PrintWhitelist(const Options& options, StandardOutput& output)
 
 std::string NoTest(const std::string& name)
 {
-    std::string sentence = "there is no test or method " + name;
+    std::string message = "there is no test or method " + name;
     std::string separator = "; is it ";
     for (const std::string& near : NamesNear(ReportingMethods(), name))
-        sentence += std::exchange(separator, " or ") + near;
-    return sentence + (separator == " or " ? "?" : "; --list prints those that there are");
+        message += std::exchange(separator, " or ") + near;
+    return message + (separator == " or " ? "?" : "; --list prints those that there are");
 }
 
 int RunProgram(std::vector<std::string> arguments, StandardOutput& output)

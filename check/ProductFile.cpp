@@ -66,19 +66,19 @@ ProductFile ReadProductFile(const std::filesystem::path& file)
     for (const char* const level : Levels)
         product.levels[level] = Undefined;
 
-    const std::string sentence = "The product file " + Utf8Of(file);
+    const std::string subject = "The product file " + Utf8Of(file);
     const std::string consequence = std::string(": the product is \"") + Undefined + "\"";
     errno = 0;
     const std::unique_ptr<std::FILE, Close> opened(OpenForReading(file));
     if (opened == nullptr)
     {
-        product.remark = sentence + " cannot be read, " + std::generic_category().message(errno) + consequence;
+        product.remark = subject + " cannot be read, " + std::generic_category().message(errno) + consequence;
         return product;
     }
     const Tree tree(LoadXmlFile(opened.get()), &mxmlDelete);
     if (tree == nullptr)
     {
-        product.remark = sentence + " is not well-formed XML" + consequence;
+        product.remark = subject + " is not well-formed XML" + consequence;
         return product;
     }
     mxml_node_t* element = tree.get();
@@ -94,7 +94,7 @@ ProductFile ReadProductFile(const std::filesystem::path& file)
             lacking.append(lacking.empty() ? " has no " : ", no ").append(level);
     }
     if (!lacking.empty())
-        product.remark = sentence + lacking + ": sent is \"" + Undefined + "\"";
+        product.remark = subject + lacking + ": sent is \"" + Undefined + "\"";
     return product;
 }
 

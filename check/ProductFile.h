@@ -12,7 +12,7 @@ namespace Corvane
 struct ProductFile
 {
     std::map<std::string, std::string> levels; // the identifiers of all four levels
-    std::string remark;                        // a sentence: why identifiers are "undefined"; empty when none is
+    std::string remark;                        // why identifiers are "undefined"; empty when none is
 
     // Product line, release, master and build, joined by "&"; empty when one of them is empty.
     std::string ProductKey() const;

@@ -63,16 +63,16 @@ std::string Seconds(double seconds)
     return std::to_string(milliseconds / 1000) + "." + std::to_string(1000 + milliseconds % 1000).substr(1);
 }
 
-// `element` is "failure" or "error"; without sentences the case has none.
+// `element` is "failure" or "error"; without messages the case has none.
 std::string JUnitCase(const std::string& name, double seconds, const std::string& element,
-                      const std::vector<std::string>& sentences)
+                      const std::vector<std::string>& messages)
 {
     std::string xml = "  <testcase" + XmlAttribute("name", name) + " classname=\"TaviCheck\"" +
                       XmlAttribute("time", Seconds(seconds));
-    if (sentences.empty())
+    if (messages.empty())
         return xml + " />\n";
-    return xml + ">\n    <" + element + " type=\"Failed\"" + XmlAttribute("message", sentences.front()) + ">" +
-           XmlText(JoinedBy("\n", sentences)) + "</" + element + ">\n  </testcase>\n";
+    return xml + ">\n    <" + element + " type=\"Failed\"" + XmlAttribute("message", messages.front()) + ">" +
+           XmlText(JoinedBy("\n", messages)) + "</" + element + ">\n  </testcase>\n";
 }
 
 // The call of the fault, and the number of further ones.
@@ -83,12 +83,12 @@ std::string CallsOf(const CallFault& fault)
     return "by " + fault.call + (fault.calls > 1 ? ", and in " + CountOf(fault.calls - 1, "further call") : "");
 }
 
-std::vector<std::string> SentencesOf(const TestOutcome& test)
+std::vector<std::string> MessagesOf(const TestOutcome& test)
 {
-    std::vector<std::string> sentences;
+    std::vector<std::string> messages;
     for (const CallFault& fault : test.faults)
-        sentences.push_back(fault.fault.sentence + (fault.call.empty() ? "" : " (" + CallsOf(fault) + ")"));
-    return sentences;
+        messages.push_back(fault.fault.message + (fault.call.empty() ? "" : " (" + CallsOf(fault) + ")"));
+    return messages;
 }
 
 std::string RemarkHead(bool isStrict)
@@ -104,7 +104,7 @@ OrderedJson TestAsJson(const TestOutcome& test)
                           {"key", TextOrNull(fault.fault.key)},
                           {"expected", fault.fault.expected},
                           {"sent", fault.fault.sent},
-                          {"message", fault.fault.sentence},
+                          {"message", fault.fault.message},
                           {"calls", fault.calls}});
     return {
         {"name", test.name},        {"method", test.method},     {"verdict", test.faults.empty() ? "passed" : "failed"},
@@ -128,12 +128,12 @@ std::string VerdictText(const TestOutcome& test, std::set<std::string>& reported
     std::string unreported;
     for (const CallFault& fault : test.faults)
     {
-        if (!reported.insert(fault.fault.sentence).second)
+        if (!reported.insert(fault.fault.message).second)
         {
-            reportedKeys.push_back(fault.fault.key.empty() ? fault.fault.sentence : fault.fault.key);
+            reportedKeys.push_back(fault.fault.key.empty() ? fault.fault.message : fault.fault.key);
             continue;
         }
-        unreported += "    " + fault.fault.sentence + "\n";
+        unreported += "    " + fault.fault.message + "\n";
         if (!fault.call.empty())
             unreported += "        " + CallsOf(fault) + "\n";
     }
@@ -145,8 +145,8 @@ std::string VerdictText(const TestOutcome& test, std::set<std::string>& reported
 std::string ClosingText(const RunOutcome& outcome, bool isStrict)
 {
     std::string text;
-    for (const auto& [sentence, count] : outcome.remarks)
-        text += RemarkHead(isStrict) + sentence + ": " + CountOf(count, "test") + "\n";
+    for (const auto& [message, count] : outcome.remarks)
+        text += RemarkHead(isStrict) + message + ": " + CountOf(count, "test") + "\n";
     for (const std::string& error : outcome.Errors(false))
         text += "ERROR   " + error + "\n";
     std::vector<std::string> failed;
@@ -172,8 +172,8 @@ std::string JsonReport(const RunOutcome& outcome, const Document& document, bool
     OrderedJson remarks = OrderedJson::array();
     if (!outcome.productRemark.empty())
         remarks.push_back({{"message", outcome.productRemark}, {"tests", nullptr}});
-    for (const auto& [sentence, count] : outcome.remarks)
-        remarks.push_back({{"message", sentence}, {"tests", count}});
+    for (const auto& [message, count] : outcome.remarks)
+        remarks.push_back({{"message", message}, {"tests", count}});
     const std::vector<std::string> errors = outcome.Errors(isStrict);
     const std::size_t failed = outcome.FailedTests();
     const OrderedJson report = {
@@ -192,15 +192,15 @@ std::string JUnitReport(const RunOutcome& outcome, bool isStrict, const std::str
     double seconds = 0;
     for (const TestOutcome& test : outcome.tests)
     {
-        cases += JUnitCase(test.name, test.seconds, "failure", SentencesOf(test));
+        cases += JUnitCase(test.name, test.seconds, "failure", MessagesOf(test));
         seconds += test.seconds;
     }
     std::size_t errorCases = 0;
-    const auto addErrors = [&cases, &errorCases](const std::string& name, const std::vector<std::string>& sentences)
+    const auto addErrors = [&cases, &errorCases](const std::string& name, const std::vector<std::string>& messages)
     {
-        if (sentences.empty())
+        if (messages.empty())
             return;
-        cases += JUnitCase(name, 0, "error", sentences);
+        cases += JUnitCase(name, 0, "error", messages);
         ++errorCases;
     };
     addErrors("OutsideTheTests", outcome.Errors(isStrict));

@@ -26,8 +26,8 @@ std::string ClosingText(const RunOutcome& outcome, bool isStrict);
 //   "strict"     whether remarks are errors
 //   "tests"      in order: {"name", "method", "verdict" ("passed" or "failed"), "faults", "messages" (lines printed
 //                during the calls), "calls", "payloads" (numbers)}; a fault is {"call", "key", "expected", "sent",
-//                "message" (a sentence), "calls" (in how many)}, in which null means none
-//   "errors"     that belong to no test, sentences
+//                "message", "calls" (in how many)}, in which null means none
+//   "errors"     that belong to no test, texts
 //   "remarks"    {"message", "tests" (in how many; null: belongs to no test)}
 //   "summary"    {"passed", "failed", "errors"}, numbers
 std::string JsonReport(const RunOutcome& outcome, const Document& document, bool isStrict);

@@ -184,7 +184,7 @@ private:
         for (const Fault& fault : findings.faults)
             AddFault(test, callText, fault);
         for (const Fault& fault : findings.productFaults)
-            ++outcome.productFaults[fault.sentence];
+            ++outcome.productFaults[fault.message];
         remarks.insert(findings.remarks.begin(), findings.remarks.end());
     }
 
@@ -194,7 +194,7 @@ private:
         const auto known = std::find_if(test.faults.begin(), test.faults.end(),
                                         [&fault](const CallFault& other) {
                                             return other.fault.key == fault.key &&
-                                                   (!fault.key.empty() || other.fault.sentence == fault.sentence);
+                                                   (!fault.key.empty() || other.fault.message == fault.message);
                                         });
         if (known == test.faults.end())
             test.faults.push_back({callText, fault, 1});
@@ -230,15 +230,15 @@ std::size_t RunOutcome::FailedTests() const
 std::vector<std::string> RunOutcome::Errors(bool isStrict) const
 {
     std::vector<std::string> all = errors;
-    for (const auto& [sentence, count] : productFaults)
-        all.push_back(sentence + ", in " + std::to_string(count) + " of " + std::to_string(payloads.size()) +
+    for (const auto& [message, count] : productFaults)
+        all.push_back(message + ", in " + std::to_string(count) + " of " + std::to_string(payloads.size()) +
                       " payloads");
     if (isStrict)
     {
         if (!productRemark.empty())
             all.push_back(productRemark);
-        for (const auto& [sentence, count] : remarks)
-            all.push_back(sentence);
+        for (const auto& [message, count] : remarks)
+            all.push_back(message);
     }
     return all;
 }

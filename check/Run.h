@@ -39,14 +39,14 @@ struct ReceivedPayload
     std::string text; // as the library wrote it
 };
 
-using Counts = std::map<std::string, std::size_t>; // numbers of payloads or tests, by sentence
+using Counts = std::map<std::string, std::size_t>; // numbers of payloads or tests, by message
 
 struct RunOutcome
 {
     bool isInTestMode = false;
     std::string productRemark; // on the product file; empty: none
     std::vector<TestOutcome> tests;
-    std::vector<std::string> errors; // sentences; faults that belong to no test
+    std::vector<std::string> errors; // faults that belong to no test
     Counts productFaults;            // faults of the product's description, with the number of payloads
     Counts remarks;                  // with the number of tests
     std::vector<ReceivedPayload> payloads;

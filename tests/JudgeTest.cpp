@@ -77,12 +77,12 @@ json Patched(const std::string& operation, const std::string& path, const json& 
 
 Texts OfCall(const json& payload, const std::vector<json>& arguments = Arguments)
 {
-    return TheJudge().OfCall(SmallEvent(), arguments, payload).Sentences();
+    return TheJudge().OfCall(SmallEvent(), arguments, payload).Messages();
 }
 
 Texts OfCaptured(const json& payload)
 {
-    return TheJudge().OfCaptured(SmallEvent(), payload).Sentences();
+    return TheJudge().OfCaptured(SmallEvent(), payload).Messages();
 }
 
 } // namespace
@@ -92,7 +92,7 @@ TEST(Judge, PassesAPayloadOfTheArguments)
     for (const Findings& findings :
          {TheJudge().OfCall(SmallEvent(), Arguments, Payload), TheJudge().OfCaptured(SmallEvent(), Payload)})
     {
-        EXPECT_EQ(findings.Sentences(), Texts());
+        EXPECT_EQ(findings.Messages(), Texts());
         EXPECT_EQ(findings.remarks, Texts());
     }
 }
@@ -198,7 +198,7 @@ TEST(Judge, TakesForAFaultOnlyAdditionsOfTheLibraryThatContradict)
     for (const auto& row : rows)
     {
         const Findings findings = TheJudge().OfCall(SmallEvent(), Arguments, row.payload);
-        EXPECT_EQ(findings.Sentences(), row.faults) << row.payload;
+        EXPECT_EQ(findings.Messages(), row.faults) << row.payload;
         EXPECT_EQ(findings.remarks, row.remarks) << row.payload;
     }
 }
@@ -210,10 +210,10 @@ TEST(Judge, LetsALibraryThatTakesEmptyForNoneLeaveEmptyTextsOut)
     const json without = Patched("remove", "/attributes/A.TEXT");
     EXPECT_EQ(OfCall(without, arguments), Texts{R"(attributes: A.TEXT: expected "", not sent)"});
     const Findings findings = TheJudge(true).OfCall(SmallEvent(), arguments, without);
-    EXPECT_EQ(findings.Sentences(), Texts());
+    EXPECT_EQ(findings.Messages(), Texts());
     EXPECT_EQ(findings.remarks, Texts{R"(The library takes "" for no text: a key whose text is empty is not sent)"});
-    EXPECT_EQ(TheJudge(true).OfCaptured(SmallEvent(), without).Sentences(), Texts());
-    EXPECT_EQ(TheJudge(true).OfCall(SmallEvent(), Arguments, without).Sentences().size(), 1U) << "it is not empty";
+    EXPECT_EQ(TheJudge(true).OfCaptured(SmallEvent(), without).Messages(), Texts());
+    EXPECT_EQ(TheJudge(true).OfCall(SmallEvent(), Arguments, without).Messages().size(), 1U) << "it is not empty";
 }
 
 TEST(Judge, TakesAPayloadThatIsNoObjectForOneFault)

@@ -74,7 +74,7 @@ struct Report
     }
 };
 
-Report RunWithJson(const TaviCheckCopy& copy, const json& script, std::vector<std::string> arguments = {})
+Report RunWithJson(const ProgramCopy& copy, const json& script, std::vector<std::string> arguments = {})
 {
     arguments.emplace_back("--json");
     Report report{copy.RunTaviCheck(arguments, script), {}};
@@ -92,7 +92,7 @@ TEST(TaviCheck, PassesEveryTestOnceOnEitherLibrary)
     expected += "\n" + CountOfTests() + " passed, 0 failed\n";
     for (const ProgramCopy::Library library : {ProgramCopy::Library::StandIn, ProgramCopy::Library::Faulty})
     {
-        const Outcome run = TaviCheckCopy(library).RunTaviCheck({"--strict"});
+        const Outcome run = ProgramCopy(library).RunTaviCheck({"--strict"});
         EXPECT_PRED_FORMAT2(IsText, run.output, expected);
         EXPECT_EQ(run.errors, "");
         EXPECT_EQ(run.status, 0);
@@ -108,7 +108,7 @@ TEST(TaviCheck, RunsWhereItWasBuilt)
 
 TEST(TaviCheck, FailsATestWhoseCallDoesNotSendExactlyOneRightPayload)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const struct
     {
         json answer;
@@ -130,7 +130,7 @@ TEST(TaviCheck, FailsATestWhoseCallDoesNotSendExactlyOneRightPayload)
 
 TEST(TaviCheck, DoesNotPassWhatHasFailedOnce)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const json wrong = {{"type", "C"}};
     RunWithJson(copy, json::object(), {"--only", "PPR"});
     const json right = copy.Calls("TrackEvent").front()["payload"];
@@ -145,7 +145,7 @@ TEST(TaviCheck, DoesNotPassWhatHasFailedOnce)
 TEST(TaviCheck, FailsForAPayloadWithoutACall)
 {
     const json script = {{"SetTestingCallback", {{"1", {{"payloads", {{{"type", "C"}}}}}}}}};
-    const Report report = RunWithJson(TaviCheckCopy(), script);
+    const Report report = RunWithJson(ProgramCopy(), script);
     EXPECT_EQ(report.run.status, 1);
     EXPECT_EQ(report.Faults(), json::object());
     EXPECT_EQ(report.report["errors"], json({R"(a payload came without a call: {"type":"C"})"}));
@@ -154,7 +154,7 @@ TEST(TaviCheck, FailsForAPayloadWithoutACall)
 TEST(TaviCheck, FailsForAPayloadWhileTheLibraryIsUnloaded)
 {
     const json script = {{"SetTestingCallback", {{"default", {{"atExit", {{{"type", "C"}}}}}}}}};
-    const Outcome run = TaviCheckCopy().RunTaviCheck({}, script);
+    const Outcome run = ProgramCopy().RunTaviCheck({}, script);
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.errors, "tavi_check: a payload came without a call, after the last test\n");
     EXPECT_NE(run.output.find(" passed, 0 failed\n"), std::string::npos) << run.output;
@@ -162,7 +162,7 @@ TEST(TaviCheck, FailsForAPayloadWhileTheLibraryIsUnloaded)
 
 TEST(TaviCheck, FailsForARemarkOnlyIfStrict)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const json script = AnsweringAll(Patch("add", "/user_id", 7));
     const std::string remark = R"("user_id" is a key that docs/events.json does not have)";
     const Outcome run = copy.RunTaviCheck({}, script);
@@ -178,7 +178,7 @@ TEST(TaviCheck, FailsForARemarkOnlyIfStrict)
 TEST(TaviCheck, PrintsAWrongProductOnceForAllPayloads)
 {
     const json script = AnsweringAll(Patch("replace", "/product_master_id", "27.0.214"));
-    const Outcome run = TaviCheckCopy().RunTaviCheck({}, script);
+    const Outcome run = ProgramCopy().RunTaviCheck({}, script);
     EXPECT_EQ(run.status, 1);
     const std::string error = R"(ERROR   product_master_id: expected "CVSTUDIO_2027_0_EN", sent "27.0.214", in )";
     EXPECT_NE(run.output.find(error), std::string::npos) << run.output;
@@ -187,7 +187,7 @@ TEST(TaviCheck, PrintsAWrongProductOnceForAllPayloads)
 
 TEST(TaviCheck, LetsTheLibraryWithholdEventsOfUnknownNames)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     // The second call has a further known name, the three after it have others.
     const json null = {{"payload", json()}};
     const json none = {{"callbacks", 0}};
@@ -201,7 +201,7 @@ TEST(TaviCheck, LetsTheLibraryWithholdEventsOfUnknownNames)
 
 TEST(TaviCheck, RemarksOnAProductFileThatIsMissingOrBroken)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const auto expectRemark = [&copy](const std::string& remark)
     {
         const Outcome run = copy.RunTaviCheck({"--only", "NavBarClosed"});
@@ -223,7 +223,7 @@ TEST(TaviCheck, RemarksOnAProductFileThatIsMissingOrBroken)
 
 TEST(TaviCheck, FailsForALineThatTheStartPrints)
 {
-    const Report report = RunWithJson(TaviCheckCopy(), {{"Initialize", {{"1", {{"status", 3}}}}}});
+    const Report report = RunWithJson(ProgramCopy(), {{"Initialize", {{"1", {{"status", 3}}}}}});
     EXPECT_EQ(report.run.status, 1);
     EXPECT_EQ(report.report["errors"],
               json({R"(the start printed "CorvaneTavi::CorvaneTavi TaviDesktopSDK::Initialize")"}));
@@ -232,7 +232,7 @@ TEST(TaviCheck, FailsForALineThatTheStartPrints)
 
 TEST(TaviCheck, StartsNothingWithoutConsent)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const Report report = RunWithJson(copy, {{"IsOptedIn", {{"1", {{"status", 4}}}}}});
     EXPECT_EQ(report.run.status, 1);
     EXPECT_EQ(report.report["errors"], json({"the user has not opted in to usage-data collection"}));
@@ -242,7 +242,7 @@ TEST(TaviCheck, StartsNothingWithoutConsent)
 
 TEST(TaviCheck, ReportsARefusalOfTestModeAndRunsNothing)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     for (const std::string function : {"SetTestingFlags", "SetTestingCallback"})
     {
         const Outcome run = copy.RunTaviCheck({}, {{function, {{"1", {{"status", 256}}}}}});
@@ -254,7 +254,7 @@ TEST(TaviCheck, ReportsARefusalOfTestModeAndRunsNothing)
 
 TEST(TaviCheck, NamesTheTestThatCrashesAndLeavesAFailedReport)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const std::filesystem::path report = copy.Folder().Path() / "report.xml";
     std::ofstream(report) << "an earlier report";
     const Outcome run = copy.RunTaviCheck({"--only", "MeshSize", "PPR", "--junit", "report.xml"},
@@ -273,7 +273,7 @@ TEST(TaviCheck, NamesTheTestThatCrashesAndLeavesAFailedReport)
 
 TEST(TaviCheck, KeepsTheLibrarysOutputOutOfTheDocument)
 {
-    const Report report = RunWithJson(TaviCheckCopy(), AnsweringAll({{"prints", "noise"}}), {"--only", "MeshSize"});
+    const Report report = RunWithJson(ProgramCopy(), AnsweringAll({{"prints", "noise"}}), {"--only", "MeshSize"});
     EXPECT_EQ(report.run.status, 0);
     EXPECT_EQ(report.report["summary"]["passed"], 1);
     EXPECT_NE(report.run.errors.find("noise"), std::string::npos) << report.run.errors;
@@ -282,7 +282,7 @@ TEST(TaviCheck, KeepsTheLibrarysOutputOutOfTheDocument)
 
 TEST(TaviCheck, ListsWithoutALibraryAndWithoutConsent)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const json script = {{"IsOptedIn", {{"default", {{"status", 4}}}}}};
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--list"},
                                                       {"--whitelist", "json"},
@@ -312,7 +312,7 @@ TEST(TaviCheck, ListsWithoutALibraryAndWithoutConsent)
 
 TEST(TaviCheck, RefusesWrongArgumentsInOneLine)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const std::vector<std::string> rows[] = {
         {"--unknown"},
         {"name"},
@@ -348,7 +348,7 @@ TEST(TaviCheck, RefusesWrongArgumentsInOneLine)
 
 TEST(TaviCheck, SuggestsANameForOneThatNoTestHas)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const Outcome run = copy.RunTaviCheck({"--only", "PPR", "MeshSise"});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.output, "");
@@ -360,7 +360,7 @@ TEST(TaviCheck, SuggestsANameForOneThatNoTestHas)
 
 TEST(TaviCheck, ReturnsThreeWhenOutputCannotBeWritten)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     for (const auto& [output, error] : BrokenOutputs())
         for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--only", "MeshSize"},
                                                           {"--json", "--only", "MeshSize"},
@@ -380,7 +380,7 @@ TEST(TaviCheck, ReturnsThreeWhenOutputCannotBeWritten)
 
 TEST(TaviCheck, ReturnsThreeWhenAFileCannotBeWritten)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const std::string error = std::generic_category().message(ENOENT);
     for (const char* const option : {"--junit", "--payloads"})
         for (const json& script : {json::object(), Answering({{"payload", json::object()}})})
@@ -393,7 +393,7 @@ TEST(TaviCheck, ReturnsThreeWhenAFileCannotBeWritten)
 
 TEST(TaviCheck, WritesTestsAndPayloadsToFilesInOrder)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     const std::string junit = "\xC3\xBC \xE4\xB8\xAD.xml";
     const std::string payloads = "\xC3\xBC \xE4\xB8\xAD.json";
     EXPECT_EQ(copy.RunTaviCheck({"--only", "*Mesh*", "--junit", junit, "--payloads", payloads}).status, 0);
@@ -412,7 +412,7 @@ TEST(TaviCheck, WritesTestsAndPayloadsToFilesInOrder)
 
 TEST(TaviCheck, JudgesCapturedPayloadsWithoutACall)
 {
-    const TaviCheckCopy copy;
+    const ProgramCopy copy;
     RunWithJson(copy, json::object(), {"--only", "PPR"});
     const std::string good = copy.Calls("TrackEvent").front()["payload"].dump();
     const std::filesystem::path file = copy.Folder().Path() / "captured";

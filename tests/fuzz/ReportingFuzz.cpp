@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (const std::vector<Fault>* const faults : {&findings.faults, &findings.productFaults})
         {
             if (!faults->empty())
-                Fail(method, call, faults->front().sentence);
+                Fail(method, call, faults->front().message);
         }
     }
     return 0;

@@ -93,5 +93,3 @@ private:
     TemporaryFolder temporary;
     std::filesystem::path bin;
 };
-
-using TaviCheckCopy = ProgramCopy;
