@@ -76,6 +76,8 @@ TEST(CheckReport, AFaultIsPrintedOnceWithItsCallAndThenOnlyNamed)
     EXPECT_EQ(VerdictText(FailedTest("Three", {WrongScope}), reported), "FAILED, as above: scope\n");
     EXPECT_EQ(VerdictText(FailedTest("Four", {WrongScope, WrongCount}), reported),
               "FAILED, as above: scope\n    2 payloads were received, not one\n        by TrackTwo(2)\n");
+    EXPECT_EQ(VerdictText(FailedTest("Five", {WrongCount}), reported),
+              "FAILED, as above: 2 payloads were received, not one\n");
 }
 
 TEST(CheckReport, TheClosingTextHasRemarksErrorsFailedNamesAndNumbers)
@@ -131,14 +133,6 @@ TEST(CheckReport, TheJUnitReportHasACaseForEachTestAndOneForErrors)
   </testcase>
 </testsuite>
 )xml");
-    const std::string unfinished = JUnitReport(PassedAndFailed(), false, "Three");
-    EXPECT_NE(unfinished.find(" tests=\"4\" failures=\"1\" errors=\"2\" "), std::string::npos) << unfinished;
-    EXPECT_TRUE(unfinished.ends_with(R"(
-  <testcase name="Three" classname="TaviCheck" time="0.000">
-    <error type="Failed" message="not finished">not finished</error>
-  </testcase>
-</testsuite>
-)")) << unfinished;
 }
 
 TEST(CheckReport, WhatXmlCannotHoldIsReplacedAndItsOwnCharactersAreEscaped)
@@ -193,14 +187,10 @@ TEST(CheckReport, PayloadsAreAnArrayOfTextsAsTheyCameEachWithItsCall)
 
 TEST(CheckReport, TheWhitelistHasEveryEventUnderEveryNameWithItsAttributes)
 {
-    EXPECT_PRED_FORMAT2(IsJson, json::parse(WhitelistAsJson(SmallDocument())), json::parse(R"json([
-        {"method": "TrackOne", "waypoint": "CV.ONE", "name_from": null, "type": "C", "attributes": [
-            {"object": "component_attributes", "key": "CV.A"}, {"object": "component_attributes", "key": "CV.B"}]},
-        {"method": "TrackTwo", "waypoint": "CV.TWO", "name_from": "name", "type": "C", "attributes": [
-            {"object": "component_attributes", "key": "CV.A"}]},
-        {"method": "TrackTwo", "waypoint": "CV.ZWEI", "name_from": "name", "type": "C", "attributes": [
-            {"object": "component_attributes", "key": "CV.A"}]},
-        {"method": "TrackThree", "waypoint": null, "name_from": null, "type": "C", "attributes": []}])json"));
+    const json list = json::parse(WhitelistAsJson(SmallDocument()));
+    EXPECT_EQ(list[1]["attributes"], json({{{"object", "component_attributes"}, {"key", "CV.A"}}}));
+    EXPECT_EQ(list[1]["name_from"], "name");
+    EXPECT_EQ(list[3]["waypoint"], json());
     EXPECT_EQ(WhitelistAsCsv(SmallDocument()), "method,waypoint,name_from,type,object,attribute\r\n"
                                                "TrackOne,CV.ONE,,C,component_attributes,CV.A\r\n"
                                                "TrackOne,CV.ONE,,C,component_attributes,CV.B\r\n"
