@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
+#include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
@@ -38,31 +38,6 @@ RunOutcome PassedAndFailed()
     outcome.productRemark = "no file";
     outcome.productFaults = {{"product: wrong", 2}};
     return outcome;
-}
-
-DocumentEvent Event(const std::string& method, const std::vector<std::string>& attributes)
-{
-    DocumentEvent event;
-    event.method = method;
-    event.type = "C";
-    event.keys.resize(1 + attributes.size()); // the first one at the payload's top level
-    for (std::size_t i = 0; i < attributes.size(); ++i)
-    {
-        event.keys[i + 1].place = "component_attributes";
-        event.keys[i + 1].name = attributes[i];
-    }
-    return event;
-}
-
-Document SmallDocument()
-{
-    Document document{"1.2.3",
-                      {Event("TrackOne", {"CV.A", "CV.B"}), Event("TrackTwo", {"CV.A"}), Event("TrackThree", {})}};
-    document.events[0].name = "CV.ONE";
-    document.events[1].parameters = {"name"};
-    document.events[1].nameFrom = 0;
-    document.events[1].names = {"CV.TWO", "CV.ZWEI"};
-    return document;
 }
 
 } // namespace
@@ -113,7 +88,7 @@ TEST(CheckReport, TheJsonDocumentHasEverything)
         "errors": ["an error", "product: wrong, in 2 of 2 payloads"],
         "remarks": [{"message": "no file", "tests": null}, {"message": "user is new", "tests": 2}],
         "summary": {"passed": 1, "failed": 1, "errors": 2}})json");
-    EXPECT_PRED_FORMAT2(IsJson, json::parse(JsonReport(outcome, SmallDocument(), false)), document);
+    EXPECT_PRED_FORMAT2(IsJson, json::parse(JsonReport(outcome, Document{"1.2.3", {}}, false)), document);
 }
 
 TEST(CheckReport, TheJUnitReportHasACaseForEachTestAndOneForErrors)
@@ -165,7 +140,7 @@ TEST(CheckReport, IllFormedTextSpoilsNoReport)
     RunOutcome outcome;
     outcome.tests = {FailedTest("One", {{"\xFF", {"\xFF", "\xFF", "\xFF", "\xFF"}, 1}})};
     outcome.errors = {"\xFF"};
-    const json report = json::parse(JsonReport(outcome, SmallDocument(), false));
+    const json report = json::parse(JsonReport(outcome, Document{"1.2.3", {}}, false));
     EXPECT_EQ(report["tests"][0]["faults"][0]["sent"], "\xEF\xBF\xBD");
     EXPECT_EQ(report["errors"][0], "\xEF\xBF\xBD");
     std::set<std::string> reported;
@@ -187,14 +162,20 @@ TEST(CheckReport, PayloadsAreAnArrayOfTextsAsTheyCameEachWithItsCall)
 
 TEST(CheckReport, TheWhitelistHasEveryEventUnderEveryNameWithItsAttributes)
 {
-    const json list = json::parse(WhitelistAsJson(SmallDocument()));
-    EXPECT_EQ(list[1]["attributes"], json({{{"object", "component_attributes"}, {"key", "CV.A"}}}));
-    EXPECT_EQ(list[1]["name_from"], "name");
-    EXPECT_EQ(list[3]["waypoint"], json());
-    EXPECT_EQ(WhitelistAsCsv(SmallDocument()), "method,waypoint,name_from,type,object,attribute\r\n"
-                                               "TrackOne,CV.ONE,,C,component_attributes,CV.A\r\n"
-                                               "TrackOne,CV.ONE,,C,component_attributes,CV.B\r\n"
-                                               "TrackTwo,CV.TWO,name,C,component_attributes,CV.A\r\n"
-                                               "TrackTwo,CV.ZWEI,name,C,component_attributes,CV.A\r\n"
-                                               "TrackThree,,,C,,\r\n");
+    const Document document = ReadDocument(CompiledInDocument());
+    const std::string csv = WhitelistAsCsv(document);
+    EXPECT_TRUE(csv.starts_with("method,waypoint,name_from,type,object,attribute\r\n"));
+    for (const std::string line :
+         {"TrackMeshSize,CV.MESH_SIZE_COUNT,,C,component_attributes,CV.MESH_SIZE_NODES",
+          "TrackNavBarClosed,COMMON.ZEPH_NB_CLOSED,,C,,",
+          "TrackNavBarDragMove,COMMON.ZEPH_NB_DRAGGED,waypointName,C,component_attributes,COMMON.ZEPH_NB_POSITION",
+          "TrackNavBarDragMove,COMMON.ZEPH_NB_MOVED,waypointName,C,component_attributes,COMMON.ZEPH_NB_POSITION"})
+        EXPECT_NE(csv.find("\n" + line + "\r\n"), std::string::npos) << line;
+    const json license = json::parse(R"json({
+        "method": "TrackUpdateLicense", "waypoint": null, "name_from": null, "type": "S", "attributes": [
+            {"object": "entitlement_properties", "key": "CV.EXPIRY_DAYS"},
+            {"object": "entitlement_properties", "key": "CV.FEATURE_VERSION"},
+            {"object": "entitlement_properties", "key": "CV.LICENSE_BEHAVIOR"}]})json");
+    const json list = json::parse(WhitelistAsJson(document));
+    EXPECT_EQ(std::count(list.begin(), list.end(), license), 1);
 }

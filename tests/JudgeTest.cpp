@@ -186,14 +186,6 @@ TEST(Judge, LetsALibraryThatTakesEmptyForNoneLeaveEmptyTextsOut)
     EXPECT_EQ(TheJudge(true).OfCall(SmallEvent(), Arguments, without).faults.size(), 1U) << "it is not empty";
 }
 
-TEST(Judge, TakesAPayloadThatIsNoObjectForOneFault)
-{
-    const Texts ofNull = OfCall(json()).Messages();
-    ASSERT_EQ(ofNull.size(), 1U);
-    EXPECT_TRUE(ofNull.front().starts_with("the payload is null: the whitelist")) << ofNull.front();
-    EXPECT_EQ(OfCall({"text"}).Messages(), Texts{R"(the payload is no object: ["text"])"});
-}
-
 TEST(Judge, ShortensLongValuesBetweenCharacters)
 {
     std::string letters = "a"; // so that the cut would be within a character
