@@ -17,12 +17,8 @@ namespace
 
 using OrderedJson = nlohmann::ordered_json;
 
-struct Refused : std::runtime_error
-{
-    using std::runtime_error::runtime_error;
-};
-
-// Throws Refused when the text is no JSON, has a key twice in one object, or has more levels than any payload.
+// Throws std::runtime_error when the text has a key twice in one object or more levels than any payload, otherwise
+// nlohmann's exceptions.
 json ParseLine(const std::string& text)
 {
     constexpr int mostLevels = 100;
@@ -30,29 +26,16 @@ json ParseLine(const std::string& text)
     const auto inspect = [&keys](int depth, json::parse_event_t event, json& parsed)
     {
         if (depth > mostLevels)
-            throw Refused("has more than " + std::to_string(mostLevels) + " levels");
+            throw std::runtime_error("has more than " + std::to_string(mostLevels) + " levels");
         if (event == json::parse_event_t::object_start)
             keys.emplace_back();
         else if (event == json::parse_event_t::object_end)
             keys.pop_back();
         else if (event == json::parse_event_t::key && !keys.back().insert(parsed.get<std::string>()).second)
-            throw Refused("has the key " + JsonTextOf(parsed) + " twice in one object");
+            throw std::runtime_error("has the key " + JsonTextOf(parsed) + " twice in one object");
         return true;
     };
-    try
-    {
-        return json::parse(text, inspect);
-    }
-    catch (const json::parse_error& error)
-    {
-        const bool isCutOff = error.byte > text.size();
-        throw Refused(isCutOff ? "is no JSON text: it ends within it"
-                               : "is no JSON text: it is wrong at byte " + std::to_string(error.byte));
-    }
-    catch (const json::out_of_range&)
-    {
-        throw Refused("has a number that is too large");
-    }
+    return json::parse(text, inspect);
 }
 
 // Whether the payload has the event's type, component type and name, except a name that the caller gives.
@@ -69,25 +52,16 @@ bool HasMarksOf(const DocumentEvent& event, const json& payload)
     return std::all_of(marks.begin(), marks.end(), isAsInTheEvent);
 }
 
-bool HasKey(const DocumentKey& key, const json& payload)
+// How many of the event's keys the payload has, or only of the attributes among them.
+std::size_t KeysOf(const DocumentEvent& event, const json& payload, bool onlyAttributes)
 {
-    if (key.place.empty())
-        return payload.contains(key.name);
-    const auto object = payload.find(key.place);
-    return object != payload.end() && object->contains(key.name);
-}
-
-// How many of the event's keys the payload has.
-std::size_t KeysOf(const DocumentEvent& event, const json& payload)
-{
-    return static_cast<std::size_t>(std::count_if(event.keys.begin(), event.keys.end(),
-                                                  [&payload](const DocumentKey& key) { return HasKey(key, payload); }));
-}
-
-bool HasAnAttributeOf(const DocumentEvent& event, const json& payload)
-{
-    return std::any_of(event.keys.begin(), event.keys.end(),
-                       [&payload](const DocumentKey& key) { return !key.place.empty() && HasKey(key, payload); });
+    const auto isThere = [&payload, onlyAttributes](const DocumentKey& key)
+    {
+        if (key.place.empty())
+            return !onlyAttributes && payload.contains(key.name);
+        return payload.contains(key.place) && payload[key.place].contains(key.name);
+    };
+    return static_cast<std::size_t>(std::count_if(event.keys.begin(), event.keys.end(), isThere));
 }
 
 std::string UnknownEvent(const json& payload)
@@ -112,10 +86,10 @@ CapturedPayload JudgePayload(const Document& document, const Judge& judge, const
     std::map<std::tuple<bool, bool, std::size_t>, std::vector<Candidate>> candidates;
     for (const DocumentEvent& event : document.events)
     {
-        if (!HasMarksOf(event, payload) || (event.nameFrom && !HasAnAttributeOf(event, payload)))
+        if (!HasMarksOf(event, payload) || (event.nameFrom && KeysOf(event, payload, true) == 0))
             continue;
         const Findings findings = judge.OfCaptured(event, payload);
-        candidates[{!event.nameFrom, findings.Messages().empty(), KeysOf(event, payload)}].push_back(
+        candidates[{!event.nameFrom, findings.Messages().empty(), KeysOf(event, payload, false)}].push_back(
             {event.method, findings});
     }
     CapturedPayload judged;
@@ -144,9 +118,19 @@ CapturedPayload JudgeLine(const Document& document, const Judge& judge, const st
             return JudgePayload(document, judge, payload);
         return {0, {}, {"is no object: " + JsonTextOf(payload)}, {}};
     }
-    catch (const Refused& refused)
+    catch (const json::parse_error& error)
     {
-        return {0, {}, {refused.what()}, {}};
+        const std::string where =
+            error.byte > line.size() ? "it ends within it" : "it is wrong at byte " + std::to_string(error.byte);
+        return {0, {}, {"is no JSON text: " + where}, {}};
+    }
+    catch (const json::out_of_range&)
+    {
+        return {0, {}, {"has a number that is too large"}, {}};
+    }
+    catch (const std::runtime_error& refusal)
+    {
+        return {0, {}, {refusal.what()}, {}};
     }
 }
 
@@ -162,9 +146,7 @@ CapturedOutcome JudgeCapturedLines(const Document& document, const Judge& judge,
     for (std::string line; std::getline(input, line);)
     {
         ++number;
-        if (line.ends_with('\r'))
-            line.pop_back();
-        if (line.find_first_not_of(" \t") == std::string::npos)
+        if (line.find_first_not_of(" \t\r") == std::string::npos)
             continue;
         CapturedPayload payload = JudgeLine(document, judge, line);
         payload.line = number;

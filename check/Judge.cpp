@@ -7,7 +7,6 @@
 #include <optional>
 #include <set>
 #include <string_view>
-#include <utility>
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
@@ -100,15 +99,16 @@ std::string WantedForm(const DocumentKey& key, const json& value)
     return "";
 }
 
-class Comparison
+struct Comparison
 {
-public:
-    Comparison(const DocumentEvent& comparedEvent, const json& comparedPayload, const std::vector<json>* callArguments,
-               const ProductFile& productFile, bool takesEmptyForNone)
-        : event(comparedEvent), payload(comparedPayload), arguments(callArguments), product(productFile),
-          emptyIsNone(takesEmptyForNone)
-    {
-    }
+    const DocumentEvent& event;
+    const json& payload;
+    const std::vector<json>* arguments; // null: not known
+    const ProductFile& product;
+    bool emptyIsNone;
+    std::set<std::string> places = {};
+    std::vector<std::string> absentOfTheProduct = {};
+    Findings findings = {};
 
     Findings Result()
     {
@@ -133,7 +133,6 @@ public:
         return findings;
     }
 
-private:
     // Null when the value is not known.
     json Expected(const DocumentKey& key) const
     {
@@ -245,26 +244,7 @@ private:
     static constexpr const char* EmptyTextIsLeftOut =
         "The library takes \"\" for no text: a key whose text is empty is "
         "not sent";
-
-    const DocumentEvent& event;
-    const json& payload;
-    const std::vector<json>* arguments; // null: not known
-    const ProductFile& product;
-    bool emptyIsNone;
-    std::set<std::string> places;
-    std::vector<std::string> absentOfTheProduct;
-    Findings findings;
 };
-
-// For a payload that is no object.
-Findings NoObject(const json& payload)
-{
-    const std::string message =
-        payload.is_null() ? "the payload is null: the whitelist may not have been downloaded, may have expired, or may "
-                            "lack the waypoint or an attribute"
-                          : "the payload is no object: " + JsonTextOf(payload);
-    return {{{"", json::object(), payload, message}}, {}, {}};
-}
 
 } // namespace
 
@@ -279,21 +259,20 @@ std::vector<std::string> Findings::Messages() const
     return messages;
 }
 
-Judge::Judge(ProductFile productFile, bool takesEmptyForNone)
-    : product(std::move(productFile)), emptyIsNone(takesEmptyForNone)
-{
-}
-
 Findings Judge::OfCall(const DocumentEvent& event, const std::vector<json>& arguments, const json& payload) const
 {
+    if (payload.is_null())
+        return {{{"", json::object(), payload,
+                  "the payload is null: the whitelist may not have been downloaded, may have expired, or may lack the "
+                  "waypoint or an attribute"}}};
     if (!payload.is_object())
-        return NoObject(payload);
-    return Comparison(event, payload, &arguments, product, emptyIsNone).Result();
+        return {{{"", json::object(), payload, "the payload is no object: " + JsonTextOf(payload)}}};
+    return Comparison{event, payload, &arguments, product, emptyIsNone}.Result();
 }
 
 Findings Judge::OfCaptured(const DocumentEvent& event, const json& payload) const
 {
-    return Comparison(event, payload, nullptr, product, emptyIsNone).Result();
+    return Comparison{event, payload, nullptr, product, emptyIsNone}.Result();
 }
 
 bool LibraryTakesEmptyForNone()

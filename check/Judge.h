@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -26,9 +27,9 @@ struct Fault
 
 struct Findings
 {
-    std::vector<Fault> faults;
-    std::vector<Fault> productFaults; // of the product's description, which is in every payload
-    std::vector<std::string> remarks;
+    std::vector<Fault> faults = {};
+    std::vector<Fault> productFaults = {}; // of the product's description, which is in every payload
+    std::vector<std::string> remarks = {};
 
     // The messages of all faults, those of the product's description last.
     std::vector<std::string> Messages() const;
@@ -38,7 +39,10 @@ class Judge
 {
 public:
     // `takesEmptyForNone`: the library leaves out a key whose text is empty.
-    Judge(ProductFile productFile, bool takesEmptyForNone);
+    Judge(ProductFile productFile, bool takesEmptyForNone)
+        : product(std::move(productFile)), emptyIsNone(takesEmptyForNone)
+    {
+    }
 
     // Judges a payload of a call with these arguments.
     Findings OfCall(const DocumentEvent& event, const std::vector<nlohmann::json>& arguments,

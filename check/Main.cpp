@@ -143,13 +143,6 @@ int RunCaptured(const Options& options, StandardOutput& output)
                  output, outcome.bad == 0 ? Status::Passed : Status::Failed);
 }
 
-int PrintWhitelist(const Options& options, StandardOutput& output)
-{
-    const Document document = ReadDocument(CompiledInDocument());
-    return Print(options.whitelist == "csv" ? WhitelistAsCsv(document) : WhitelistAsJson(document), output,
-                 Status::Passed);
-}
-
 std::string NoTest(const std::string& name)
 {
     std::string message = "there is no test or method " + name;
@@ -171,7 +164,11 @@ int RunProgram(std::vector<std::string> arguments, StandardOutput& output)
     if (!commandLine.text.empty())
         return Print(commandLine.text, output, Status::Passed);
     if (!options.whitelist.empty())
-        return PrintWhitelist(options, output);
+    {
+        const Document document = ReadDocument(CompiledInDocument());
+        return Print(options.whitelist == "csv" ? WhitelistAsCsv(document) : WhitelistAsJson(document), output,
+                     Status::Passed);
+    }
     if (!options.capturedFile.empty())
         return RunCaptured(options, output);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
@@ -22,22 +23,17 @@ using OrderedJson = nlohmann::ordered_json;
 // attribute. U+FFFD replaces characters that XML does not allow.
 std::string XmlText(const std::string& text)
 {
+    static const std::map<char, std::string> escaped = {{'&', "&amp;"},  {'<', "&lt;"},  {'>', "&gt;"},
+                                                        {'"', "&quot;"}, {'\t', "&#9;"}, {'\n', "&#10;"},
+                                                        {'\r', "&#13;"}};
     const std::string wellFormed = WellFormed(text);
     constexpr std::string_view replacement = "\xEF\xBF\xBD";
     std::string xml;
     for (std::string_view rest = wellFormed; !rest.empty(); rest.remove_prefix(1))
     {
         const char character = rest.front();
-        if (character == '&')
-            xml += "&amp;";
-        else if (character == '<')
-            xml += "&lt;";
-        else if (character == '>')
-            xml += "&gt;";
-        else if (character == '"')
-            xml += "&quot;";
-        else if (character == '\t' || character == '\n' || character == '\r')
-            xml += "&#" + std::to_string(static_cast<int>(character)) + ";";
+        if (const auto found = escaped.find(character); found != escaped.end())
+            xml += found->second;
         else if (static_cast<unsigned char>(character) < 0x20)
             xml += replacement;
         else if (rest.starts_with("\xEF\xBF\xBE") || rest.starts_with("\xEF\xBF\xBF")) // U+FFFE and U+FFFF

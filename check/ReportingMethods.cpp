@@ -39,14 +39,13 @@ Sample<Text> PlainText(const std::string& text)
 // Letters of two, three and four bytes in UTF-8. The last one is beyond U+FFFF.
 constexpr const char* LettersInUtf8 = "\xC3\xBC \xD0\x96 \xE6\xBC\xA2 \xF0\x9F\x98\x80";
 
-Sample<std::wstring> Letters(std::wstring*)
+template <typename Text>
+Sample<Text> Letters()
 {
-    return {"text", L"\u00FC \u0416 \u6F22 \U0001F600", LettersInUtf8};
-}
-
-Sample<std::string> Letters(std::string*)
-{
-    return {"text", LettersInUtf8, LettersInUtf8};
+    if constexpr (std::same_as<Text, std::wstring>)
+        return {"text", L"\u00FC \u0416 \u6F22 \U0001F600", LettersInUtf8};
+    else
+        return {"text", LettersInUtf8, LettersInUtf8};
 }
 
 template <typename Text>
@@ -106,7 +105,7 @@ std::vector<Sample<Value>> SamplesOf([[maybe_unused]] std::size_t position,
             samples.push_back(PlainText<Value>("text " + std::to_string(position + 1)));
         samples.push_back(PlainText<Value>(""));
         samples.push_back(LongText<Value>());
-        samples.push_back(Letters(static_cast<Value*>(nullptr)));
+        samples.push_back(Letters<Value>());
         return samples;
     }
     else if constexpr (std::same_as<Value, Tools>)
@@ -115,7 +114,7 @@ std::vector<Sample<Value>> SamplesOf([[maybe_unused]] std::size_t position,
         return {List("number", 2, last, true),
                 List("text", 2, PlainText<std::wstring>("another tool"), true),
                 List("text", 2, LongText<std::wstring>(), true),
-                List("text", 2, Letters(static_cast<std::wstring*>(nullptr)), true),
+                List("text", 2, Letters<std::wstring>(), true),
                 List("flag", 2, last, false),
                 List("number", 1, last, true),
                 List("number", 300, last, true),

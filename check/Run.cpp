@@ -51,13 +51,14 @@ private:
     std::streambuf* previous;
 };
 
-class Run
+struct Run
 {
-public:
-    Run(const Document& runDocument, const std::filesystem::path& productFile, const Progress& runProgress)
-        : document(runDocument), productPath(productFile), progress(runProgress)
-    {
-    }
+    const Document& document;
+    const std::filesystem::path& productPath;
+    const Progress& progress;
+    std::optional<Judge> judge = {}; // set by Start()
+    RunOutcome outcome = {};
+    std::size_t taken = 0; // number of the recorder's payloads that are judged
 
     RunOutcome Outcome(const std::vector<std::string>& names)
     {
@@ -65,7 +66,6 @@ public:
         progress.onStart(outcome);
         if (!outcome.isInTestMode)
             return outcome;
-        TakeStrayPayloads(*recorder);
         for (const ReportingMethod& method : ReportingMethods())
         {
             if (std::find(names.begin(), names.end(), method.name) == names.end())
@@ -80,7 +80,6 @@ public:
         return outcome;
     }
 
-private:
     std::unique_ptr<PayloadRecorder> Start()
     {
         const CapturedOutput output;
@@ -150,7 +149,14 @@ private:
                 else if (payload.is_discarded())
                     AddFault(test, callText, {"", json::object(), text, "the payload is no JSON text: " + text});
                 else if (event != nullptr)
-                    AddFindings(test, callText, judge->OfCall(*event, call.arguments, payload), remarks);
+                {
+                    const Findings findings = judge->OfCall(*event, call.arguments, payload);
+                    for (const Fault& fault : findings.faults)
+                        AddFault(test, callText, fault);
+                    for (const Fault& fault : findings.productFaults)
+                        ++outcome.productFaults[fault.message];
+                    remarks.insert(findings.remarks.begin(), findings.remarks.end());
+                }
             }
         }
         for (const std::string& remark : remarks)
@@ -178,16 +184,6 @@ private:
         }
     }
 
-    void AddFindings(TestOutcome& test, const std::string& callText, const Findings& findings,
-                     std::set<std::string>& remarks)
-    {
-        for (const Fault& fault : findings.faults)
-            AddFault(test, callText, fault);
-        for (const Fault& fault : findings.productFaults)
-            ++outcome.productFaults[fault.message];
-        remarks.insert(findings.remarks.begin(), findings.remarks.end());
-    }
-
     // Later faults of the same key are only counted.
     static void AddFault(TestOutcome& test, const std::string& callText, const Fault& fault)
     {
@@ -204,13 +200,6 @@ private:
 
     static constexpr const char* UnknownNameIsFiltered = "The library hands over no payload for an event whose name is "
                                                          "not in the vocabulary";
-
-    const Document& document;
-    const std::filesystem::path& productPath;
-    const Progress& progress;
-    std::optional<Judge> judge; // set by Start()
-    RunOutcome outcome;
-    std::size_t taken = 0; // number of the recorder's payloads that are judged
 };
 
 int Refuse(const JsonValue&, void*, JsonValue&)
@@ -246,7 +235,7 @@ std::vector<std::string> RunOutcome::Errors(bool isStrict) const
 RunOutcome ProveMethods(const Document& document, const std::filesystem::path& productFile,
                         const std::vector<std::string>& methods, const Progress& progress)
 {
-    return Run(document, productFile, progress).Outcome(methods);
+    return Run{document, productFile, progress}.Outcome(methods);
 }
 
 void RefuseFurtherPayloads()

@@ -5,20 +5,10 @@ using nlohmann::json;
 namespace Corvane
 {
 
-namespace
-{
-
-std::string Dump(const json& value)
-{
-    return value.dump(-1, ' ', false, json::error_handler_t::replace);
-}
-
-} // namespace
-
 std::string JsonTextOf(const json& value)
 {
     constexpr std::size_t most = 200;
-    std::string text = Dump(value);
+    std::string text = value.dump(-1, ' ', false, json::error_handler_t::replace);
     if (text.size() <= most)
         return text;
     // Never cut within a character of several bytes.
@@ -30,7 +20,7 @@ std::string JsonTextOf(const json& value)
 
 std::string WellFormed(const std::string& text)
 {
-    return json::parse(Dump(text)).get<std::string>();
+    return json::parse(json(text).dump(-1, ' ', false, json::error_handler_t::replace)).get<std::string>();
 }
 
 std::string CountOf(std::size_t count, const std::string& what)
