@@ -223,14 +223,11 @@ struct Comparison
         }
         if (sent == nullptr && expected.is_null())
             findings.faults.push_back({name, nullptr, nullptr, name + ": not sent"});
-        else if (expected.is_null() ? !wantedForm.empty() : sent == nullptr || !IsSame(*sent, expected))
+        // 12.0 is not 12 here.
+        else if (expected.is_null()
+                     ? !wantedForm.empty()
+                     : sent == nullptr || *sent != expected || sent->is_number_float() != expected.is_number_float())
             AddFault(findings.faults, name, expected, expected.is_null() ? wantedForm : JsonTextOf(expected), sent);
-    }
-
-    // 12.0 is not 12 here.
-    static bool IsSame(const json& one, const json& other)
-    {
-        return one == other && one.is_number_float() == other.is_number_float();
     }
 
     static void AddFault(std::vector<Fault>& faults, const std::string& name, const json& expected,

@@ -17,7 +17,6 @@
 #include <check/ReportingMethods.h>
 #include <check/Run.h>
 #include <check/Selection.h>
-#include <check/Status.h>
 #include <check/System.h>
 #include <check/Text.h>
 #include <check/Whitelist.h>
@@ -102,7 +101,7 @@ int RunSelected(const Options& options, const std::vector<std::string>& methods,
                                [&](const TestOutcome& test) { verdicts << VerdictText(test, reported) << std::flush; }};
     const RunOutcome outcome = ProveMethods(document, ProductFilePath(), methods, progress);
 
-    const bool hasPassed = outcome.FailedTests() == 0 && outcome.Errors(options.strict).empty();
+    const bool hasPassed = outcome.FailedTests().empty() && outcome.Errors(options.strict).empty();
     int status = hasPassed ? Status::Passed : Status::Failed;
     status = options.json ? PrintDocument(JsonReport(outcome, document, options.strict), status)
                           : Print(ClosingText(outcome, options.strict), output, status);

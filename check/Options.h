@@ -1,4 +1,4 @@
-// The program's command line.
+// The program's command line and exit status.
 #pragma once
 
 #include <string>
@@ -28,5 +28,15 @@ struct CommandLine
 
 // `arguments` are those after the program's name, in UTF-8.
 CommandLine ReadCommandLine(std::vector<std::string> arguments);
+
+namespace Status
+{
+
+constexpr int Passed = 0;
+constexpr int Failed = 1; // a test failed, or the library refused test mode, or the user has not opted in
+constexpr int Usage = 2;
+constexpr int Output = 3; // output could not be written, whatever the outcome of the tests
+
+} // namespace Status
 
 } // namespace Corvane

@@ -145,12 +145,7 @@ std::string ClosingText(const RunOutcome& outcome, bool isStrict)
         text += RemarkHead(isStrict) + message + ": " + CountOf(count, "test") + "\n";
     for (const std::string& error : outcome.Errors(false))
         text += "ERROR   " + error + "\n";
-    std::vector<std::string> failed;
-    for (const TestOutcome& test : outcome.tests)
-    {
-        if (!test.faults.empty())
-            failed.push_back(test.name);
-    }
+    const std::vector<std::string> failed = outcome.FailedTests();
     text += "\n";
     if (!failed.empty())
         text += "Failed: " + JoinedBy(", ", failed) + "\n";
@@ -171,7 +166,7 @@ std::string JsonReport(const RunOutcome& outcome, const Document& document, bool
     for (const auto& [message, count] : outcome.remarks)
         remarks.push_back({{"message", message}, {"tests", count}});
     const std::vector<std::string> errors = outcome.Errors(isStrict);
-    const std::size_t failed = outcome.FailedTests();
+    const std::size_t failed = outcome.FailedTests().size();
     const OrderedJson report = {
         {"document", {{"version", document.version}}},
         {"strict", isStrict},
@@ -204,7 +199,7 @@ std::string JUnitReport(const RunOutcome& outcome, bool isStrict, const std::str
         addErrors(begunTest, {"not finished"});
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"tavi_check\"" +
            XmlAttribute("tests", std::to_string(outcome.tests.size() + errorCases)) +
-           XmlAttribute("failures", std::to_string(outcome.FailedTests())) +
+           XmlAttribute("failures", std::to_string(outcome.FailedTests().size())) +
            XmlAttribute("errors", std::to_string(errorCases)) + " skipped=\"0\"" +
            XmlAttribute("time", Seconds(seconds)) + ">\n" + cases + "</testsuite>\n";
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -138,28 +139,17 @@ std::vector<std::string> KindsOf(const std::vector<Sample<Value>>& samples)
     return kinds;
 }
 
-// The position of each parameter. Flags are counted apart from the others, so that they alternate.
-template <typename... Values>
-std::array<std::size_t, sizeof...(Values)> Positions()
-{
-    std::size_t flags = 0;
-    std::size_t all = 0;
-    [[maybe_unused]] const auto next = [&flags, &all](bool isFlag)
-    {
-        const std::size_t position = all++;
-        return isFlag ? flags++ : position;
-    };
-    return {next(std::same_as<Values, bool>)...};
-}
-
 template <typename... Values, typename Report, std::size_t... Indices>
 ReportingMethod MethodOf(ReportingMethod method, Report report, std::index_sequence<Indices...>)
 {
-    [[maybe_unused]] const auto positions = Positions<Values...>();
+    const std::array<bool, sizeof...(Values)> isFlag = {std::same_as<Values, bool>...};
+    // Flags are counted apart from the others, so that they alternate.
+    [[maybe_unused]] const auto position = [&isFlag](std::size_t index) -> std::size_t
+    { return isFlag.at(index) ? std::accumulate(isFlag.begin(), isFlag.begin() + index, std::size_t{0}) : index; };
     [[maybe_unused]] const auto namesFor = [&method](std::size_t index)
     { return index == 0 ? method.eventNames : std::vector<std::string>(); };
     const auto samples = std::make_shared<const std::tuple<std::vector<Sample<Values>>...>>(
-        SamplesOf<Values>(std::get<Indices>(positions), namesFor(Indices))...);
+        SamplesOf<Values>(position(Indices), namesFor(Indices))...);
     method.samples = {KindsOf(std::get<Indices>(*samples))...};
     method.call = [samples, report](const std::vector<std::size_t>& chosen)
     {

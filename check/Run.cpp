@@ -12,8 +12,8 @@
 
 #include <TaviDesktopSDK/TaviDesktopSDK.h>
 
+#include <check/Options.h>
 #include <check/ReportingMethods.h>
-#include <check/Status.h>
 #include <check/Text.h>
 #include <recorder/PayloadRecorder.h>
 #include <telemetry/CorvaneTavi.h>
@@ -210,10 +210,15 @@ int Refuse(const JsonValue&, void*, JsonValue&)
 
 } // namespace
 
-std::size_t RunOutcome::FailedTests() const
+std::vector<std::string> RunOutcome::FailedTests() const
 {
-    const auto hasFailed = [](const TestOutcome& test) { return !test.faults.empty(); };
-    return static_cast<std::size_t>(std::count_if(tests.begin(), tests.end(), hasFailed));
+    std::vector<std::string> failed;
+    for (const TestOutcome& test : tests)
+    {
+        if (!test.faults.empty())
+            failed.push_back(test.name);
+    }
+    return failed;
 }
 
 std::vector<std::string> RunOutcome::Errors(bool isStrict) const

@@ -51,7 +51,7 @@ struct RunOutcome
     Counts remarks;                  // with the number of tests
     std::vector<ReceivedPayload> payloads;
 
-    std::size_t FailedTests() const;
+    std::vector<std::string> FailedTests() const; // their names
 
     // All errors that belong to no test, with the remarks when `isStrict`.
     std::vector<std::string> Errors(bool isStrict) const;
