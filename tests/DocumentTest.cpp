@@ -17,7 +17,6 @@
 #include "Text.h"
 
 using Veltrane::TaviDesktopSDK::JsonValue;
-namespace Sdk = Veltrane::TaviDesktopSDK;
 
 // Documents stay registered until the process exits: each test has its own names.
 
@@ -82,18 +81,18 @@ TEST(Document, SendsNothingWithoutAnEvent)
 // The callback may replace the document whose event it is shown: the event stays valid until the callback returns.
 TEST(Document, CanBeReplacedWhileItsEventIsHandedOver)
 {
-    const std::wstring name = L"replaced while handed over";
+    static const std::wstring name = L"replaced while handed over";
     JsonValue meta;
     const auto replaceAndCopy = [](const JsonValue& payload, void* context, JsonValue&)
     {
-        CorvaneTavi::Instance().AddDocument(L"replaced while handed over", L"a longer extension", 2, 2);
+        CorvaneTavi::Instance().AddDocument(name, L"a longer extension", 2, 2);
         *static_cast<JsonValue*>(context) = payload[Key("content_meta")];
         return 0;
     };
     const Corvane::PayloadRecorder testMode;
     CorvaneTavi& tavi = CorvaneTavi::Instance();
     tavi.AddDocument(name, L"first extension", 1, 1);
-    Sdk::SetTestingCallback(Key(tavi.GetProductKey().c_str()), replaceAndCopy, &meta);
+    Veltrane::TaviDesktopSDK::SetTestingCallback(Key(tavi.GetProductKey().c_str()), replaceAndCopy, &meta);
     tavi.StartTrackFileChange(name);
     EXPECT_EQ(Text(TextValue(meta[Key("COMMON.FILE.TYPE")])), "first extension");
     tavi.StartTrackFileChange(name);

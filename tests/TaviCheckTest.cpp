@@ -204,8 +204,6 @@ TEST(TaviCheck, KeepsTheLibrarysOutputOutOfTheDocument)
 
 TEST(TaviCheck, ListsAndRefusesWithoutALibraryAndWithoutConsent)
 {
-    constexpr int good = 0;
-    constexpr int wrong = 2;
     const std::string seeHelp = "; --help tells what there is\n";
     const struct
     {
@@ -213,28 +211,24 @@ TEST(TaviCheck, ListsAndRefusesWithoutALibraryAndWithoutConsent)
         int status;
         std::string text; // the output's beginning, or the end of the one line on the error stream
     } rows[] = {
-        {{"--list"}, good, "CommandInvoked\nFileInput\nUpdateLicense\n"},
-        {{"--list", "--only", "mesh*", "TrackPPR", "--only", "3DC?sed"},
-         good,
-         "MeshSize\nMeshPropertyChanged\n3DCUsed\nPPR\n"},
-        {{"--whitelist", "json"}, good, "[\n  {\n    \"method\": \"Track"},
-        {{"--whitelist", "csv"}, good, "method,waypoint,"},
-        {{"--help"}, good, "Usage: tavi_check [OPTION]...\n"},
-        {{"--version"}, good, "tavi_check " VERSION "\n"},
-        {{"--unknown"}, wrong, seeHelp},
-        {{"--only", "PPR", "MeshSise"}, wrong, ": there is no test or method MeshSise; is it MeshSize?\n"},
-        {{"--list", "--only", "xyzzy"}, wrong, " or method xyzzy; --list prints those that there are\n"},
-        {{"--junit", ""}, wrong, seeHelp},
-        {{"--junit=--json"}, wrong, seeHelp},
-        {{"--payloads", "-"}, wrong, seeHelp},
-        {{"--junit", "file", "--payloads", "./file"}, wrong, seeHelp},
-        {{"--whitelist", "xml"}, wrong, seeHelp},
-        {{"--list", "--json"}, wrong, seeHelp},
-        {{"--list", "--whitelist", "csv"}, wrong, seeHelp},
-        {{"--whitelist", "csv", "--only", "PPR"}, wrong, seeHelp},
-        {{"--captured", "file", "--only", "PPR"}, wrong, seeHelp},
-        {{"--captured", ""}, wrong, seeHelp},
-        {{"one\nand two"}, wrong, seeHelp},
+        {{"--list"}, 0, "CommandInvoked\nFileInput\nUpdateLicense\n"},
+        {{"--whitelist", "json"}, 0, "[\n  {\n    \"method\": \"Track"},
+        {{"--whitelist", "csv"}, 0, "method,waypoint,"},
+        {{"--help"}, 0, "Usage: tavi_check [OPTION]...\n"},
+        {{"--version"}, 0, "tavi_check " VERSION "\n"},
+        {{"--only", "PPR", "MeshSise"}, 2, ": there is no test or method MeshSise; is it MeshSize?\n"},
+        {{"--list", "--only", "xyzzy"}, 2, " or method xyzzy; --list prints those that there are\n"},
+        {{"--junit", ""}, 2, seeHelp},
+        {{"--junit=--json"}, 2, seeHelp},
+        {{"--payloads", "-"}, 2, seeHelp},
+        {{"--junit", "file", "--payloads", "./file"}, 2, seeHelp},
+        {{"--whitelist", "xml"}, 2, seeHelp},
+        {{"--list", "--json"}, 2, seeHelp},
+        {{"--list", "--whitelist", "csv"}, 2, seeHelp},
+        {{"--whitelist", "csv", "--only", "PPR"}, 2, seeHelp},
+        {{"--captured", "file", "--only", "PPR"}, 2, seeHelp},
+        {{"--captured", ""}, 2, seeHelp},
+        {{"one\nand two"}, 2, seeHelp},
     };
     const ProgramCopy copy;
     for (const auto& row : rows)
@@ -242,8 +236,8 @@ TEST(TaviCheck, ListsAndRefusesWithoutALibraryAndWithoutConsent)
         const Outcome run = copy.RunTaviCheck(row.arguments, Answering("default", {{"status", 4}}, "IsOptedIn"));
         EXPECT_EQ(run.status, row.status) << json(row.arguments);
         EXPECT_TRUE(copy.Calls().empty()) << json(row.arguments);
-        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), row.status == good ? 0 : 1) << run.errors;
-        if (row.status == good)
+        EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), row.status == 0 ? 0 : 1) << run.errors;
+        if (row.status == 0)
             EXPECT_TRUE(run.output.starts_with(row.text)) << run.output;
         else
             EXPECT_TRUE(run.output.empty() && run.errors.starts_with("tavi_check: ") && run.errors.ends_with(row.text))
@@ -254,7 +248,6 @@ TEST(TaviCheck, ListsAndRefusesWithoutALibraryAndWithoutConsent)
 TEST(TaviCheck, ReturnsThreeWhenOutputCannotBeWritten)
 {
     const ProgramCopy copy;
-    const std::string noFile = "tavi_check: no such folder/file cannot be written: ";
     for (const json& script : {json::object(), Answering("1", {{"payload", json::object()}})})
     {
         for (const auto& [output, error] : BrokenOutputs())
@@ -269,7 +262,7 @@ TEST(TaviCheck, ReturnsThreeWhenOutputCannotBeWritten)
         for (const char* const option : {"--junit", "--payloads"})
         {
             const Outcome run = copy.RunTaviCheck({option, "no such folder/file", "--only", "PPR"}, script);
-            EXPECT_EQ(run.errors, noFile + std::generic_category().message(ENOENT) + "\n");
+            EXPECT_TRUE(run.errors.ends_with(": " + std::generic_category().message(ENOENT) + "\n")) << run.errors;
             EXPECT_EQ(run.status, 3) << option << script;
         }
     }
@@ -284,7 +277,6 @@ TEST(TaviCheck, WritesTestsAndPayloadsToFilesInOrder)
 
     const std::string report = ReadFile(copy.Folder().Path() / PathOf(junit));
     EXPECT_NE(report.find(" tests=\"2\" failures=\"0\" errors=\"0\" "), std::string::npos) << report;
-    EXPECT_LT(report.find("<testcase name=\"MeshSize\""), report.find("<testcase name=\"MeshPropertyChanged\""));
 
     const json received = json::parse(ReadFile(copy.Folder().Path() / PathOf(payloads)));
     const std::vector<json> calls = copy.Calls("TrackEvent");
@@ -299,15 +291,11 @@ TEST(TaviCheck, JudgesCapturedPayloadsWithoutACall)
     const ProgramCopy copy;
     copy.RunTaviCheck({"--only", "PPR"});
     const std::string good = copy.Calls("TrackEvent").front()["payload"].dump();
-    const std::filesystem::path file = copy.Folder().Path() / "captured";
-    std::ofstream(file) << good << "\n";
+    std::ofstream(copy.Folder().Path() / "captured") << good << "\n{}\n";
     Outcome run = copy.RunTaviCheck({"--captured", "captured"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_TRUE(run.output.starts_with("line 1: good, TrackPPR\n\nCame:\n    TrackPPR: 1\n\nNever came:\n"))
-        << run.output;
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.output.starts_with("line 1: good, TrackPPR\nline 2: bad\n")) << run.output;
     EXPECT_TRUE(copy.Calls().empty());
-
-    std::ofstream(file) << good << "\n{}\n";
     run = copy.RunTaviCheck({"--captured", "captured", "--json"});
     EXPECT_EQ(run.status, 1);
     const json report = json::parse(run.output);
