@@ -103,8 +103,9 @@ CapturedPayload JudgePayload(const Document& document, const Judge& judge, const
     {
         judged.methods.push_back(method);
         judged.remarks = findings.remarks;
+        const std::string head = best.size() > 1 ? "as " + method + ", " : "";
         for (const std::string& fault : findings.Messages())
-            judged.faults.push_back((best.size() > 1 ? "as " + method + ", " : "") + fault);
+            judged.faults.push_back(head + fault);
     }
     return judged;
 }

@@ -132,7 +132,7 @@ TEST(Captured, NamesALineThatIsNoPayloadOrOfNoEventAndJudgesTheNext)
     };
     for (const auto& row : rows)
     {
-        const std::vector<CapturedPayload> judged = JudgementOf("\n" + row.line + "\r\n \r\n" + good + "\n").payloads;
+        const std::vector<CapturedPayload> judged = JudgementOf("\n" + row.line + "\n \r\n" + good + "\r\n").payloads;
         ASSERT_EQ(judged.size(), 2U);
         EXPECT_EQ(judged[0].line, 2U);
         EXPECT_EQ(judged[0].faults, Texts{row.fault});
