@@ -4,6 +4,7 @@
 #include <set>
 #include <stdexcept>
 #include <tuple>
+#include <utility>
 
 #include <check/Text.h>
 
@@ -77,11 +78,7 @@ std::string UnknownEvent(const json& payload)
 // Judges the payload as the event that it fits best, or as each of several.
 CapturedPayload JudgePayload(const Document& document, const Judge& judge, const json& payload)
 {
-    struct Candidate
-    {
-        std::string method;
-        Findings findings;
-    };
+    using Candidate = std::pair<std::string, Findings>; // an event's method, and the payload judged as that event
     // A name of the event's own counts more than the absence of faults, and that more than the number of its keys.
     std::map<std::tuple<bool, bool, std::size_t>, std::vector<Candidate>> candidates;
     for (const DocumentEvent& event : document.events)

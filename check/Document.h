@@ -21,6 +21,7 @@ struct LeftOut
 };
 
 // A key of a payload.
+// NOLINTNEXTLINE(bugprone-exception-escape): moving a JSON value does not throw
 struct DocumentKey
 {
     std::string name;

@@ -96,7 +96,7 @@ TEST(Judge, ComparesEveryKeyWithItsArgumentOrElseItsForm)
         std::string key;
         json sent;
         json expected;
-        std::string form = ""; // what a captured payload must have; empty: it is good
+        std::string form{}; // what a captured payload must have; empty: it is good
     } rows[] = {
         {"", "type", "S", "C", R"("C")"},
         {"", "type", nullptr, "C", R"("C")"},

@@ -51,8 +51,8 @@ void JoinHiddenConsole()
     const Handle thread(started.hThread);
     const Handle process(started.hProcess);
 
-    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-    const HANDLE errors = GetStdHandle(STD_ERROR_HANDLE);
+    void* const output = GetStdHandle(STD_OUTPUT_HANDLE);
+    void* const errors = GetStdHandle(STD_ERROR_HANDLE);
     FreeConsole();
     while (AttachConsole(started.dwProcessId) == 0)
         Check(WaitForSingleObject(process.get(), 10) == WAIT_TIMEOUT, "cannot attach to a console");
