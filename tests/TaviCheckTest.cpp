@@ -15,7 +15,6 @@
 
 #include "Differences.h"
 #include "Program.h"
-#include "Utf8Path.h"
 
 using nlohmann::json;
 

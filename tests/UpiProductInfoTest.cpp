@@ -9,7 +9,6 @@
 
 #include "SharedLibrary.h"
 #include "TemporaryFolder.h"
-#include "Utf8Path.h"
 
 namespace
 {

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "Program.h"
-#include "Utf8Path.h"
 
 TEST(Version, TheNewestOneInTheChangelogIsTheProjects)
 {

@@ -9,7 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include "TemporaryFolder.h"
-#include "Utf8Path.h"
 
 enum class OutputTo
 {

@@ -1,5 +1,4 @@
 #include "Program.h"
-#include "Utf8Path.h"
 
 #include <windows.h>
 

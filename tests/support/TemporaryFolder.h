@@ -9,7 +9,11 @@
 #include <string_view>
 #include <system_error>
 
-#include "Utf8Path.h"
+#include <check/FileNames.h>
+
+// Texts of this project and of its build are UTF-8.
+using Corvane::PathOf;
+using Corvane::Utf8Of;
 
 class TemporaryFolder
 {
