@@ -74,7 +74,8 @@ in_bare_root() {
 # Installs the packages, and uses them as their users do. Nothing of them stays when they are purged.
 use_packages() {
     in_bare_root sh -euc '
-        apt-get install -y "$0"/build/packages/corvane-tavi*.deb >/dev/null
+        export DEBIAN_FRONTEND=noninteractive
+        apt-get install -y "$0"/build/packages/corvane-tavi*.deb pkgconf >/dev/null
         cvtavi_test | diff "$0/tests/data/good_run.txt" -
         tavi_check | tail -n 1
         ls /usr/share/doc/corvane-tavi/events.html
