@@ -128,6 +128,8 @@ TEST(Captured, NamesALineThatIsNoPayloadOrOfNoEventAndJudgesTheNext)
         {R"({"a":{"b":1},"c":[{"b":1,"b":2}]})", R"(has the key "b" twice in one object)"},
         {"{\"type\":\"\xFF\"}", "is no JSON text: it is wrong at byte 10"},
         {R"({"a":{"type":1},"type":2})", "is of no event: its type is 2, its component type none and its name none"},
+        {R"({"type":"D","component_name":"x"})",
+         R"(is of no event: its type is "D", its component type none and its name "x")"},
         {name.dump(), R"(is a waypoint whose name no event has, "CV.MESH_SIZES")"},
     };
     for (const auto& row : rows)

@@ -11,7 +11,9 @@
 #include <nlohmann/json.hpp>
 
 #include <check/Document.h>
+#include <check/ProductFile.h>
 #include <check/Whitelist.h>
+#include <telemetry/CorvaneTavi.h>
 
 #include "Differences.h"
 
@@ -53,6 +55,17 @@ TEST(CheckReport, AFaultIsPrintedOnceWithItsCallAndThenOnlyNamed)
               "FAILED, as above: scope\n    2 payloads were received, not one\n        by TrackTwo(2)\n");
     EXPECT_EQ(VerdictText(FailedTest("Five", {WrongCount}), reported),
               "FAILED, as above: 2 payloads were received, not one\n");
+}
+
+TEST(Run, AMethodThatTheDocumentLacksAndAPayloadAfterTheLastCallAreWrong)
+{
+    const Progress progress = {[](const RunOutcome&) {}, [](const RunOutcome&, const std::string&) {},
+                               [](const TestOutcome&) { CorvaneTavi::Instance().TrackNavBarClosed(); }};
+    const RunOutcome outcome = ProveMethods({}, ProductFilePath(), {"TrackNavBarClosed"}, progress);
+    ASSERT_EQ(outcome.FailedTests(), std::vector<std::string>{"NavBarClosed"});
+    EXPECT_TRUE(outcome.tests[0].faults[0].fault.message.starts_with("docs/events.json lacks this method"));
+    ASSERT_EQ(outcome.errors.size(), 1U);
+    EXPECT_TRUE(outcome.errors[0].starts_with("a payload came without a call: {")) << outcome.errors[0];
 }
 
 TEST(CheckReport, TheClosingTextHasRemarksErrorsFailedNamesAndNumbers)

@@ -46,18 +46,30 @@ TEST(Console, OutputThatCannotBeWrittenPutsTheStreamIntoAnErrorState)
 {
     class Full : public std::streambuf
     {
+        int sync() override { return -1; }
     };
-    for (const std::wstring& text : {std::wstring(L"text"), std::wstring(1, L'\0')})
+    for (const std::wstring& text : {std::wstring(L"text"), std::wstring(1, L'\0'), std::wstring()})
     {
         const Utf8Console console;
         Full full;
         std::streambuf* const previous = std::cout.rdbuf(&full);
-        std::wcout << text;
+        std::wcout << text << std::flush;
         EXPECT_TRUE(std::wcout.bad());
         std::wcout.clear();
         std::cout.rdbuf(previous);
         std::cout.clear();
     }
+}
+
+TEST(Console, WhatIsHeldBackComesOutWhenStandardOutputEnds)
+{
+    testing::internal::CaptureStdout();
+    {
+        const StandardOutput output;
+        std::cout << "text";
+        std::wcout << wchar_t{0xD83D};
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "text\xEF\xBF\xBD");
 }
 
 TEST(Console, TheStreamWorksAsBeforeWhenTheConsoleIsGone)

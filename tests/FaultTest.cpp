@@ -194,6 +194,18 @@ TEST(Fault, AnEventThatDoesNotComeBackFailsItsTestAlone)
     ExpectRun(Always("TrackEvent", {{"callbacks", 0}}), UniformRun("", false), 1);
 }
 
+// The library ends the process between the last two tests, first behind a verdict and then behind a diagnostic line.
+TEST(Fault, AllThatIsPrintedArrivesIfTheLibraryEndsTheProcess)
+{
+    const std::size_t number = TheCatalogue().size() - 1; // of the last event before
+    const std::string whole = UniformRun("PASSED\n", true);
+    const std::string printed = whole.substr(0, whole.find("\n" + TheCatalogue().back().title + "\n"));
+    json script = {{"SetTestingCallback", {{"2", {{"prints", ""}}}}}};
+    ExpectRun(script, printed, 9);
+    script["TrackEvent"][std::to_string(number)]["status"] = 1;
+    ExpectRun(script, printed + NoticeOfRefusal(TheCatalogue()[number - 1]), 9);
+}
+
 TEST(Fault, APayloadThatComesBackTwiceIsJudgedTwice)
 {
     ExpectRun(Always("TrackEvent", {{"callbacks", 2}}), UniformRun("PASSED\nPASSED\n", true), 0);

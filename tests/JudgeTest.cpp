@@ -184,6 +184,7 @@ TEST(Judge, LetsALibraryThatTakesEmptyForNoneLeaveEmptyTextsOut)
     EXPECT_EQ(findings.remarks, Texts{R"(The library takes "" for no text: a key whose text is empty is not sent)"});
     EXPECT_EQ(TheJudge(true).OfCaptured(SmallEvent(), without).Messages(), Texts());
     EXPECT_EQ(TheJudge(true).OfCall(SmallEvent(), Arguments, without).faults.size(), 1U) << "it is not empty";
+    EXPECT_FALSE(LibraryTakesEmptyForNone()) << "the stand-in keeps empty texts";
 }
 
 TEST(Judge, ShortensLongValuesBetweenCharacters)

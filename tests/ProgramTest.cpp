@@ -79,6 +79,17 @@ TEST(Program, WithoutAUsableProductFileTheRunIsGoodAndEveryIdentifierUndefined)
     expectUndefined();
 }
 
+TEST(Program, AnEmptyIdentifierLeavesTheProductKeyEmptyAndTheRunGood)
+{
+    const ProgramCopy copy;
+    std::string text = ReadFile(copy.ProductFile());
+    const std::string build = "value=\"27.0.214\"";
+    copy.Folder().Write(copy.ProductFile(), text.replace(text.find(build), build.size(), "value=\"\""));
+    ExpectGoodRun(copy.Run());
+    EXPECT_EQ(copy.Calls("SetTestingFlags").front()["productKey"], "");
+    EXPECT_EQ(copy.RunTaviCheck({"--only", "PPR"}).status, 0);
+}
+
 // With the C++ library's default streams, wide and narrow lines would be lost after the first such character.
 TEST(Program, MismatchesBeyondAsciiArriveCompleteInAFileAPipeAndATerminal)
 {

@@ -134,6 +134,14 @@ TEST(TaviCheck, ReportsWhatTheLibraryDoesToCallsAndToTheStart)
     }
 }
 
+TEST(TaviCheck, UploadsNothingAndTakesItsRecorderBackBeforeItRefusesPayloads)
+{
+    const ProgramCopy copy;
+    copy.RunTaviCheck({"--only", "PPR"});
+    EXPECT_EQ(copy.Calls("SetTestingFlags").front()["flags"]["Testing_EnableUpload"], false);
+    EXPECT_EQ(copy.Calls("SetTestingCallback").size(), 3U);
+}
+
 TEST(TaviCheck, FailsForAPayloadWhileTheLibraryIsUnloaded)
 {
     const Outcome run = ProgramCopy().RunTaviCheck({}, Answering("default", {{"atExit", {1}}}, "SetTestingCallback"));

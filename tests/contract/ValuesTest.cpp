@@ -291,6 +291,7 @@ TEST(Needed, IntegersHave64Bits)
             << "JsonValue(long long) followed by the conversion to long long does not give the same number.";
     EXPECT_TRUE(Differ(JsonValue(9007199254740993LL), JsonValue(9007199254740992LL)))
         << "Compare() does not tell large integers apart: they are held with fewer than 64 bits.";
+    EXPECT_TRUE(Differ(JsonValue(1LL), JsonValue(4294967297LL))) << "Compare() compares fewer than 64 bits.";
 }
 
 TEST(Assumed, ValuesOfDifferentTypesDiffer)
