@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Slips in the sources of the event reference must be named with their place, and events_diff.sh must print each change.
 
-    reference_test.py SOURCES
+    reference_test.py SOURCES EVENT_PROBE
 """
 
 import copy
@@ -14,12 +14,13 @@ import tempfile
 import unittest
 from pathlib import Path
 
-SOURCES = Path(sys.argv[1])
+SOURCES, EVENT_PROBE = (Path(argument).absolute() for argument in sys.argv[1:])
 sys.path.insert(0, str(SOURCES / "tools"))
 
 import changes  # noqa: E402
 import document  # noqa: E402
 import header  # noqa: E402
+import render  # noqa: E402
 
 DOCUMENT = json.loads((SOURCES / "docs/events.json").read_text(encoding="utf-8"))
 EVENTS = [event for group in DOCUMENT["groups"] for event in group["events"]]
@@ -43,6 +44,7 @@ class Slips(unittest.TestCase):
             ("int TrackA(int a);", shape),
             ("void TrackA(int);", shape),
             ("static void TrackA(int a);", shape),
+            ("void TrackA() {}", shape),
             ("template <typename T> void TrackA(T a);", shape),
             ("void TrackA(Unknown a);", "unknown type name 'Unknown'"),
             ("void TrackB(); void TrackB(int a);", "TrackB is declared twice"),
@@ -51,7 +53,8 @@ class Slips(unittest.TestCase):
                                   f"class CorvaneTavi {{\npublic:\n    // Group\n    {declaration}\n}};\n")
         self.expect_of_header("Header.h:3: TrackA is in no group",
                               "class CorvaneTavi {\npublic:\n    void TrackA();\n};\n")
-        self.expect_of_header("Header.h declares no reporting method", "class Other {};\n")
+        self.expect_of_header("Header.h declares no reporting method",
+                              "class CorvaneTavi {\nprivate:\n    // Group\n    void TrackA();\n};\n")
 
     def test_in_the_vocabulary(self):
         for constant, sentence in (
@@ -71,8 +74,10 @@ class Slips(unittest.TestCase):
             ("events", {"TrackGone": "Counts."}, "events: Additional properties are not allowed ('TrackGone' was"),
             ("events", {"TrackPPR": "no sentence"}, "events, TrackPPR: 'no sentence' does not match"),
             ("keys", {text: None}, f"keys: '{text}' is a required property"),
+            ("keys", {"GONE": {}}, "keys: Additional properties are not allowed ('GONE' was"),
             (text, {"sensitivity": "secret"}, f"keys, {text}, sensitivity: 'secret' is not one of"),
             (text, {"reason": None}, f"keys, {text}: 'reason' is a required property"),
+            (text, {"reason": "No stop"}, f"keys, {text}, reason: 'No stop' does not match"),
             (text, {"no_personal_text": True}, f"keys, {text}, no_personal_text: True is not of type 'string'"),
             (text, {"unit": "mm"}, f"keys, {text}: Additional properties are not allowed ('unit' was"),
             (number, {"unit": None}, f"keys, {number}: 'unit' is a required property"),
@@ -104,10 +109,31 @@ class Slips(unittest.TestCase):
                     document.condition_of, key, method((0, "empty", {"A": "1"})), {})
         self.expect("TrackA sends B as null", document.describe_key, key, None, method(), {}, [])
         declared = header.Method("TrackA", "void TrackA();", [], "Group", "", "")
-        for declarations, methods in ([declared], []), ([], [method()]):
+        for declarations, methods in ([declared], []), ([], [method()]), ([declared], [method(), method()]):
             self.expect(f"TrackA has {len(methods)} lines in check/ReportingMethods.cpp and {len(declarations)} decl",
                         document.check_names, declarations, methods)
         self.expect('CHANGELOG.md has no line "## 1.2.0 - "', document.read_changelog, "## 1.1.0 - 2026-01-01", "1.2.0")
+
+
+class Files(unittest.TestCase):
+    def test_check_names_one_that_is_out_of_date_and_a_probe_that_fails(self):
+        with tempfile.TemporaryDirectory() as folder:
+            sources = Path(folder)
+            for name in ("CHANGELOG.md", "harness", "sdk", "telemetry"):
+                (sources / name).symlink_to(SOURCES / name)
+            shutil.copytree(SOURCES / "docs", sources / "docs")
+            (sources / "docs/events.csv").write_bytes(b"stale")
+            for probe, sentence in ((EVENT_PROBE, "docs/events.csv is out of date."),
+                                    ("false", "The event reference cannot be made: false ends with 1")):
+                command = [SOURCES / "tools/reference.py", "check", probe, sources]
+                run = subprocess.run([sys.executable, "-B", *command, DOCUMENT["product"], DOCUMENT["version"]],
+                                     capture_output=True, encoding="utf-8", check=False)
+                self.assertEqual(run.returncode, 1)
+                self.assertIn(sentence, run.stderr)
+
+    def test_a_bar_in_markdown_does_not_end_a_cell(self):
+        bar = {**DOCUMENT, "common": [{**DOCUMENT["common"][0], "example": "a|b"}]}
+        self.assertIn(r'| `"a\|b"` |', render.markdown(bar, changes.compare(bar, bar)))
 
 
 # One event, with texts that do not depend on the annotations.
@@ -178,6 +204,8 @@ class Changes(unittest.TestCase):
         head = "# Changelog\n\n## Unreleased\n\n- {}\n\n## 1.0.0 - 2026-01-01\n\n- `CV.MESH_SIZE_NODES`\n"
         for line, count in (("`CV.MESH_SIZE_NODES` is gone.", 0), ("CV.MESH_SIZE_NODES is gone.", 1)):
             self.assertEqual(len(changes.unlisted(comparison, head.format(line))), count)
+        for text, unreleased in ((head, True), (head.replace("- {}\n", ""), False)):
+            self.assertEqual(document.read_changelog(text, "1.0.0"), ("2026-01-01", unreleased))
 
 
 class Script(unittest.TestCase):
@@ -218,8 +246,10 @@ class Script(unittest.TestCase):
     def test_says_what_is_wrong(self):
         self.write("docs/no.json", "{\n!")
         self.write("docs/other.json", '{"version": "1"}')
+        (self.checkout / "docs/latin1.json").write_bytes('{"purpose": "Ä."}'.encode("latin-1"))
         for name, sentence in (
             ("no.json", "no.json is not JSON: Expecting property name"),
+            ("latin1.json", "latin1.json is not JSON: 'utf-8' codec can't decode byte 0xc4"),
             ("other.json", "other.json is not a document of events in the present form: it has no 'date'"),
             ("9.9.9", '"9.9.9" is neither a file nor a release in docs/released nor a revision of git'),
         ):
