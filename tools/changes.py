@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Prints how two documents of events, such as docs/events.json, differ in what is sent.
 
-    changes.py [--json] OLD [NEW]
+    changes.py [--json] [--date DAY] OLD [NEW]
 
 scripts/events_diff.sh runs this; its help has the rest.
 """
 
+import argparse
+import datetime
 import json
 import os
 import re
@@ -24,6 +26,9 @@ OF_EVENTS = {
     "type": ("type", "event type"),
     "scope": ("scope", "scope"),
     "purpose": ("purpose", "purpose"),
+    "owner": ("owner", "owner"),
+    "reviewed": ("reviewed", "last review"),
+    "wanted_until": ("wanted_until", "wanted until"),
 }
 OF_KEYS = {
     "place": ("place", "place"),
@@ -39,6 +44,8 @@ OF_KEYS = {
     "personal_text": ("personal_text", "may hold a person's text"),
     "no_personal_text": ("no_personal_text", "why no person's text gets in"),
 }
+# What people say of an event or a key. A change of it does not change what is sent, nor how sensitive that is.
+SAID = ("purpose", "owner", "reviewed", "wanted_until", "reason", "no_personal_text")
 # Keys whose fixed values are compared as members of the event.
 TOLD_BY_THE_EVENT = ("type", "scope", "component_name")
 
@@ -121,8 +128,8 @@ def _compare_events(old, new):
             continue
         yield from _compare_signatures(method, before["signatures"], event["signatures"])
         for member, (what, label) in OF_EVENTS.items():
-            if before[member] != event[member]:
-                yield _changed(method, None, None, what, label, before[member], event[member])
+            if before.get(member) != event.get(member):
+                yield _changed(method, None, None, what, label, before.get(member), event.get(member))
         yield from _compare_keys(method, before["keys"], event["keys"])
     for method, event in old.items():
         if method not in new:
@@ -141,13 +148,23 @@ def compare(old, new):
     }
 
 
+def passed(document, day):
+    """The events that are not wanted any more on `day`, a datetime.date."""
+    return [{"event": method, "wanted_until": event["wanted_until"], "owner": event["owner"]}
+            for method, event in _events(document).items() if (event.get("wanted_until") or "9999") < day.isoformat()]
+
+
+def of_what_is_sent(comparison):
+    return [change for change in comparison["changes"] if change["what"] not in SAID]
+
+
 def unlisted(comparison, changelog):
-    """The removals and changes that the changelog does not mention above the old version: by the key, or by the method
-    where a whole event is concerned, between backticks."""
+    """The removals and changes of what is sent that the changelog does not mention above the old version: by the key,
+    or by the method where a whole event is concerned, between backticks."""
     newer, heading, _ = changelog.partition(f"\n## {comparison['old']['version']} ")
     if not heading:
         raise Trouble(f"CHANGELOG.md has no section of version {comparison['old']['version']}")
-    return [change for change in comparison["changes"]
+    return [change for change in of_what_is_sent(comparison)
             if change["change"] != "added" and f"`{change['key'] or change['event']}`" not in newer]
 
 
@@ -188,11 +205,15 @@ def find(name):
     return parse(text, f"{DOCUMENT} of {name}")
 
 
-def main(as_json, old, new=str(ROOT / DOCUMENT)):
+def main(arguments):
     try:
-        comparison = compare(find(old), find(new))
-        lines = [json.dumps(comparison, indent=4, ensure_ascii=False)] if as_json else [
-            change["text"] for change in comparison["changes"]]
+        new = find(arguments.new)
+        comparison = compare(find(arguments.old), new) | {
+            "date": arguments.date.isoformat(), "passed": passed(new, arguments.date)}
+        lines = [json.dumps(comparison, indent=4, ensure_ascii=False)] if arguments.json else [
+            *(change["text"] for change in comparison["changes"]),
+            *(f"{event['event']}: wanted until {event['wanted_until']}, which has passed; owner: "
+              f"{event['owner'] or 'not named'}" for event in comparison["passed"])]
         print("".join(line + "\n" for line in lines), end="", flush=True)
     except Trouble as trouble:
         print(f"events_diff.sh: {trouble}", file=sys.stderr)
@@ -204,8 +225,19 @@ def main(as_json, old, new=str(ROOT / DOCUMENT)):
     return 1 if comparison["changes"] else 0
 
 
+def parse_arguments():
+    def day(text):
+        return datetime.datetime.strptime(text, "%Y-%m-%d").date()
+
+    parser = argparse.ArgumentParser(prog="events_diff.sh", add_help=False, allow_abbrev=False)
+    parser.add_argument("--json", action="store_true")
+    parser.add_argument("--date", type=day, default=datetime.date.today(), metavar="DAY")
+    parser.add_argument("old", metavar="OLD")
+    parser.add_argument("new", metavar="NEW", nargs="?", default=str(ROOT / DOCUMENT))
+    return parser.parse_intermixed_args()
+
+
 if __name__ == "__main__":
     sys.stdout.reconfigure(encoding="utf-8")
     sys.stderr.reconfigure(encoding="utf-8", errors="backslashreplace")
-    is_json = sys.argv[1:2] == ["--json"]
-    sys.exit(main(is_json, *sys.argv[1 + is_json:]))
+    sys.exit(main(parse_arguments()))

@@ -3,6 +3,7 @@ entry of the version, and what people wrote of the events and keys (docs/annotat
 
 import json
 import re
+from pathlib import Path
 from typing import NamedTuple
 
 import jsonschema
@@ -10,7 +11,10 @@ import jsonschema
 from header import PREPARING, NotUnderstood
 
 ANNOTATIONS = "docs/annotations.json"
-SENSITIVITIES = ("technical", "interaction", "stored content", "highly sensitive")
+SCHEMA = json.loads((Path(__file__).parent.parent / "docs/events.schema.json").read_text(encoding="utf-8"))
+# The four levels, each with its definition.
+SENSITIVITIES = {level["const"]: level["description"]
+                 for level in SCHEMA["$defs"]["key"]["properties"]["sensitivity"]["oneOf"]}
 # The library's edit timer never stops: its example is always this.
 EDIT_TIMER, EXAMPLE_OF_THE_EDIT_TIMER = "document_editing_length_ms", 90000
 # These keys distinguish the events. They are never common keys, even where all events have the same value.
@@ -131,9 +135,9 @@ def describe_event(declaration, declarations, methods, common):
     parameters = list(dict.fromkeys(parameter for caller in callers for parameter in caller.parameters))
     return {"method": declaration.name, "test": declaration.name.removeprefix("Track"),
             "signatures": [caller.signature for caller in callers], "parameters": parameters,
-            "note": declaration.note or None, "purpose": None, "name": name.get("example"),
-            "name_from": name.get("from"), "names": method["names"], "type": payload["type"],
-            "scope": payload["scope"], "keys": keys, "payload": payload}
+            "note": declaration.note or None, "purpose": None, "owner": None, "reviewed": None, "wanted_until": None,
+            "name": name.get("example"), "name_from": name.get("from"), "names": method["names"],
+            "type": payload["type"], "scope": payload["scope"], "keys": keys, "payload": payload}
 
 
 def describe_groups(declarations, methods, common):
@@ -181,6 +185,9 @@ def annotations_schema(events, keys):
     """The JSON Schema of docs/annotations.json, with an entry for each event and each key in `keys`."""
     text = {"type": "string", "pattern": r"\S"}
     sentence = {"type": "string", "pattern": r"^\S(.|\n)*\.$"}
+    question = {"type": "string", "pattern": r"\?"}
+    date = {"type": "string", "pattern": r"^\d{4}-\d\d-\d\d$", "format": "date"}
+    of_event = {"purpose": sentence, "owner": text, "reviewed": date, "wanted_until": date}
 
     def object_of(members, optional=()):
         return {"type": "object", "properties": members, "additionalProperties": False,
@@ -188,20 +195,22 @@ def annotations_schema(events, keys):
 
     def entry(name):
         kinds = {key["kind"] for key in keys if key["key"] == name}
-        return object_of({"sensitivity": {"enum": SENSITIVITIES}, "reason": sentence}
+        return object_of({"sensitivity": {"enum": list(SENSITIVITIES)}, "reason": sentence}
                          | ({"unit": text} if "number" in kinds else {})
                          | ({"no_personal_text": sentence} if "text" in kinds else {}), ["no_personal_text"])
 
     return object_of({
         "about": {"type": "array", "items": object_of({"heading": text, "text": text})},
-        "events": object_of({event["method"]: sentence for event in events}),
+        "ask": {"type": "array", "items": question},
+        "events": object_of({event["method"]: object_of(of_event, list(of_event)[1:]) for event in events}),
         "keys": object_of({key["key"]: entry(key["key"]) for key in keys}),
     })
 
 
 def check_annotations(annotations, events, keys):
     """Ends unless there is exactly one right entry for each event and for each key."""
-    errors = jsonschema.Draft202012Validator(annotations_schema(events, keys)).iter_errors(annotations)
+    validator = jsonschema.Draft202012Validator
+    errors = validator(annotations_schema(events, keys), format_checker=validator.FORMAT_CHECKER).iter_errors(annotations)
     wrong = [f"{ANNOTATIONS}: {', '.join(map(str, error.absolute_path))}: {error.message}" for error in errors]
     if wrong:
         raise NotUnderstood("\n".join([*wrong, f"Mend {ANNOTATIONS}, then run scripts/reference.sh."]))
@@ -228,9 +237,9 @@ def compose(product, version, changelog, declarations, vocabulary, methods, leve
 
     entries = annotations["keys"]
     for event in events:
-        event["purpose"] = annotations["events"][event["method"]]
+        event |= annotations["events"][event["method"]]
         event["keys"] = [annotate(key, entries[key["key"]]) for key in event["keys"]]
     return {"$schema": "events.schema.json", "product": product, "version": version, "date": date,
-            "unreleased": unreleased, "about": annotations["about"],
+            "unreleased": unreleased, "about": annotations["about"], "ask": annotations["ask"],
             "common": [annotate(key, entries[key["key"]]) for key in common_keys],
             "groups": groups, "unsent": unsent_texts(vocabulary, events)}

@@ -16,6 +16,7 @@ from urllib.parse import urlencode
 import jinja2
 from markupsafe import Markup, escape
 
+from changes import of_what_is_sent
 from document import SENSITIVITIES, DISTINGUISHING
 
 TEMPLATES = Path(__file__).parent / "templates"
@@ -35,6 +36,16 @@ TEXTS = {
         "caller gives them."
     ),
     "nothing_changed": "Nothing that is sent has changed.",
+    "about_sensitivity": (
+        "A key has the level of what its parameter's name says, and the higher level where the name leaves a doubt. "
+        "The level does not count what else a text can hold: whether what a person wrote can get into it is said of each "
+        "key."
+    ),
+    "about_letters": "The letters of `type` and `scope` are the telemetry library's, and so is what they mean.",
+    "about_ask": (
+        "What becomes of an event after the wrapper has handed it to the telemetry library is not known here: the "
+        "library is closed. Only its maker, or whoever runs what receives the events, can answer:"
+    ),
 }
 
 KINDS = {
@@ -53,6 +64,7 @@ OF_THE_EVENT = ("from", "unless", "example")
 COLUMNS = (
     "method", "event", "event type", "scope", "place", "key", "JSON type", "kind", "format", "from", "absent when",
     "unit", "sensitivity", "reason", "may hold a person's text", "why it holds none", "example", "purpose",
+    "owner", "last review", "wanted until",
 )  # fmt: skip
 
 
@@ -94,7 +106,7 @@ def _row(event, key):
         key["kind"], key["format"], WRITTEN_BY_LIBRARY if key["written_by_library"] else key["from"],
         unless and f"{unless['place'] or ''}/{unless['key']} is {_as_value(unless['value'])}", key["unit"],
         key["sensitivity"], key["reason"], "yes" if key["personal_text"] else "no", key["no_personal_text"],
-        key["example"], event.get("purpose"),
+        key["example"], event.get("purpose"), event.get("owner"), event.get("reviewed"), event.get("wanted_until"),
     ]  # fmt: skip
 
 
@@ -115,27 +127,51 @@ def _keys(document):
 
 
 def _counts(keys):
-    """How many keys have each sensitivity, and may hold a person's text; with the search on the page that shows them."""
-    counted = [(name, "sensitivity", name, {"sensitivity": name}) for name in SENSITIVITIES]
-    counted.append(("may hold a person's text", "personal_text", True, {"personal": "yes"}))
-    return [(what, sum(any(meaning[name] == value for meaning in meanings) for _, meanings in keys), urlencode(search))
-            for what, name, value, search in counted]
+    """The levels of sensitivity and what may hold a person's text: what each means, how many keys it has, and the search
+    on the page that shows them."""
+    counted = [(name, meaning, "sensitivity", name, {"sensitivity": name}) for name, meaning in SENSITIVITIES.items()]
+    counted.append(("may hold a person's text", "Of any level: what a person wrote can get into the value.",
+                    "personal_text", True, {"personal": "yes"}))
+    return [(what, meaning, sum(any(each[name] == value for each in meanings) for _, meanings in keys), urlencode(search))
+            for what, meaning, name, value, search in counted]
+
+
+def _letters(events):
+    """The pairs of type and scope, each with its methods; the pair of most events last."""
+    pairs = {}
+    for event in events:
+        pairs.setdefault((event["type"], event["scope"]), []).append(event["method"])
+    return sorted(pairs.items(), key=lambda pair: len(pair[1]))
 
 
 def _names(document, changes):
     """The variables of a template."""
-    keys = _keys(document)
+    keys, events, old = _keys(document), _events(document), changes["old"]["version"]
+    owned, reviewed, limited = (
+        sum(event[what] is not None for event in events) for what in ("owner", "reviewed", "wanted_until"))
     return {
         **document,
         **TEXTS,
-        "event_count": len(_events(document)),
+        "changes_heading": f"Changes since {old}",
+        "about_changes": f"What is sent, and how sensitive it is judged, has changed in this since version {old} of "
+                         f"{changes['old']['date']}. `scripts/events_diff.sh {old}` prints changes of other words as well.",
+        "about_review": f"Of {len(events)} events, {owned} have a named owner, {reviewed} the date of a review, and {limited} "
+                        "a date until which they are wanted. `scripts/events_diff.sh` lists those that are not wanted any "
+                        "more.",
+        "event_count": len(events),
+        "letters": _letters(events),
         "keys": keys,
         "counts": _counts(keys),
-        "changes": changes,
+        "changes": changes | {"changes": of_what_is_sent(changes)},
         "kinds": KINDS,
-        "sensitivities": dict(zip(SENSITIVITIES, SENSITIVITIES)),
+        "sensitivities": {name: name for name in SENSITIVITIES},
         "written_by_library": WRITTEN_BY_LIBRARY,
     }
+
+
+def _ownership(event):
+    return (f"Owner: {event['owner'] or 'not named'}; last review: {event['reviewed'] or 'none recorded'}; wanted until: "
+            f"{event['wanted_until'] or 'no date set'}.")
 
 
 def _is_opening(key):
@@ -205,6 +241,6 @@ def _render(template, filters, names):
         keep_trailing_newline=True,
     )
     environment.policies["json.dumps_kwargs"] = {"ensure_ascii": False}
-    environment.filters.update(filters, as_type=_as_type, as_value=_as_value, fits=_fits)
+    environment.filters.update(filters, as_type=_as_type, as_value=_as_value, fits=_fits, ownership=_ownership)
     environment.tests["opening"] = _is_opening
     return environment.get_template(template).render(names)

@@ -6,6 +6,7 @@
 events.json and events.csv are beside PAGE.
 """
 
+import base64
 import json
 import os
 import re
@@ -150,7 +151,7 @@ class ThePage(unittest.TestCase):
             ("entitlement_properties", ["TrackUpdateLicense"]),  # the object that holds keys
             ("documenteditinglength", ["StartTrackFileChange"]),  # a key without what divides it
             ("TRACKMESHSIZE", ["TrackMeshSize"]),  # a method
-            ("isNetworkPath", ["TrackFileInput"]),  # a parameter
+            ("std::vector<NavBarToolState>& tools", ["TrackNavBarStartup"]),  # a part of a signature
             ("steering wheel drag", ["TrackSteerWheelDragBegin"]),  # a heading, and a method
             ("jobs", ["TrackPPR"]),  # a group's note
             ("milliseconds", ["StartTrackFileChange"]),  # a unit
@@ -161,7 +162,9 @@ class ThePage(unittest.TestCase):
             with self.subTest(words):
                 self.search(words)
                 self.assertEqual(self.events(), expected)
-        self.assertEqual(self.find("found").text, "Nothing found")
+        self.assertEqual(self.find("found").text, "Nothing found. What is not known here: Ask the maker")
+        self.assertEqual(self.run_script(IDS, "main section"), ["ask"])
+        self.assertEqual(len(self.run_script(TEXTS, "#ask .line")), len(DOCUMENT["ask"]))
         self.find("all").click()
         self.wait_for(METHODS, self.events)
         self.assertEqual(self.browser.current_url, PAGE.as_uri())
@@ -172,14 +175,50 @@ class ThePage(unittest.TestCase):
             self.assertTrue(self.run_script(TEXTS, f"#{section} .line")[0].startswith(line))
             self.assertIn("; also: " + self.find("heading-" + section).text.removesuffix(" #"), self.find("found").text)
 
-    def test_shows_events_with_all_words_in_one_place_before_the_others(self):
-        self.search("mesh previous")  # in a key of one event, and in the heading and the keys of two more
-        self.assertEqual(self.events(), ["TrackMeshPropertyChanged"])
-        self.browser.find_element(By.LINK_TEXT, "2 more with the words apart").click()
-        apart = ["TrackAnalysisPropertyChanged", "TrackMeshPropertyChanged", "TrackMoldPropertyChanged"]
-        self.wait_for(apart, self.events)
-        self.open(self.find("link").get_property("hash"))
-        self.assertEqual(self.events(), apart)
+    def test_answers_in_the_words_that_people_use_the_best_first(self):
+        # The sections in the page's order, the event that comes first, and a key among those that are marked.
+        for words, section, event, key in (
+            ("serial number", "Entitlement", "TrackUpdateLicense", "entitlement_license_id"),
+            ("file name", "Documents", "StartTrackFileChange", "COMMON.FILE.NAME"),
+            ("filenames", "Documents", "StartTrackFileChange", "COMMON.FILE.NAME"),
+            ("user name", "ask", "TrackExportPublish", "COMMON.FILE.NAME"),
+            ("login", "ask", "TrackExportPublish", "COMMON.FILE.NAME"),
+            ("path", "File-input", "TrackFileInput", "CV.REPORT_NAME"),
+            ("key press", "3Dconnexion-device", "Track3DCKeyPressed", "COMMON.ZEPH_KEY_ID"),
+            ("licence", "Entitlement", "TrackUpdateLicense", "CV.LICENSE_MODE"),
+            ("licenses", "Entitlement", "TrackUpdateLicense", "product_key"),
+            ("machine", "3Dconnexion-device", "Track3DCUsed", "COMMON.ZEPH_3DC_DEVICE_TYPE"),
+            ("mesh previous", "Analysis-mesh-and-mould", "TrackMeshPropertyChanged", "CV.MOLD_PROPERTY_PREV_VALUE"),
+            ("IP address", "ask", None, None),
+            ("e-mail", "ask", None, None),
+            ("opt-out", "about", None, None),
+        ):
+            with self.subTest(words):
+                self.search(words)
+                sections = self.run_script(IDS, "main > section, #events > section")
+                self.assertEqual((sections[0], *self.events()[:1]), (section, *([event] if event else [])))
+                self.assertIn(key, [*self.hits(), None])
+        self.assertIn("ask", sections)
+        self.find("search").clear()
+        self.find("search").send_keys(" ")
+        self.assertEqual(self.events(), METHODS)
+
+    def test_tells_which_events_are_not_wanted_any_more_on_a_day(self):
+        self.run_script("TrackPPR.dataset.until = '2026-06-30'; TrackReport.dataset.until = '2026-07-01';"
+                        "date.value = '2026-07-01'; date.dispatchEvent(new Event('input'))")
+        self.assertEqual(self.run_script(TEXTS, "#unwanted output"), ["TrackPPR (2026-06-30)"])
+
+    def test_prints_tables_and_payloads_on_few_pages(self):
+        self.tools("Emulation.setEmulatedMedia", media="print")
+        self.addCleanup(self.tools, "Emulation.setEmulatedMedia", media="")
+        self.set_width(700)  # as wide as paper
+        display = self.run_script("return [...document.querySelectorAll('table, tr, thead, tbody th, td')]"
+                                  ".map(element => getComputedStyle(element).display)")
+        self.assertEqual(set(display), {"table", "table-row", "table-header-group", "table-cell"})
+        pages = base64.b64decode(self.tools("Page.printToPDF", preferCSSPageSize=True)["data"])
+        self.assertIn(len(re.findall(rb"/Type /Page\n", pages)), range(10, 31))
+        isOpen = "dispatchEvent(new Event(arguments[0])); return [...document.querySelectorAll('details')].every(each => each.open)"
+        self.assertEqual([self.run_script(isOpen, event) for event in ("beforeprint", "afterprint")], [True, False])
 
     def test_filters_keys(self):
         everywhere = [(None, key) for key in DOCUMENT["common"]]

@@ -71,8 +71,11 @@ class Slips(unittest.TestCase):
         right = document.read_annotations((SOURCES / document.ANNOTATIONS).read_text(encoding="utf-8"))
         for place, change, sentence in (
             ("events", {"TrackPPR": None}, "events: 'TrackPPR' is a required property"),
-            ("events", {"TrackGone": "Counts."}, "events: Additional properties are not allowed ('TrackGone' was"),
-            ("events", {"TrackPPR": "no sentence"}, "events, TrackPPR: 'no sentence' does not match"),
+            ("events", {"TrackGone": {}}, "events: Additional properties are not allowed ('TrackGone' was"),
+            ("events", {"TrackPPR": {"purpose": "No stop"}}, "events, TrackPPR, purpose: 'No stop' does not match"),
+            ("events", {"TrackPPR": {"owner": "A"}}, "events, TrackPPR: 'purpose' is a required property"),
+            ("events", {"TrackPPR": {"purpose": "A.", "wanted_until": "2027-02-29"}},
+             "events, TrackPPR, wanted_until: '2027-02-29' is not a 'date'"),
             ("keys", {text: None}, f"keys: '{text}' is a required property"),
             ("keys", {"GONE": {}}, "keys: Additional properties are not allowed ('GONE' was"),
             (text, {"sensitivity": "secret"}, f"keys, {text}, sensitivity: 'secret' is not one of"),
@@ -140,7 +143,7 @@ class Files(unittest.TestCase):
 OLD = {**DOCUMENT, "common": DOCUMENT["common"][-1:], "groups": [
     {"events": [copy.deepcopy(event) for event in EVENTS if event["method"] == "TrackMeshSize"]}]}
 [EVENT] = OLD["groups"][0]["events"]
-EVENT["purpose"] = "Counts."
+EVENT.update(purpose="Counts.", owner=None, reviewed=None, wanted_until=None)
 KEY = EVENT["keys"][-1]
 KEY.update(reason="It counts.", unit="nodes")
 
@@ -164,6 +167,9 @@ CHANGES = (
     (changed(type="D"), ['TrackMeshSize: event type: "D", was "C"']),
     (changed(scope="S"), ['TrackMeshSize: scope: "S", was "C"']),
     (changed(purpose="Ä."), ['TrackMeshSize: purpose: "Ä.", was "Counts."']),
+    (changed(owner="A"), ['TrackMeshSize: owner: "A", was none']),
+    (changed(reviewed="2026-12-31"), ['TrackMeshSize: last review: "2026-12-31", was none']),
+    (changed(wanted_until="2026-12-31"), ['TrackMeshSize: wanted until: "2026-12-31", was none']),
     (parameters("std::uint64_t elementCount", "int nodes", "int edges"),
      ["TrackMeshSize: signature: int nodes, int edges, was std::uint64_t nodeCount"]),
     (parameters("std::uint64_t  elementCount", "\n    std::uint64_t nodeCount"), []),
@@ -199,11 +205,15 @@ class Changes(unittest.TestCase):
             compared -= {text.rpartition(": ")[0] for text in found}
         self.assertEqual(compared, set(), "no line here has a change of these")
 
-    def test_must_be_in_the_changelog_except_for_additions(self):
+    def test_must_be_in_the_changelog_except_for_additions_and_for_what_is_said(self):
         comparison = changes.compare({**OLD, "version": "1.0.0"}, CHANGES[-3][0])
         head = "# Changelog\n\n## Unreleased\n\n- {}\n\n## 1.0.0 - 2026-01-01\n\n- `CV.MESH_SIZE_NODES`\n"
         for line, count in (("`CV.MESH_SIZE_NODES` is gone.", 0), ("CV.MESH_SIZE_NODES is gone.", 1)):
             self.assertEqual(len(changes.unlisted(comparison, head.format(line))), count)
+        said = changes.compare(OLD, changed(purpose="A.", keys=[*EVENT["keys"][1:-1], {**KEY, "reason": "A."}]))
+        self.assertEqual([change["change"] for change in said["changes"]], ["changed", "changed", "removed"])
+        self.assertEqual([each["change"] for each in changes.unlisted({**said, "old": {"version": "1.0.0"}}, head)],
+                         ["removed"])
         for text, unreleased in ((head, True), (head.replace("- {}\n", ""), False)):
             self.assertEqual(document.read_changelog(text, "1.0.0"), ("2026-01-01", unreleased))
 
@@ -233,15 +243,23 @@ class Script(unittest.TestCase):
         return run.returncode, run.stdout, run.stderr
 
     def test_compares_files_releases_and_revisions(self):
-        unit = CHANGES[16][0]
+        unit = of_key(unit=None)
         self.write("docs/events.json", json.dumps(unit))
         self.write("docs/released/1.0.0.json", json.dumps(changed(purpose="Ä.")))
         line = NODES + 'unit: none, was "nodes"\n'
         self.assertEqual(self.run_script("events.json"), (0, "", ""))
         self.assertEqual(self.run_script("HEAD"), (1, line, ""))
         self.assertEqual(self.run_script("HEAD", "1.0.0"), (1, 'TrackMeshSize: purpose: "Ä.", was "Counts."\n', ""))
-        status, output, errors = self.run_script("--json", "HEAD", "events.json")
-        self.assertEqual((status, json.loads(output), errors), (1, changes.compare(OLD, unit), ""))
+        status, output, errors = self.run_script("HEAD", "events.json", "--date", "2026-07-01", "--json")
+        more = {"date": "2026-07-01", "passed": []}
+        self.assertEqual((status, json.loads(output), errors), (1, changes.compare(OLD, unit) | more, ""))
+
+    def test_tells_what_is_not_wanted_any_more(self):
+        self.write("docs/events.json", json.dumps(changed(wanted_until="2026-06-30")))
+        for arguments, passed in ((["2026-06-30"], []), (["2026-07-01"], ["2026-06-30, which has passed; owner: not named"])):
+            self.assertEqual(self.run_script("events.json", "--date", *arguments, "events.json"),
+                             (0, "".join(f"TrackMeshSize: wanted until {each}\n" for each in passed), ""))
+        self.assertEqual(self.run_script("HEAD", "--date", "2026-07-01")[0], 1)
 
     def test_says_what_is_wrong(self):
         self.write("docs/no.json", "{\n!")
@@ -256,6 +274,11 @@ class Script(unittest.TestCase):
             status, output, errors = self.run_script(name)
             self.assertEqual((status, output), (2, ""), name)
             self.assertRegex(errors, rf"\Aevents_diff.sh: {sentence}.*\n\Z")
+        for arguments, sentence in (([], "required: OLD"), (["HEAD", "--x"], "unrecognized arguments: --x"),
+                                    (["HEAD", "--date", "2027-02-29"], "invalid day value: '2027-02-29'")):
+            status, output, errors = self.run_script(*arguments)
+            self.assertEqual((status, output), (2, ""))
+            self.assertIn(sentence, errors)
 
 
 if __name__ == "__main__":

@@ -1,53 +1,91 @@
-
 "use strict";
 const form = document.querySelector("form");
-const [search, found, link] = ["search", "found", "link"].map(id => document.getElementById(id));
+const [search, found, link, day] = ["search", "found", "link", "date"].map(id => document.getElementById(id));
 const all = (selector, within = document) => [...within.querySelectorAll(selector)];
 
-// Whether events are shown that have the words in different places, although others have them all in one place.
-let apart = false;
-
-// In lower case, and once more without a name's dots and underscores: "filename" finds FILE.NAME.
-function textOf(parts) {
-    const text = parts.map(part => part.textContent).join(" ").toLowerCase().replaceAll("’", "'");
-    return text + " " + text.replace(/[._]/g, "");
-}
+// Words for the same thing, as plain() writes them: a search for one of a line finds them all.
+const SYNONYMS = [
+    ["file name", "filename", "name of a file", "name of the file"],
+    ["user name", "username", "login", "logon", "log in", "logged in", "account", "user id"],
+    ["licence", "license", "licens"],
+    ["key press", "keypress", "key stroke", "keystroke", "keyboard", "key up", "press of a key", "release of a key", "was typed"],
+    ["path", "folder", "directory"],
+    ["machine", "computer", "hardware", "processor", "device"],
+    ["e mail", "email"],
+    ["ip address", "ip"],
+    ["opt out", "opting out", "opt in", "opting in", "opted in", "refuse", "consent"],
+    ["delete", "deletion", "erase", "erasure", "kept", "retention"],
+];
 
 // The words of a question that are not searched for.
 const FILLING = new Set(("a an any are be can contain contains did do does event events has have hold is it its key " +
     "keys may might of or send sends sent the there they to was were what when where which who why will you").split(" "));
 const OPENING = /^(are|can|did|do|does|has|have|is|may|was|were|what|when|where|which|who|why|will)\s/;
 
-// Words between quotation marks stay together. The question "is a file's name sent?" searches for "file" and "name".
+// In lower case, with a blank wherever a name is divided: "FILE.NAME", "file's name" and "fileName" become "file name".
+const plain = text => text.replace(/([a-z])([A-Z])/g, "$1 $2").toLowerCase().replace(/['’]s(?![a-z])/g, "")
+    .replace(/[^\p{L}\p{N}]+/gu, " ").trim();
+
+// The text that is searched, and after it its names undivided: "trackmeshsize" finds TrackMeshSize.
+function textOf(parts) {
+    const text = parts.map(part => part.textContent).join(" ");
+    const names = text.split(/\s+/).map(plain).filter(name => name.includes(" "));
+    return ` ${plain(text)} ${names.map(name => name.replaceAll(" ", "")).join(" ")}`;
+}
+
+// The words that are searched for, in the singular, each with its synonyms. Words between quotation marks stay together.
 function wordsOf(text) {
-    const plain = text.trim().toLowerCase().replaceAll("’", "'").replace(/[“”]/g, '"');
-    const words = plain.match(/"[^"]+"|[^\s"?!,;]+/g) ?? [];
-    const named = words.map(word => word.startsWith('"') ? word.slice(1, -1).trim() : word.replace(/('s|\.)$/, ""));
-    const isQuestion = plain.includes("?") || OPENING.test(plain);
+    const words = [];
+    const unquoted = text.replace(/["“”]([^"“”]+)["“”]/g, (_, quoted) => (words.push([plain(quoted)]), " "));
+    const named = plain(unquoted).split(" ");
     const asked = named.filter(word => !FILLING.has(word));
-    return isQuestion && asked.length > 0 ? asked : named;
+    const isQuestion = asked.length > 0 && (text.includes("?") || OPENING.test(plain(text)));
+    const singular = (isQuestion ? asked : named).map(word => word.replace(/(?<=ss)es$|(?<=..[^su])s$/, ""));
+    let rest = ` ${singular.join(" ")} `;
+    for (const synonyms of SYNONYMS) {
+        const own = synonyms.find(word => rest.includes(` ${word} `));
+        if (own !== undefined) {
+            rest = rest.replaceAll(` ${own} `, " ");
+            words.push([own, ...synonyms]);
+        }
+    }
+    return words.concat(rest.split(" ").filter(word => word !== "").map(word => [word]));
+}
+
+// A word of up to three letters begins a word of the text, a longer one can be anywhere.
+const hasOne = (text, word) => text.includes(word.length > 3 ? word : " " + word);
+const has = (text, synonyms) => synonyms.some(word => hasOne(text, word));
+
+// How well an entry answers, 0 if it lacks a word. `places` are its texts with their weights; each word counts where it
+// weighs most, and more in the reader's own word than in a synonym.
+function scoreOf(places, words) {
+    const scores = words.map(word => Math.max(...places.map(([text, weight]) =>
+        has(text, word) ? weight + (hasOne(text, word[0]) ? 0.5 : 0) : 0)));
+    return scores.every(score => score > 0) ? scores.reduce((sum, score) => sum + score, 1) : 0;
 }
 
 // The values that a key can be filtered by, for each of its meanings.
 const meaningsOf = element => (element.dataset.fits ?? "").split(";").map(meaning => meaning.split("|"));
 const kindsOf = element => " " + meaningsOf(element).map(([kind]) => kind).join(" ");
 
-const textOfRow = row => textOf(all("th, td:not(.example), a", row)) + kindsOf(row);
 const events = all("article").map(element => {
-    const section = element.closest("section");
-    return {
-        element,
-        said: textOf(all(":scope > h2, :scope > .note", section).concat(all("h3, .note", element))),
-        parameters: element.dataset.parameters.toLowerCase(),
-        rows: all(".row", element).map(row => ({ element: row, text: textOfRow(row) })),
-    };
+    const heading = all(":scope > h2, :scope > .note", element.closest("section"));
+    const name = textOf(all("h3, span.note", element));
+    const said = textOf([...heading, ...all("h3, .note", element)]);
+    const rows = all(".row", element).map(row => (
+        { element: row, name: textOf(all("a", row)), text: textOf(all("th, td:not(.example), a", row)) + kindsOf(row) }));
+    return { element, said, rows, places: [[name, 5], [said, 3], [textOf(all(".signature", element)), 1]] };
 });
 const lines = all(".line").map(element => {
-    const section = element.closest("section");
+    const heading = all(":scope > h2, :scope > p:not(.line)", element.closest("section"));
     const copy = element.cloneNode(true);
     all(".example, .events a", copy).forEach(part => part.remove());
-    return { element, text: textOf([...all(":scope > h2, :scope > p:not(.line)", section), copy]) + kindsOf(element) };
+    const name = textOf(all(":scope > h3, :scope > a, th > a", element));
+    return { element, places: [[name, 4], [textOf([...heading, copy]) + kindsOf(element), 2]] };
 });
+const entries = [...events, ...lines];
+const holders = all("main section, #events");
+const ordered = [...holders, ...all("article, .row, .line")];
 const keyCount = all("#keys .line").length;
 
 const filters = () => all("select", form).map(select => select.value);
@@ -62,8 +100,6 @@ function fits(element) {
 function asHash() {
     const fields = [...new FormData(form)].map(([name, value]) => [name, value.trim()]);
     const state = fields.filter(([, value]) => value !== "");
-    if (apart && state.length > 0)
-        state.push(["apart", "yes"]);
     return state.length > 0 ? "#" + new URLSearchParams(state) : "";
 }
 
@@ -71,22 +107,18 @@ function take(hash) {
     const state = new URLSearchParams(hash.slice(1));
     for (const field of all("input, select", form))
         field.value = state.get(field.name) ?? "";
-    apart = state.has("apart");
 }
 
 const linkTo = (href, textContent) => Object.assign(document.createElement("a"), { href, textContent });
 
-function showEvent(event, { words, has, isFiltered }) {
-    // Marked are the rows because of which the event was found: those that have all words; else those that have one which
-    // the event's own texts lack; else those that have any.
-    const unsaid = words.filter(word => !event.said.includes(word));
-    const rest = unsaid.length > 0 ? unsaid : words;
-    const isHit = event.fitting.some(row => has(row.text))
-        ? row => has(row.text)
-        : row => rest.some(word => row.text.includes(word));
+// Its rows get as their score how many of the words they have. Those that have the most are marked.
+function showEvent(event, words, isFiltered, scores) {
+    for (const { element, text } of event.rows)
+        scores.set(element, words.filter(word => has(text, word)).length);
+    const most = Math.max(1, ...event.fitting.map(row => scores.get(row.element)));
     for (const row of event.rows) {
         row.element.hidden = !event.fitting.includes(row);
-        row.element.classList.toggle("hit", words.length > 0 && !row.element.hidden && isHit(row));
+        row.element.classList.toggle("hit", !row.element.hidden && scores.get(row.element) === most);
     }
     for (const list of all("table, .opening", event.element))
         list.hidden = all(".row", list).every(row => row.hidden);
@@ -96,58 +128,54 @@ function showEvent(event, { words, has, isFiltered }) {
     note.textContent = `${left} other ${left === 1 ? "key" : "keys"} not shown`;
 }
 
-function report(shown, more) {
-    const count = shown.length;
-    const keys = all("#keys .line").filter(line => !line.hidden).length;
-    const others = ["about", "changes", "common", "unsent"].map(id => document.getElementById(id))
-        .filter(section => !section.hidden);
+function report() {
+    const ask = document.getElementById("ask");
+    const [count, keys] = ["article", "#keys .line"].map(selector => all(selector).filter(entry => !entry.hidden).length);
+    const others = all("main > section:not(#keys)").filter(section => !section.hidden);
     const hash = asHash();
     link.hidden = hash === "";
     link.href = hash || "#";
     const isNothing = count === 0 && keys === 0 && others.length === 0;
     found.classList.toggle("nothing", isNothing);
     found.replaceChildren(hash === "" ? `${count} events, ${keyCount} keys`
-        : isNothing ? "Nothing found"
+        : isNothing ? "Nothing found. What is not known here"
         : `${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
-    if (hash === "" || isNothing)
-        return;
-    others.forEach((section, i) => found.append(
-        i === 0 ? "; also: " : ", ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
-    if (more > 0)
-        found.append("; ", linkTo(hash + "&apart=yes", `${more} more with the words apart`));
+    for (const part of isNothing ? all("#ask, #ask .line, [data-of=ask]") : [])
+        part.hidden = false;
+    if (hash !== "")
+        (isNothing ? [ask] : others).forEach((section, i) => found.append(
+            i > 0 ? ", " : isNothing ? ": " : "; also: ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
 }
 
 function show() {
     const words = wordsOf(search.value);
-    const has = text => words.every(word => text.includes(word));
     const isFiltered = filters().some(value => value !== "");
+    const scores = new Map();
     for (const event of events) {
         event.fitting = event.rows.filter(row => fits(row.element));
-        const texts = [event.said, ...event.fitting.map(row => row.text)];
+        const places = event.fitting.flatMap(row => [[row.name, 4], [row.text, 2]]);
         const isAsked = !isFiltered || event.fitting.length > 0;
-        event.isTogether = isAsked && texts.some(has);
-        event.isApart = isAsked && has([...texts, event.parameters].join(" "));
+        scores.set(event.element, isAsked ? scoreOf([...event.places, ...places], words) : 0);
+        showEvent(event, words, isFiltered, scores);
     }
-    const together = events.filter(event => event.isTogether);
-    const anywhere = events.filter(event => event.isApart);
-    const shown = apart || together.length === 0 ? anywhere : together;
-    for (const event of events) {
-        event.element.hidden = !shown.includes(event);
-        showEvent(event, { words, has, isFiltered });
+    for (const { element, places } of lines)
+        scores.set(element, fits(element) ? scoreOf(places, words) : 0);
+    for (const { element } of entries)
+        element.hidden = scores.get(element) === 0;
+    for (const holder of holders) {
+        scores.set(holder, Math.max(...all("article, .line", holder).map(entry => scores.get(entry))));
+        holder.hidden = scores.get(holder) === 0;
     }
-    for (const { element, text } of lines)
-        element.hidden = !has(text) || !fits(element);
-    document.getElementById("counts").hidden = words.length > 0 || isFiltered;
-    for (const section of all("section"))
-        section.hidden = all("article, .line", section).every(entry => entry.hidden);
+    // The best first; where nothing is searched for, all scores are the same, and the order is the page's own.
+    for (const element of [...ordered].sort((a, b) => scores.get(b) - scores.get(a)))
+        element.parentElement.append(element);
     for (const item of all("nav [data-of]"))
         item.hidden = document.getElementById(item.dataset.of).hidden;
-    report(shown, anywhere.length - shown.length);
+    report();
 }
 
 // After a change by the reader: the address is that of the search, and the page is shown from its top.
 function change() {
-    apart = false;
     show();
     history.replaceState(null, "", asHash() || location.pathname + location.search);
     scrollTo(0, 0);
@@ -184,6 +212,25 @@ document.getElementById("all").addEventListener("click", () => {
     search.focus();
 });
 
+// Payloads are open on paper, and where no script runs.
+let closed = all("details");
+const setOpen = isOpen => closed.forEach(payload => { payload.open = isOpen; });
+addEventListener("beforeprint", () => {
+    closed = all("details:not([open])");
+    setOpen(true);
+});
+addEventListener("afterprint", () => setOpen(false));
+
+// The events that are not wanted any more on the day that the reader gives.
+function showUnwanted() {
+    const unwanted = all("article").filter(({ dataset }) => dataset.until !== "" && dataset.until < day.value);
+    const output = document.querySelector("#unwanted output");
+    output.replaceChildren(unwanted.length === 0 ? "none" : "");
+    unwanted.forEach(({ id, dataset }, i) => output.append(i > 0 ? ", " : "", linkTo("#" + id, id), ` (${dataset.until})`));
+}
+day.valueAsDate = new Date();
+day.addEventListener("input", showUnwanted);
+
 // The page's own copies of the files, so that it can be passed on alone.
 const copyOf = id => JSON.parse(document.getElementById(id).textContent);
 function offer(id, text, type) {
@@ -193,5 +240,8 @@ offer("as-json", JSON.stringify(copyOf("document"), null, 4) + "\n", "applicatio
 offer("as-table", copyOf("table"), "text/csv");
 
 form.hidden = false;
+document.getElementById("unwanted").classList.remove("scripted");
+setOpen(false);
+showUnwanted();
 take(location.hash.includes("=") ? location.hash : "");
 show();
