@@ -201,7 +201,7 @@ def annotations_schema(events, keys):
 
     return object_of({
         "about": {"type": "array", "items": object_of({"heading": text, "text": text})},
-        "ask": {"type": "array", "items": question},
+        "ask": {"type": "array", "items": object_of({"whom": text, "questions": {"type": "array", "items": question}})},
         "events": object_of({event["method"]: object_of(of_event, list(of_event)[1:]) for event in events}),
         "keys": object_of({key["key"]: entry(key["key"]) for key in keys}),
     })

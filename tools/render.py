@@ -27,24 +27,27 @@ TEXTS = {
         "The events that the reporting methods of `CorvaneTavi` send. The payloads are those of calls with made-up "
         "values, in the library's test mode with our stand-in. A value's type is that of the argument it comes from, "
         '"as text" where it is sent as a string: flags as "True" and "False". "From" names the parameter. A "fixed" '
-        'value is the same in every such event, one that is "written by the library" is the telemetry library\'s own, '
+        'value is the same in every such event, one that is "written by the library" was written by the stand-in, '
         "and the product file is `UPI/upiconfig.xml`."
     ),
-    "about_common": "The host product's description.",
+    "about_common": (
+        "The host product's description. The wrapper gives it to the library once, at start-up; that each event has it was "
+        "seen with our stand-in. Its texts are those of the product file, which are not checked."
+    ),
     "about_unsent": (
-        "Names and keys of the vocabulary that no method sends on its own: other parts of the host use them, or a "
-        "caller gives them."
+        "Names and keys of the vocabulary that no method sends unless a caller gives them. Other parts of the host may "
+        "send them."
     ),
     "nothing_changed": "Nothing that is sent has changed.",
     "about_sensitivity": (
-        "A key has the level of what its parameter's name says, and the higher level where the name leaves a doubt. "
-        "The level does not count what else a text can hold: whether what a person wrote can get into it is said of each "
-        "key."
+        "A key has the level of what the names of the key and its parameter say; where they leave a doubt, the higher, that "
+        "is the later one here. A text that can be a file's name is taken to have folders. Each key says besides whether "
+        "what a person wrote can get into the value: such a text can hold anything."
     ),
-    "about_letters": "The letters of `type` and `scope` are the telemetry library's, and so is what they mean.",
+    "about_letters": "Only the telemetry library's maker knows what the letters of `type` and `scope` mean.",
     "about_ask": (
-        "What becomes of an event after the wrapper has handed it to the telemetry library is not known here: the "
-        "library is closed. Only its maker, or whoever runs what receives the events, can answer:"
+        "The telemetry library is closed, and the host gives the values. What neither the wrapper nor these tests can show "
+        "must be asked:"
     ),
 }
 
@@ -153,11 +156,11 @@ def _names(document, changes):
         **document,
         **TEXTS,
         "changes_heading": f"Changes since {old}",
-        "about_changes": f"What is sent, and how sensitive it is judged, has changed in this since version {old} of "
-                         f"{changes['old']['date']}. `scripts/events_diff.sh {old}` prints changes of other words as well.",
+        "about_changes": f"What is sent, and how sensitive it is judged, has changed since version {old} of "
+                         f"{changes['old']['date']} as follows. `scripts/events_diff.sh {old}` also prints changes of wording.",
         "about_review": f"Of {len(events)} events, {owned} have a named owner, {reviewed} the date of a review, and {limited} "
-                        "a date until which they are wanted. `scripts/events_diff.sh` lists those that are not wanted any "
-                        "more.",
+                        "a date until which they are wanted; what is missing, nobody has given. `scripts/events_diff.sh` "
+                        "lists the events whose date has passed.",
         "event_count": len(events),
         "letters": _letters(events),
         "keys": keys,

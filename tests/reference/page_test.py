@@ -164,7 +164,7 @@ class ThePage(unittest.TestCase):
                 self.assertEqual(self.events(), expected)
         self.assertEqual(self.find("found").text, "Nothing found. What is not known here: Ask the maker")
         self.assertEqual(self.run_script(IDS, "main section"), ["ask"])
-        self.assertEqual(len(self.run_script(TEXTS, "#ask .line")), len(DOCUMENT["ask"]))
+        self.assertEqual(len(self.run_script(TEXTS, "#ask .line")), sum(len(part["questions"]) for part in DOCUMENT["ask"]))
         self.find("all").click()
         self.wait_for(METHODS, self.events)
         self.assertEqual(self.browser.current_url, PAGE.as_uri())
