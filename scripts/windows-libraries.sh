@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # Builds the libraries of the Windows build, with mingw-w64, into build/windows-libraries/: Mini-XML from Debian's source
 # package of the installed libmxml-dev's version, GoogleTest from Debian's sources, and the headers of nlohmann-json and
-# CLI11. Does nothing when they are there in these versions. The exit status is 3 when there is no such source package;
-# whenever it fails, earlier ones stay.
+# CLI11. Does nothing when they are there in these versions. When it fails, earlier ones stay.
 #
 #     scripts/windows-libraries.sh
 set -euo pipefail
@@ -49,8 +48,7 @@ fetch_mxml() {
         "${apt[@]}" source --download-only --diff-only "mxml=$mxml_version"
     ) >>"$work/log" 2>&1; then
         sed -n '/^[EW]: /p' "$work/log" >&2
-        say "No source package mxml $mxml_version: name a mirror that has it in /etc/apt/sources.list.d/, then run this again"
-        exit 3
+        fail "no source package mxml $mxml_version: name a mirror that has it in /etc/apt/sources.list.d/, then run this again"
     fi
     mkdir "$work/mxml"
     tar -xf "$work"/mxml_*.orig.tar.* -C "$work/mxml" --strip-components 1
