@@ -8,8 +8,8 @@
 # revision of git, whose docs/events.json is taken. NEW is docs/events.json if it is not given. Compared are names, types,
 # scopes, parameters, places, kinds, fixed values and annotations; other examples are not. With --json it prints one JSON object
 # instead. An event of NEW is not wanted any more when its "wanted_until" is before DAY, as in 2027-01-31; DAY is today if it is
-# not given. Options may be in any place. The exit status is 0 when nothing differs, 1 when something does, and 2 when there is
-# trouble.
+# not given. Options may be in any place; a file whose name begins with "-" is given as ./-NAME. The exit status is 0 when
+# nothing differs, 1 when something does, and 2 when there is trouble.
 set -euo pipefail
 folder=$PWD
 source "$(dirname -- "$0")/common.bash"

@@ -150,8 +150,8 @@ def compare(old, new):
 
 def passed(document, day):
     """The events that are not wanted any more on `day`, a datetime.date."""
-    return [{"event": method, "wanted_until": event["wanted_until"], "owner": event["owner"]}
-            for method, event in _events(document).items() if (event.get("wanted_until") or "9999") < day.isoformat()]
+    return [{"event": method, "wanted_until": event["wanted_until"], "owner": event.get("owner")}
+            for method, event in _events(document).items() if (event.get("wanted_until") or "9999-12-31") < day.isoformat()]
 
 
 def of_what_is_sent(comparison):
@@ -178,7 +178,7 @@ def parse(text, name):
     """The document in a file's bytes. Sentences call the file `name`."""
     try:
         document = json.loads(text)
-        compare(document, document)  # reads all that is needed of it
+        compare(document, document), passed(document, datetime.date.min)  # reads all that is needed of it
     except ValueError as error:
         raise Trouble(f"{name} is not JSON: {error}") from error
     except KeyError as error:

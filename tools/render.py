@@ -151,7 +151,7 @@ def _names(document, changes):
     """The variables of a template."""
     keys, events, old = _keys(document), _events(document), changes["old"]["version"]
     owned, reviewed, limited = (
-        sum(event[what] is not None for event in events) for what in ("owner", "reviewed", "wanted_until"))
+        sum(what in event for event in events) for what in ("owner", "reviewed", "wanted_until"))
     return {
         **document,
         **TEXTS,
@@ -173,8 +173,8 @@ def _names(document, changes):
 
 
 def _ownership(event):
-    return (f"Owner: {event['owner'] or 'not named'}; last review: {event['reviewed'] or 'none recorded'}; wanted until: "
-            f"{event['wanted_until'] or 'no date set'}.")
+    return (f"Owner: {event.get('owner', 'not named')}; last review: {event.get('reviewed', 'none recorded')}; wanted until: "
+            f"{event.get('wanted_until', 'no date set')}.")
 
 
 def _is_opening(key):

@@ -156,8 +156,10 @@ class ThePage(unittest.TestCase):
             ("jobs", ["TrackPPR"]),  # a group's note
             ("milliseconds", ["StartTrackFileChange"]),  # a unit
             ("is a serial number sent?", ["TrackUpdateLicense"]),  # a question
+            ("TrackUserEvent", ["TrackUserEvent"]),  # a name, whose parts are everywhere
+            ("CV.REPORT_NAME", ["TrackReport"]),
             ('"serial number"', ["TrackUpdateLicense"]),
-            ("serial sent", []),  # no question
+            ("serial sender", []),
         ):
             with self.subTest(words):
                 self.search(words)
@@ -184,10 +186,11 @@ class ThePage(unittest.TestCase):
             ("user name", "ask", "TrackExportPublish", "COMMON.FILE.NAME"),
             ("login", "ask", "TrackExportPublish", "COMMON.FILE.NAME"),
             ("path", "File-input", "TrackFileInput", "CV.REPORT_NAME"),
-            ("key press", "3Dconnexion-device", "Track3DCKeyPressed", "COMMON.ZEPH_KEY_ID"),
+            ("pressed keys", "3Dconnexion-device", "Track3DCKeyPressed", "COMMON.ZEPH_KEY_ID"),
             ("licence", "Entitlement", "TrackUpdateLicense", "CV.LICENSE_MODE"),
             ("licenses", "Entitlement", "TrackUpdateLicense", "product_key"),
-            ("machine", "3Dconnexion-device", "Track3DCUsed", "COMMON.ZEPH_3DC_DEVICE_TYPE"),
+            ("machine", "about", None, None),
+            ("personal data", "about", "TrackExportPublish", "product_key"),
             ("mesh previous", "Analysis-mesh-and-mould", "TrackMeshPropertyChanged", "CV.MOLD_PROPERTY_PREV_VALUE"),
             ("IP address", "ask", None, None),
             ("e-mail", "ask", None, None),
@@ -250,6 +253,12 @@ class ThePage(unittest.TestCase):
         self.wait_for(["TrackMeshSize"], self.events)
         self.browser.back()
         self.wait_for("file & näme=1 +#", lambda: self.find("search").get_property("value"))
+        self.open()
+        self.run_script("location.hash = 'kind=flag'")
+        self.wait_for("flag", lambda: self.find("kind").get_property("value"))
+        self.browser.back()
+        self.wait_for("", lambda: self.find("kind").get_property("value"))
+        self.wait_for(METHODS, self.events)
 
     def test_offers_the_files_beside_it(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -267,6 +276,7 @@ class ThePage(unittest.TestCase):
         self.assertTrue(all(self.find(method).is_displayed() for method in METHODS))
         self.assertFalse(self.browser.find_element(By.TAG_NAME, "form").is_displayed())
         self.assertEqual(self.find("as-json").get_dom_attribute("href"), "events.json")
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, "details:not([open])"), [])
 
     def test_can_be_read_in_both_schemes_and_on_a_narrow_screen(self):
         for scheme in ("light", "dark"):

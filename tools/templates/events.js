@@ -8,19 +8,25 @@ const SYNONYMS = [
     ["file name", "filename", "name of a file", "name of the file"],
     ["user name", "username", "login", "logon", "log in", "logged in", "account", "user id"],
     ["licence", "license", "licens"],
-    ["key press", "keypress", "key stroke", "keystroke", "keyboard", "key up", "press of a key", "release of a key", "was typed"],
+    ["key press", "keypress", "key stroke", "keystroke", "keyboard", "key up", "press of a key", "release of a key",
+        "key pressed", "pressed key", "was typed", "typing"],
     ["path", "folder", "directory"],
-    ["machine", "computer", "hardware", "processor", "device"],
+    ["machine", "computer", "hardware", "processor", "pc"],
     ["e mail", "email"],
     ["ip address", "ip"],
-    ["opt out", "opting out", "opt in", "opting in", "opted in", "refuse", "consent"],
+    ["opt out", "optout", "opted out", "opting out", "opt in", "opting in", "opted in", "refuse", "consent"],
+    ["personal data", "personal information", "personal text", "personal", "may hold a person text", "highly sensitive"],
+    ["mould", "mold"],
+    ["behaviour", "behavior"],
+    ["encryption", "encrypted"],
+    ["timestamp", "time stamp", "time"],
     ["delete", "deletion", "erase", "erasure", "kept", "retention"],
 ];
 
-// The words of a question that are not searched for.
-const FILLING = new Set(("a an any are be can contain contains did do does event events has have hold is it its key " +
-    "keys may might of or send sends sent the there they to was were what when where which who why will you").split(" "));
-const OPENING = /^(are|can|did|do|does|has|have|is|may|was|were|what|when|where|which|who|why|will)\s/;
+// Words that are searched for only where no other one is given.
+const FILLING = new Set(("a about an and any are be can contain contains did do does events event for has have hold i in is it " +
+    "its me may might my of or our send sends sent the their there they to was were what when where which who why will " +
+    "with you your").split(" "));
 
 // In lower case, with a blank wherever a name is divided: "FILE.NAME", "file's name" and "fileName" become "file name".
 const plain = text => text.replace(/([a-z])([A-Z])/g, "$1 $2").toLowerCase().replace(/['’]s(?![a-z])/g, "")
@@ -33,14 +39,16 @@ function textOf(parts) {
     return ` ${plain(text)} ${names.map(name => name.replaceAll(" ", "")).join(" ")}`;
 }
 
-// The words that are searched for, in the singular, each with its synonyms. Words between quotation marks stay together.
+// The words that are searched for, in the singular, each with its synonyms. Words between quotation marks and those of a
+// name such as COMMON.FILE.NAME or TrackMeshSize stay together.
 function wordsOf(text) {
     const words = [];
-    const unquoted = text.replace(/["“”]([^"“”]+)["“”]/g, (_, quoted) => (words.push([plain(quoted)]), " "));
-    const named = plain(unquoted).split(" ");
+    const others = text.replace(/["“”]([^"“”]+)["“”]|\w+([._]\w+)+|\w*[a-z][A-Z]\w*/g,
+        (name, quoted) => (words.push([plain(quoted ?? name)]), " "));
+    const named = plain(others).split(" ");
     const asked = named.filter(word => !FILLING.has(word));
-    const isQuestion = asked.length > 0 && (text.includes("?") || OPENING.test(plain(text)));
-    const singular = (isQuestion ? asked : named).map(word => word.replace(/(?<=ss)es$|(?<=..[^su])s$/, ""));
+    const singular = (asked.length + words.length > 0 || named.length > 1 ? asked : named).map(
+        word => word.replace(/(?<=ss|sh|ch|x)es$|(?<=..[^su])s$/, ""));
     let rest = ` ${singular.join(" ")} `;
     for (const synonyms of SYNONYMS) {
         const own = synonyms.find(word => rest.includes(` ${word} `));
@@ -74,7 +82,7 @@ const events = all("article").map(element => {
     const said = textOf([...heading, ...all("h3, .note", element)]);
     const rows = all(".row", element).map(row => (
         { element: row, name: textOf(all("a", row)), text: textOf(all("th, td:not(.example), a", row)) + kindsOf(row) }));
-    return { element, said, rows, places: [[name, 5], [said, 3], [textOf(all(".signature", element)), 1]] };
+    return { element, rows, places: [[name, 5], [said, 3], [textOf(all(".signature", element)), 1]] };
 });
 const lines = all(".line").map(element => {
     const heading = all(":scope > h2, :scope > p:not(.line)", element.closest("section"));
@@ -84,7 +92,7 @@ const lines = all(".line").map(element => {
     return { element, places: [[name, 4], [textOf([...heading, copy]) + kindsOf(element), 2]] };
 });
 const entries = [...events, ...lines];
-const holders = all("main section, #events");
+const holders = all("main section, #events, #ask div");
 const ordered = [...holders, ...all("article, .row, .line")];
 const keyCount = all("#keys .line").length;
 
@@ -128,22 +136,18 @@ function showEvent(event, words, isFiltered, scores) {
     note.textContent = `${left} other ${left === 1 ? "key" : "keys"} not shown`;
 }
 
-function report() {
-    const ask = document.getElementById("ask");
+function report(isNothing) {
     const [count, keys] = ["article", "#keys .line"].map(selector => all(selector).filter(entry => !entry.hidden).length);
     const others = all("main > section:not(#keys)").filter(section => !section.hidden);
     const hash = asHash();
     link.hidden = hash === "";
     link.href = hash || "#";
-    const isNothing = count === 0 && keys === 0 && others.length === 0;
     found.classList.toggle("nothing", isNothing);
     found.replaceChildren(hash === "" ? `${count} events, ${keyCount} keys`
         : isNothing ? "Nothing found. What is not known here"
         : `${count} of ${events.length} events, ${keys} of ${keyCount} keys`);
-    for (const part of isNothing ? all("#ask, #ask .line, [data-of=ask]") : [])
-        part.hidden = false;
     if (hash !== "")
-        (isNothing ? [ask] : others).forEach((section, i) => found.append(
+        others.forEach((section, i) => found.append(
             i > 0 ? ", " : isNothing ? ": " : "; also: ", linkTo("#" + section.id, section.querySelector("h2").textContent)));
 }
 
@@ -160,18 +164,19 @@ function show() {
     }
     for (const { element, places } of lines)
         scores.set(element, fits(element) ? scoreOf(places, words) : 0);
+    const isNothing = entries.every(({ element }) => scores.get(element) === 0);
     for (const { element } of entries)
-        element.hidden = scores.get(element) === 0;
+        element.hidden = scores.get(element) === 0 && !(isNothing && element.closest("#ask"));
     for (const holder of holders) {
         scores.set(holder, Math.max(...all("article, .line", holder).map(entry => scores.get(entry))));
-        holder.hidden = scores.get(holder) === 0;
+        holder.hidden = scores.get(holder) === 0 && !(isNothing && holder.closest("#ask"));
     }
     // The best first; where nothing is searched for, all scores are the same, and the order is the page's own.
     for (const element of [...ordered].sort((a, b) => scores.get(b) - scores.get(a)))
         element.parentElement.append(element);
     for (const item of all("nav [data-of]"))
         item.hidden = document.getElementById(item.dataset.of).hidden;
-    report();
+    report(isNothing);
 }
 
 // After a change by the reader: the address is that of the search, and the page is shown from its top.
@@ -181,27 +186,19 @@ function change() {
     scrollTo(0, 0);
 }
 
-function showAll() {
-    take("");
-    show();
-}
-
-// A link to an element that the search has hidden ends the search.
-document.addEventListener("click", click => {
-    const anchor = click.target.closest('a[href^="#"]');
-    const target = anchor && document.getElementById(anchor.hash.slice(1));
-    if (target && target.closest("[hidden]"))
-        showAll();
-});
+// A link to an element that the search has hidden ends the search; so does an address without an end.
 addEventListener("hashchange", () => {
-    if (location.hash.includes("=")) {
+    const target = document.querySelector(":target");
+    if (target === null) {
         take(location.hash);
         show();
         scrollTo(0, 0);
         search.focus();
-    } else if (document.querySelector(":target")?.closest("[hidden]")) {
-        showAll();
-        document.querySelector(":target").scrollIntoView();
+    } else if (target.closest("[hidden]")) {
+        take("");
+        show();
+        target.scrollIntoView();
+        target.focus();
     }
 });
 form.addEventListener("input", change);
@@ -228,7 +225,7 @@ function showUnwanted() {
     output.replaceChildren(unwanted.length === 0 ? "none" : "");
     unwanted.forEach(({ id, dataset }, i) => output.append(i > 0 ? ", " : "", linkTo("#" + id, id), ` (${dataset.until})`));
 }
-day.valueAsDate = new Date();
+day.valueAsNumber = Date.now() - new Date().getTimezoneOffset() * 60000; // today, where the reader is
 day.addEventListener("input", showUnwanted);
 
 // The page's own copies of the files, so that it can be passed on alone.
@@ -240,8 +237,7 @@ offer("as-json", JSON.stringify(copyOf("document"), null, 4) + "\n", "applicatio
 offer("as-table", copyOf("table"), "text/csv");
 
 form.hidden = false;
-document.getElementById("unwanted").classList.remove("scripted");
 setOpen(false);
 showUnwanted();
-take(location.hash.includes("=") ? location.hash : "");
+take(location.hash);
 show();
