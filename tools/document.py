@@ -136,7 +136,8 @@ def describe_event(declaration, declarations, methods, common):
     return {"method": declaration.name, "test": declaration.name.removeprefix("Track"),
             "signatures": [caller.signature for caller in callers], "parameters": parameters,
             "note": declaration.note or None, "purpose": None, "name": name.get("example"),
-            "name_from": name.get("from"), "names": method["names"], "type": payload["type"], "scope": payload["scope"], "keys": keys, "payload": payload}
+            "name_from": name.get("from"), "names": method["names"], "type": payload["type"],
+            "scope": payload["scope"], "keys": keys, "payload": payload}
 
 
 def describe_groups(declarations, methods, common):

@@ -41,13 +41,13 @@ TEXTS = {
     "nothing_changed": "Nothing that is sent has changed.",
     "about_sensitivity": (
         "A key has the level of what the names of the key and its parameter say; where they leave a doubt, the higher, that "
-        "is the later one here. A text that can be a file's name is taken to have folders. Each key says besides whether "
-        "what a person wrote can get into the value: such a text can hold anything."
+        "is the later one here. A text that can be a file's name is taken to have folders. Beside its level, each key says "
+        "whether what a person wrote can get into the value: such a text can hold anything."
     ),
     "about_letters": "Only the telemetry library's maker knows what the letters of `type` and `scope` mean.",
     "about_ask": (
-        "The telemetry library is closed, and the host gives the values. What neither the wrapper nor these tests can show "
-        "must be asked:"
+        "The telemetry library is closed, and the host gives the values. What the wrapper and its tests cannot show is asked "
+        "here:"
     ),
 }
 
@@ -156,8 +156,8 @@ def _names(document, changes):
         **document,
         **TEXTS,
         "changes_heading": f"Changes since {old}",
-        "about_changes": f"What is sent, and how sensitive it is judged, has changed since version {old} of "
-                         f"{changes['old']['date']} as follows. `scripts/events_diff.sh {old}` also prints changes of wording.",
+        "about_changes": f"Listed is what has changed since version {old} of {changes['old']['date']} in what is sent and in how "
+                         f"sensitive it is judged. `scripts/events_diff.sh {old}` also prints changes of wording.",
         "about_review": f"Of {len(events)} events, {owned} have a named owner, {reviewed} the date of a review, and {limited} "
                         "a date until which they are wanted; what is missing, nobody has given. `scripts/events_diff.sh` "
                         "lists the events whose date has passed.",
