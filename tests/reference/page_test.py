@@ -201,7 +201,7 @@ class ThePage(unittest.TestCase):
                 sections = self.run_script(IDS, "main > section, #events > section")
                 self.assertEqual((sections[0], *self.events()[:1]), (section, *([event] if event else [])))
                 self.assertIn(key, [*self.hits(), None])
-        self.assertIn("ask", sections)
+        self.assertIn("ask", sections)  # for "opt-out" as well
         self.find("search").clear()
         self.find("search").send_keys(" ")
         self.assertEqual(self.events(), METHODS)
