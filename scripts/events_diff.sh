@@ -15,11 +15,10 @@ folder=$PWD
 source "$(dirname -- "$0")/common.bash"
 failure=2
 
-for argument in "$@"; do
-    [[ "$argument" == -h || "$argument" == --help ]] || continue
+if has_any "$*" -h --help; then
     usage
     exit
-done
+fi
 command -v python3 >/dev/null || fail "python3 is missing: install it, or add its folder to PATH"
 program=$PWD/tools/changes.py
 cd -- "$folder"

@@ -40,9 +40,10 @@ TEXTS = {
     ),
     "nothing_changed": "Nothing that is sent has changed.",
     "about_sensitivity": (
-        "A key has the level of what the names of the key and its parameter say; where they leave a doubt, the higher, that "
-        "is the later one here. A text that can be a file's name is taken to have folders. Beside its level, each key says "
-        "whether what a person wrote can get into the value: such a text can hold anything."
+        "A key's level follows from what the names of the key and of its parameter say. The levels are listed from low to "
+        "high; where the names leave a doubt, it is the higher one. A text that can be a file's name is taken to have "
+        "folders. Beside its level, each key states whether what a person wrote can get into the value: such a text can "
+        "hold anything."
     ),
     "about_letters": "Only the telemetry library's maker knows what the letters of `type` and `scope` mean.",
     "about_ask": (

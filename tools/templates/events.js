@@ -119,7 +119,7 @@ function take(hash) {
 
 const linkTo = (href, textContent) => Object.assign(document.createElement("a"), { href, textContent });
 
-// Its rows get as their score how many of the words they have. Those that have the most are marked.
+// A row's score is how many of the words it has. The rows with the most are marked.
 function showEvent(event, words, isFiltered, scores) {
     for (const { element, text } of event.rows)
         scores.set(element, words.filter(word => has(text, word)).length);
